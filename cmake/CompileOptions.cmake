@@ -1,0 +1,22 @@
+# Compile and link options that every target of the project shares: link `tavrel_options`.
+
+option(TAVREL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
+option(TAVREL_COVERAGE "Count executed lines (gcov)" OFF)
+set(TAVREL_SANITIZE "" CACHE STRING "Sanitizers to build with, for instance address,undefined")
+
+add_library(tavrel_options INTERFACE)
+target_compile_options(tavrel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wcast-qual -Wundef
+  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual>
+  $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes>
+  $<$<BOOL:${TAVREL_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(TAVREL_SANITIZE)
+  target_compile_options(tavrel_options INTERFACE
+    -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(tavrel_options INTERFACE -fsanitize=${TAVREL_SANITIZE})
+endif()
+if(TAVREL_COVERAGE)
+  target_compile_options(tavrel_options INTERFACE --coverage)
+  target_link_options(tavrel_options INTERFACE --coverage)
+endif()

@@ -1,0 +1,14 @@
+# The library's own dependencies. Those of the host, the tests and the benchmarks are looked for in
+# their folders, and switch them off when they are missing.
+
+find_package(ZLIB REQUIRED)
+
+find_package(uriparser QUIET CONFIG)
+if(NOT TARGET uriparser::uriparser)
+  find_path(URIPARSER_INCLUDE_DIR uriparser/Uri.h REQUIRED)
+  find_library(URIPARSER_LIBRARY uriparser REQUIRED)
+  add_library(uriparser::uriparser UNKNOWN IMPORTED)
+  set_target_properties(uriparser::uriparser PROPERTIES
+    IMPORTED_LOCATION ${URIPARSER_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${URIPARSER_INCLUDE_DIR})
+endif()
