@@ -1,0 +1,144 @@
+/* Tavrel: a read-only view of a user's iTunes media library, from outside iTunes.
+ *
+ * The library reads "Music/iTunes/iTunes Music Library.xml" below the home folder at the moment it
+ * is loaded (linked or dlopened), and gives everything back when it is unloaded. There is nothing
+ * to set up: load it and call the functions below, in any order, any number of times.
+ *
+ * Conventions, said once for the whole interface:
+ *
+ *  1. Home folder. $HOME when it is an absolute path, else the user's entry in the password
+ * database; read once, at load. Changing $HOME later changes nothing.
+ *  2. Results are plain integers or handles. 0 or null means failure, a bad position or "nothing";
+ *     the only other failure is the -1 of AgentInitializer. No exception leaves the library.
+ *  3. When the library file cannot be used, loading still succeeds, one line goes to the system log
+ *     (standard error), and every query answers 0 or null.
+ *  4. Handles are pointers into the library's own data. They are never released by the host, stay
+ *     valid until the library is unloaded, and must not be used after that. A null handle is
+ * allowed wherever a handle is taken, and answers like a bad position.
+ *  5. Positions count from 0. A negative position, or one at or past the end, is a bad position.
+ *  6. Texts are NUL-terminated UTF-8, copied into buffers that the host owns. Sizes are in bytes
+ * and count the terminator. The library never truncates: ask for the size first, with null text
+ *     pointers, then call again with buffers of that size. A size is that of the text as the
+ * library file writes it; the decoded text that is copied may be shorter ("AC&#38;DC" has size 10
+ * and delivers "AC&DC").
+ *  7. Text pointers of one call must not overlap, neither each other nor the record they stand in.
+ *  8. Threads. All calls are expected from one thread at a time; nothing is locked.
+ *  9. Records are laid out with the platform's natural alignment. Integers are signed 32-bit.
+ */
+#ifndef TAVREL_TAVREL_H_
+#define TAVREL_TAVREL_H_
+
+#include <stdint.h>
+
+#define TAVREL_VERSION_MAJOR 0
+#define TAVREL_VERSION_MINOR 1
+#define TAVREL_VERSION_PATCH 0
+#define TAVREL_VERSION "0.1.0"
+
+#if defined(__GNUC__)
+#define TAVREL_API __attribute__((visibility("default")))
+#else
+#define TAVREL_API
+#endif
+
+#if defined(__cplusplus)
+#define TAVREL_NOEXCEPT noexcept
+extern "C" {
+#else
+#define TAVREL_NOEXCEPT
+#endif
+
+/* A playlist handle. */
+typedef struct PlaylistRecord PlaylistRecord;
+
+/* One song, as the host sees it. The host owns the record and the buffers that it points to.
+ * 96 bytes where pointers have 8 bytes, 60 where they have 4. */
+typedef struct SongInfo {
+  char* name;           /* in: buffer for the name, or null */
+  int32_t nameSize;     /* out: bytes that the name needs; 0 when the song has none */
+  char* location;       /* in: buffer for the path of the song's file, or null */
+  int32_t locationSize; /* out: the path's length plus 1; 0 when the song has none */
+  int32_t totalTime;    /* out: length in milliseconds, as the library file gives it */
+  char* artist;         /* in: buffer, or null */
+  int32_t artistSize;   /* out */
+  char* album;          /* in: buffer, or null */
+  int32_t albumSize;    /* out */
+  char* genre;          /* in: buffer, or null */
+  int32_t genreSize;    /* out */
+  int32_t reserved;     /* neither read nor written */
+  int32_t playCount;    /* out */
+  int32_t trackNumber;  /* out: position on its disc */
+  int32_t movie;        /* out: 1 for a movie, else 0 */
+} SongInfo;
+
+/* ---- Lifecycle -------------------------------------------------------------------------------
+ * The loader runs both: the first when the library is loaded, the second when it is unloaded. A
+ * host that wants the memory back earlier may call AgentFinalizer itself; the library does nothing
+ * at unload then. */
+
+/* Reads the user's library file and builds the tables.
+ * Result: 0 loaded, -1 the library file could not be used (see convention 3).
+ * Calling it again reads the library anew; what was loaded before is not released.
+ * Cost: linear in the file's size. */
+TAVREL_API int32_t AgentInitializer(void) TAVREL_NOEXCEPT;
+
+/* Releases everything that AgentInitializer made; every handle is invalid afterwards, and no other
+ * function may be called until the library is loaded again.
+ * Result: always 0. A second call without a load in between does nothing. */
+TAVREL_API int32_t AgentFinalizer(void) TAVREL_NOEXCEPT;
+
+/* ---- Playlists -------------------------------------------------------------------------------
+ * Playlists stand in three groups: 0 the library's own (music, films, podcasts and so on), 1
+ * Genius, 2 all others. Hidden playlists, the master playlist among them, stand in none. */
+
+/* Result: the number of playlists in the group, 0 for a bad group. */
+TAVREL_API int32_t GetPlaylistCount(int32_t groupIndex) TAVREL_NOEXCEPT;
+
+/* Result: the handle of the playlist at `index` of the group, or null for a bad position. */
+TAVREL_API PlaylistRecord* OpenPlaylist(int32_t groupIndex, int32_t index) TAVREL_NOEXCEPT;
+
+/* Releases nothing; the handle stays usable.
+ * Result: 1 when `playlist` is not null, else 0. */
+TAVREL_API int32_t ClosePlaylist(PlaylistRecord* playlist) TAVREL_NOEXCEPT;
+
+/* Copies the name of a playlist, which need not be open.
+ * buffer:     room for `bufferSize` bytes, owned by the caller; null asks for the size only.
+ * bufferSize: in bytes. When it is below the name's size nothing is written.
+ * Result:     the name's size in bytes, terminator included; 0 for a bad position, or for a
+ * playlist without a name (whose buffer, if it has room, receives an empty text). */
+TAVREL_API int32_t GetPlaylistName(int32_t groupIndex, int32_t index, char* buffer,
+                                   int32_t bufferSize) TAVREL_NOEXCEPT;
+
+/* Result: the "Distinguished Kind" of the library file (4 music, 2 films, 26 Genius, ...), 0 for an
+ * ordinary playlist or a null handle. */
+TAVREL_API int32_t GetPlaylistKind(const PlaylistRecord* playlist) TAVREL_NOEXCEPT;
+
+/* Result: the number of songs in the playlist, 0 for a null handle. */
+TAVREL_API int32_t GetSongCount(const PlaylistRecord* playlist) TAVREL_NOEXCEPT;
+
+/* ---- Songs ----------------------------------------------------------------------------------- */
+
+/* Fills `info` with the song at `index` of the playlist.
+ * info:   owned by the caller. Sizes and numbers are written whatever they held before; a text is
+ *         copied when its pointer is not null and the song has that text. The size fields are not
+ *         read: a buffer must have room for the size that an earlier call reported.
+ * Result: sizeof(SongInfo) plus the five sizes, in bytes; 0, with nothing written, for a null
+ * argument or a bad position. Cost:   the first request for a track reads its properties from the
+ * library file's text; every later one, through any playlist, is five copies. */
+TAVREL_API int32_t GetSongInfo(PlaylistRecord* playlist, int32_t index,
+                               SongInfo* info) TAVREL_NOEXCEPT;
+
+/* ---- Additions -------------------------------------------------------------------------------
+ * Not part of the original interface. */
+
+/* Result: the handle of a playlist that holds every track of the library file, in the file's order,
+ * each once; null when no library is loaded. It stands in no group, has kind 0 and no name, and no
+ * other function finds it. (The file's own list of everything is a hidden playlist, so no other
+ * handle reaches every song.) */
+TAVREL_API PlaylistRecord* OpenAllSongs(void) TAVREL_NOEXCEPT;
+
+#if defined(__cplusplus)
+} /* extern "C" */
+#endif
+
+#endif /* TAVREL_TAVREL_H_ */
