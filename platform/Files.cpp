@@ -1,0 +1,104 @@
+#include "platform/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <utility>
+
+#include "platform/Utf8.h"
+
+namespace tavrel::platform {
+namespace {
+
+constexpr std::size_t kPiece = std::size_t{256} << 10;
+
+// Reads up to `bytes` bytes, fewer only at the end of the file; -1 on an error.
+ssize_t ReadPiece(int descriptor, char* to, std::size_t bytes) noexcept {
+  std::size_t filled = 0;
+  while (filled < bytes) {
+    const ssize_t got = read(descriptor, to + filled, bytes - filled);
+    if (got == 0) break;
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) return -1;
+    filled += static_cast<std::size_t>(got);
+  }
+  return static_cast<ssize_t>(filled);
+}
+
+// Follows a text that arrives in pieces, some of which end inside a character.
+class Utf8Progress {
+ public:
+  // Whether the first `length` bytes may still become valid text.
+  bool Accepts(const char* text, std::size_t length) noexcept {
+    valid_ += ValidUtf8Prefix(text + valid_, length - valid_);
+    return length - valid_ < 4;  // at most the start of one character is open
+  }
+  [[nodiscard]] std::size_t valid() const noexcept { return valid_; }
+
+ private:
+  std::size_t valid_ = 0;
+};
+
+}  // namespace
+
+FileDescriptor::FileDescriptor(FileDescriptor&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+FileDescriptor::~FileDescriptor() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+FileDescriptor OpenRegularFile(const char* path, std::size_t& size) noexcept {
+  FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat state;
+  if (!file || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
+      state.st_size > kLargestFile) {
+    return FileDescriptor();
+  }
+  size = static_cast<std::size_t>(state.st_size);
+  return file;
+}
+
+ByteBuffer ReadFileBytes(const char* path) noexcept {
+  std::size_t size = 0;
+  const FileDescriptor file = OpenRegularFile(path, size);
+  if (!file) return {};
+  ZeroedBlock block = AllocateBlock(size + 1);
+  if (block.address == nullptr) return {};
+  const ssize_t length = ReadPiece(file.get(), block.address, size);
+  if (length < 0) {
+    ReleaseBlock(block);
+    return {};
+  }
+  return ByteBuffer::Adopt(block, static_cast<std::size_t>(length));
+}
+
+FileText ReadFileText(const char* path) noexcept {
+  std::size_t size = 0;
+  const FileDescriptor file = OpenRegularFile(path, size);
+  if (!file) return {};
+  FileText text{AllocateBlock(size + 1), 0};
+  if (text.block.address == nullptr) return {};
+
+  Utf8Progress progress;
+  bool good = true;
+  while (text.length < size) {
+    const std::size_t wanted = std::min(kPiece, size - text.length);
+    const ssize_t got = ReadPiece(file.get(), text.block.address + text.length, wanted);
+    good = got >= 0;
+    if (got <= 0) break;  // an error, or the file has become shorter
+    text.length += static_cast<std::size_t>(got);
+    good = progress.Accepts(text.block.address, text.length);
+    if (!good) break;
+  }
+  if (!good || progress.valid() != text.length) {
+    ReleaseBlock(text.block);
+    return {};
+  }
+  return text;
+}
+
+}  // namespace tavrel::platform

@@ -1,0 +1,49 @@
+// Reading whole files. Only regular files are read, and they are opened close-on-exec and
+// non-blocking, so that a FIFO or a device in place of a file cannot hang the host.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/ByteBuffer.h"
+#include "platform/Memory.h"
+
+namespace tavrel::platform {
+
+// A larger file counts as unreadable: every size and sum of sizes stays within 32 bits.
+inline constexpr std::int64_t kLargestFile = (std::int64_t{1} << 31) - (std::int64_t{1} << 20);
+
+// An open descriptor, closed with the object; negative when there is none.
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int descriptor = -1) noexcept : descriptor_(descriptor) {}
+  FileDescriptor(FileDescriptor&& other) noexcept;
+  FileDescriptor& operator=(FileDescriptor&&) = delete;
+  ~FileDescriptor();
+
+  [[nodiscard]] explicit operator bool() const noexcept { return descriptor_ >= 0; }
+  [[nodiscard]] int get() const noexcept { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+// path: NUL-terminated, borrowed.
+// size: receives the file's size in bytes.
+// Nothing is open when the file is missing, unreadable, not regular or larger than kLargestFile.
+[[nodiscard]] FileDescriptor OpenRegularFile(const char* path, std::size_t& size) noexcept;
+
+// The file's bytes; none when it cannot be read.
+[[nodiscard]] ByteBuffer ReadFileBytes(const char* path) noexcept;
+
+// A file's text in one zero-filled block, with at least one zero byte behind it.
+struct FileText {
+  ZeroedBlock block;       // empty: the file could not be read, or is not UTF-8
+  std::size_t length = 0;  // of the whole file, in bytes
+};
+
+// Reads a file as UTF-8 text. The caller owns the block. The text is checked piece by piece while
+// it is still in the processor's cache, so that it is read from memory only once.
+[[nodiscard]] FileText ReadFileText(const char* path) noexcept;
+
+}  // namespace tavrel::platform

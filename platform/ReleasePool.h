@@ -1,0 +1,19 @@
+// Deferred release: memory that is handed over stays allocated until the pool is drained.
+#pragma once
+
+namespace tavrel::platform {
+
+// A plain record: all zero is an empty pool.
+class ReleasePool {
+ public:
+  // Takes over a block of the malloc family; null is allowed. When there is no memory left to
+  // remember the block by, it is released at once.
+  void Adopt(void* block) noexcept;
+  void Drain() noexcept;
+
+ private:
+  struct Entry;
+  Entry* newest_ = nullptr;
+};
+
+}  // namespace tavrel::platform

@@ -1,0 +1,18 @@
+// The strict UTF-8 rule: no overlong forms, no surrogates, nothing above U+10FFFF, no lone or
+// missing continuation bytes. Noncharacters, zero bytes and a byte order mark are text like any
+// other.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace tavrel::platform {
+
+// The length in bytes of the longest prefix that is valid UTF-8 and ends with a whole character.
+[[nodiscard]] std::size_t ValidUtf8Prefix(const char* bytes, std::size_t length) noexcept;
+
+[[nodiscard]] inline bool IsValidUtf8(std::string_view text) noexcept {
+  return ValidUtf8Prefix(text.data(), text.size()) == text.size();
+}
+
+}  // namespace tavrel::platform
