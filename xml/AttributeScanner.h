@@ -1,0 +1,26 @@
+// Reads the attributes of one start tag.
+#pragma once
+
+#include "xml/TBXML.h"
+
+class AttributeScanner {
+ public:
+  AttributeScanner(TBXML& document, TBXMLElement& element) noexcept
+      : document_(document), element_(element) {}
+
+  // Scans the bytes from `from` up to and including the zero byte at `end`, and hangs a record for
+  // each attribute with a quoted value on the element. A name that never gets a quoted value leaves
+  // none. Result: false when memory is exhausted.
+  [[nodiscard]] bool Scan(char* from, char* end) noexcept;
+
+ private:
+  enum class State { kBetween, kName, kBeforeValue, kValue, kSection };
+
+  [[nodiscard]] bool Append(char* valueEnd) noexcept;
+
+  TBXML& document_;
+  TBXMLElement& element_;
+  TBXMLAttribute* last_ = nullptr;
+  char* name_ = nullptr;
+  char* value_ = nullptr;
+};

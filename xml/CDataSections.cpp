@@ -1,0 +1,93 @@
+#include "xml/CDataSections.h"
+
+#include <cstring>
+
+#include "xml/ByteScan.h"
+
+namespace tavrel::xml {
+namespace {
+
+// Moves [from, to) to `at`, which stands before it; returns the end of the moved bytes.
+char* MoveLeft(char* at, const char* from, const char* to) noexcept {
+  const auto length = static_cast<std::size_t>(to - from);
+  std::memmove(at, from, length);
+  return at + length;
+}
+
+// The first '<' behind a run of sections; null when a section has no end or there is no such '<'.
+char* NextTagBehind(char* opener, const char* end) noexcept {
+  char* at = opener;
+  do {
+    char* sectionEnd = FindText(at, end, kSectionEnd);
+    if (sectionEnd == nullptr) return nullptr;
+    at = FindByte(sectionEnd, end, '<');
+  } while (at != nullptr && StartsWith(at, end, kSectionOpener));
+  return at;
+}
+
+}  // namespace
+
+// Taken one by one, each section would move the rest of the run; every section of a run has the
+// same next tag, though, so that the run is moved once, from left to right.
+char* JoinSections(char* opener, const char* end) noexcept {
+  char* nextTag = NextTagBehind(opener, end);
+  if (nextTag == nullptr) return nullptr;
+
+  char* written = opener;
+  char* lastContentEnd = opener;
+  for (char* section = opener; section != nextTag;) {
+    char* content = section + kSectionOpener.size();
+    char* sectionEnd = FindText(content, end, kSectionEnd);
+    lastContentEnd = MoveLeft(written, content, sectionEnd);
+    char* gap = sectionEnd + kSectionEnd.size();
+    section = FindByte(gap, end, '<');
+    written = MoveLeft(lastContentEnd, gap, section);
+  }
+  std::memset(written, ' ', static_cast<std::size_t>(nextTag - written));
+  return lastContentEnd;
+}
+
+// The value lies in three pieces while this runs: what is done, `value` to `done`, which holds no
+// opener; then `middle` to `middleEnd`, which an end marker was taken out behind; then `tail` to
+// `end`. Each byte moves at most twice, and the search for ends only goes forward.
+void RemoveValueMarkers(char* value, char* end) noexcept {
+  char* first = FindText(value, end, kSectionOpener);
+  if (first == nullptr) return;
+
+  char* done = first;
+  char* middle = first;
+  char* middleEnd = first;
+  char* tail = first;
+  while (middle != middleEnd || tail != end) {
+    *done++ = middle != middleEnd ? *middle++ : *tail++;
+    const auto doneLength = static_cast<std::size_t>(done - value);
+    if (done[-1] != '[' || doneLength < kSectionOpener.size() ||
+        !StartsWith(done - kSectionOpener.size(), done, kSectionOpener)) {
+      continue;
+    }
+    done -= kSectionOpener.size();
+
+    // The middle holds no end marker of its own, but one may begin with its last bytes.
+    std::size_t inMiddle = 0;
+    char* marker = nullptr;
+    for (std::size_t length = kSectionEnd.size() - 1; length > 0 && marker == nullptr; --length) {
+      if (static_cast<std::size_t>(middleEnd - middle) >= length &&
+          StartsWith(middleEnd - length, middleEnd, kSectionEnd.substr(0, length)) &&
+          StartsWith(tail, end, kSectionEnd.substr(length))) {
+        marker = tail;
+        inMiddle = length;
+      }
+    }
+    if (marker == nullptr) marker = FindText(tail, end, kSectionEnd);
+    if (marker == nullptr) break;
+
+    if (middle == middleEnd) middle = middleEnd = tail;  // an empty piece can stand anywhere
+    middleEnd = MoveLeft(middleEnd, tail, marker) - inMiddle;
+    tail = marker + (kSectionEnd.size() - inMiddle);
+  }
+  done = MoveLeft(done, middle, middleEnd);
+  done = MoveLeft(done, tail, end);
+  *done = '\0';
+}
+
+}  // namespace tavrel::xml

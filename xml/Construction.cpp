@@ -1,0 +1,103 @@
+#include <cstring>
+#include <new>
+
+#include "codecs/Gzip.h"
+#include "platform/FileUrl.h"
+#include "platform/Files.h"
+#include "platform/PathNames.h"
+#include "platform/Resources.h"
+#include "xml/TBXML.h"
+
+using tavrel::platform::ByteBuffer;
+
+TBXML::~TBXML() {
+  dealloc();
+}
+
+std::unique_ptr<TBXML> TBXML::alloc() noexcept {
+  return std::unique_ptr<TBXML>(new (std::nothrow) TBXML);
+}
+
+TBXML* TBXML::init() noexcept {
+  dealloc();
+  return this;
+}
+
+// The file is read straight into the document's buffer; the tree is that of initWithXMLString().
+TBXML* TBXML::initWithURL(std::string_view url) {
+  init();
+  const std::optional<std::string> path = tavrel::platform::PathOfFileUrl(url);
+  const auto text =
+      path ? tavrel::platform::ReadFileText(path->c_str()) : tavrel::platform::FileText{};
+  if (text.block.address == nullptr) return initWithXMLString(std::nullopt);
+  buffer_ = text.block;
+  fields_.bytes = buffer_.address;
+  fields_.bytesLength = static_cast<std::ptrdiff_t>(text.length);
+  decodeBytes();
+  return this;
+}
+
+TBXML* TBXML::initWithXMLString(const std::optional<std::string>& string) noexcept {
+  init();
+  decodeData(string ? std::string_view(*string) : std::string_view());
+  return this;
+}
+
+TBXML* TBXML::initWithXMLData(const ByteBuffer& data) noexcept {
+  init();
+  decodeData(data.view());
+  return this;
+}
+
+TBXML* TBXML::initWithXMLFile(std::string_view name) {
+  const auto [base, extension] = tavrel::platform::SplitExtension(name);
+  return initWithXMLFile(base, extension);
+}
+
+TBXML* TBXML::initWithXMLFile(std::string_view name, std::string_view fileExtension) {
+  init();
+  const auto path = tavrel::platform::PathForResource(name, fileExtension);
+  decodeData((path ? tavrel::dataWithUncompressedContentsOfFile(*path) : ByteBuffer()).view());
+  return this;
+}
+
+std::unique_ptr<TBXML> TBXML::tbxmlWithURL(std::string_view url) {
+  auto document = alloc();
+  if (document) document->initWithURL(url);
+  return document;
+}
+
+std::unique_ptr<TBXML> TBXML::tbxmlWithXMLString(
+    const std::optional<std::string>& string) noexcept {
+  auto document = alloc();
+  if (document) document->initWithXMLString(string);
+  return document;
+}
+
+std::unique_ptr<TBXML> TBXML::tbxmlWithXMLData(const ByteBuffer& data) noexcept {
+  auto document = alloc();
+  if (document) document->initWithXMLData(data);
+  return document;
+}
+
+std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name) {
+  auto document = alloc();
+  if (document) document->initWithXMLFile(name);
+  return document;
+}
+
+std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name,
+                                               std::string_view fileExtension) {
+  auto document = alloc();
+  if (document) document->initWithXMLFile(name, fileExtension);
+  return document;
+}
+
+void TBXML::decodeData(std::string_view data) noexcept {
+  buffer_ = tavrel::platform::AllocateBlock(data.size() + 1);
+  if (buffer_.address == nullptr) return;
+  if (!data.empty()) std::memcpy(buffer_.address, data.data(), data.size());
+  fields_.bytes = buffer_.address;
+  fields_.bytesLength = static_cast<std::ptrdiff_t>(data.size());
+  decodeBytes();
+}

@@ -1,0 +1,103 @@
+// TBXML: an XML text, held in one buffer and parsed in place into a tree of records.
+//
+// The parser is small and forgiving on purpose: it decodes no entities, knows no namespaces, never
+// compares a closing tag with the element that it closes, and reports no errors. A text without any
+// element leaves a document whose rootXMLElement() is none; that is how callers notice a file that
+// they cannot use.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/ByteBuffer.h"
+#include "platform/Memory.h"
+#include "platform/ZeroedArena.h"
+#include "xml/Records.h"
+
+// What every document begins with.
+struct TBXMLFields {
+  TBXMLElement* rootXMLElement;                  // the first record handed out, or none
+  TBXMLElementBuffer* currentElementBuffer;      // the newest chunk, or none
+  TBXMLAttributeBuffer* currentAttributeBuffer;  // the newest chunk, or none
+  std::ptrdiff_t currentElement;                 // index of the last record in the newest chunk
+  std::ptrdiff_t currentAttribute;
+  char* bytes;                 // the text, with a zero byte behind it; owned by the document
+  std::ptrdiff_t bytesLength;  // of the text, without that zero byte
+};
+
+class TBXML {
+ public:
+  TBXML() noexcept = default;
+  TBXML(const TBXML&) = delete;
+  TBXML& operator=(const TBXML&) = delete;
+  ~TBXML();
+
+  // A new document, not yet initialised; none when memory is exhausted.
+  [[nodiscard]] static std::unique_ptr<TBXML> alloc() noexcept;
+
+  // Constructors. Each returns the document itself. An input that is none, missing or unreadable
+  // gives a document with an empty tree. Initialising a document again releases what it held.
+  TBXML* init() noexcept;
+  TBXML* initWithURL(
+      std::string_view url);  // a "file:" URL of a UTF-8 text; may throw std::bad_alloc
+  TBXML* initWithXMLString(const std::optional<std::string>& string) noexcept;
+  TBXML* initWithXMLData(const tavrel::platform::ByteBuffer& data) noexcept;
+  // A resource file of the application; one whose extension is "gz" is inflated. May throw
+  // std::bad_alloc.
+  TBXML* initWithXMLFile(std::string_view name);
+  TBXML* initWithXMLFile(std::string_view name, std::string_view fileExtension);
+
+  // Factories: the same, on a new document that the caller owns; none only when memory is
+  // exhausted.
+  [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithURL(std::string_view url);
+  [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLString(
+      const std::optional<std::string>& string) noexcept;
+  [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLData(
+      const tavrel::platform::ByteBuffer& data) noexcept;
+  [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLFile(std::string_view name);
+  [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLFile(std::string_view name,
+                                                               std::string_view fileExtension);
+
+  // The element of the first start tag, or none.
+  [[nodiscard]] TBXMLElement* rootXMLElement() const noexcept { return fields_.rootXMLElement; }
+  [[nodiscard]] const TBXMLFields& fields() const noexcept { return fields_; }
+
+  // Class operations. Records must belong to a live document and must not be none. A missing name,
+  // text or value reads as ""; bytes that are not valid UTF-8 read as none.
+  [[nodiscard]] static std::optional<std::string> elementName(const TBXMLElement* element);
+  [[nodiscard]] static std::optional<std::string> textForElement(const TBXMLElement* element);
+  [[nodiscard]] static std::optional<std::string> attributeName(const TBXMLAttribute* attribute);
+  [[nodiscard]] static std::optional<std::string> attributeValue(const TBXMLAttribute* attribute);
+
+  // The first child, or the first following sibling, of exactly that name, byte for byte; or none.
+  // Cost: linear in the number of children looked at.
+  [[nodiscard]] static TBXMLElement* childElementNamed(std::string_view name,
+                                                       const TBXMLElement* parentElement) noexcept;
+  [[nodiscard]] static TBXMLElement* nextSiblingNamed(
+      std::string_view name, const TBXMLElement* searchFromElement) noexcept;
+  // The value of the element's first attribute of that name. Unlike a missing field above, a
+  // missing attribute is none: kept.
+  [[nodiscard]] static std::optional<std::string> valueOfAttributeNamed(
+      std::string_view name, const TBXMLElement* forElement);
+
+ private:
+  friend class DocumentPass;
+  friend class AttributeScanner;
+
+  // Copies the bytes into the document's own buffer and parses them.
+  void decodeData(std::string_view data) noexcept;
+  void decodeBytes() noexcept;
+
+  // A zero-filled record of the document's; none when memory is exhausted.
+  TBXMLElement* nextAvailableElement() noexcept;
+  TBXMLAttribute* nextAvailableAttribute() noexcept;
+
+  void dealloc() noexcept;
+
+  TBXMLFields fields_ = {};
+  tavrel::platform::ZeroedBlock buffer_;  // behind `bytes`
+  tavrel::platform::ZeroedArena records_;
+};
