@@ -1,0 +1,67 @@
+// The one global record that every operation reads, made at load and freed at unload.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/ReleasePool.h"
+#include "platform/ZeroedArena.h"
+#include "tavrel/tavrel.h"
+
+class TBXML;
+struct ArtworkFileEntry;
+struct PlaylistGroup;
+struct TrackRecord;
+
+struct GlobalState {
+  TrackRecord** tracks;
+  std::int32_t trackCapacity;
+  std::int32_t trackCount;
+  PlaylistGroup** groups;
+  std::int32_t groupCapacity;
+  std::int32_t groupCount;
+  ArtworkFileEntry** artworkFiles;
+  std::int32_t artworkFileCapacity;
+  std::int32_t artworkFileCount;
+  std::uint8_t libraryPersistentId[8];
+  TBXML* document;  // owned; none when the library file could not be opened
+  tavrel::platform::ReleasePool* pool;
+};
+
+#if defined(__LP64__)
+static_assert(offsetof(GlobalState, tracks) == 0);
+static_assert(offsetof(GlobalState, trackCapacity) == 8);
+static_assert(offsetof(GlobalState, trackCount) == 12);
+static_assert(offsetof(GlobalState, groups) == 16);
+static_assert(offsetof(GlobalState, groupCapacity) == 24);
+static_assert(offsetof(GlobalState, groupCount) == 28);
+static_assert(offsetof(GlobalState, artworkFiles) == 32);
+static_assert(offsetof(GlobalState, artworkFileCapacity) == 40);
+static_assert(offsetof(GlobalState, artworkFileCount) == 44);
+static_assert(offsetof(GlobalState, libraryPersistentId) == 48);
+static_assert(offsetof(GlobalState, document) == 56);
+static_assert(offsetof(GlobalState, pool) == 64);
+static_assert(sizeof(GlobalState) == 72);
+#endif
+
+// Null before the first load. It keeps its value after unload, when it must not be followed.
+extern "C" TAVREL_API GlobalState* g_pGlobal;
+
+namespace tavrel {
+
+// What the library keeps for itself stands behind the record that others know.
+struct PrivateState {
+  GlobalState shared;
+  char* home;  // the home folder of this load, owned; none when there is none
+  platform::ReleasePool pool;
+  platform::ZeroedArena trackRecords;
+  bool tracksDestroyed;
+  PlaylistRecord* allSongs;  // what OpenAllSongs() gives, made on first use among the track records
+};
+
+// The private half of `g_pGlobal`, which must be set.
+[[nodiscard]] inline PrivateState& Private() noexcept {
+  return *reinterpret_cast<PrivateState*>(g_pGlobal);
+}
+
+}  // namespace tavrel

@@ -1,0 +1,33 @@
+// What the agent calls: the implementations behind the exported functions, and the builders and
+// destroyers of the load and unload sequences. The agent owns this interface, the library model
+// supplies the bodies. Arguments and results are those of the functions without the ending Imp
+// (include/tavrel/tavrel.h); builders and destroyers take nothing and answer 0 in every case.
+#pragma once
+
+#include "agent/GlobalState.h"
+#include "tavrel/tavrel.h"
+
+extern "C" {
+
+TAVREL_API std::int32_t AgentInitializerImp() noexcept;
+TAVREL_API std::int32_t AgentFinalizerImp() noexcept;
+
+// The parsed library file of the load's home folder, owned by the caller. When it cannot be used,
+// one line goes to the system log and the result is none.
+TAVREL_API TBXML* OpenXML() noexcept;
+
+TAVREL_API std::int32_t CreateTrackArray() noexcept;
+TAVREL_API std::int32_t DestroyTrackArray() noexcept;
+TAVREL_API std::int32_t CreatePlaylistArray() noexcept;
+TAVREL_API std::int32_t DestroyPlaylistArray() noexcept;
+
+TAVREL_API std::int32_t GetPlaylistCountImp(std::int32_t groupIndex) noexcept;
+TAVREL_API PlaylistRecord* OpenPlaylistImp(std::int32_t groupIndex, std::int32_t index) noexcept;
+TAVREL_API std::int32_t ClosePlaylistImp(PlaylistRecord* playlist) noexcept;
+TAVREL_API std::int32_t GetPlaylistNameImp(std::int32_t groupIndex, std::int32_t index,
+                                           char* buffer, std::int32_t bufferSize) noexcept;
+TAVREL_API std::int32_t GetPlaylistKindImp(const PlaylistRecord* playlist) noexcept;
+TAVREL_API std::int32_t GetSongCountImp(const PlaylistRecord* playlist) noexcept;
+TAVREL_API std::int32_t GetSongInfoImp(PlaylistRecord* playlist, std::int32_t index,
+                                       SongInfo* info) noexcept;
+}

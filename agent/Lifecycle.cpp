@@ -1,0 +1,59 @@
+// Load and unload.
+#include <cstring>
+#include <memory>
+
+#include "agent/Implementations.h"
+#include "platform/Guard.h"
+#include "platform/HomeFolder.h"
+#include "platform/Memory.h"
+#include "xml/TBXML.h"
+
+using tavrel::Private;
+using tavrel::PrivateState;
+namespace platform = tavrel::platform;
+
+constinit GlobalState* g_pGlobal = nullptr;
+
+namespace {
+
+// Whether there is something to unload: `g_pGlobal` cannot tell, since it keeps its value.
+constinit bool loaded = false;
+
+char* OwnedHomeFolder() noexcept {
+  return platform::Guarded<char*>(nullptr, [] {
+    const auto home = platform::HomeFolder();
+    char* copy = home ? static_cast<char*>(platform::Allocate(home->size() + 1)) : nullptr;
+    if (copy != nullptr) std::memcpy(copy, home->c_str(), home->size() + 1);
+    return copy;
+  });
+}
+
+}  // namespace
+
+std::int32_t AgentInitializerImp() noexcept {
+  auto* state = static_cast<PrivateState*>(platform::AllocateZeroed(sizeof(PrivateState)));
+  loaded = state != nullptr;
+  g_pGlobal = loaded ? &state->shared : nullptr;
+  if (!loaded) return -1;
+  g_pGlobal->pool = &state->pool;
+  state->home = OwnedHomeFolder();
+  g_pGlobal->document = OpenXML();
+  if (g_pGlobal->document == nullptr) return -1;
+  // In this order: playlists look their tracks up in the finished track table.
+  CreateTrackArray();
+  CreatePlaylistArray();
+  return 0;
+}
+
+std::int32_t AgentFinalizerImp() noexcept {
+  if (!loaded) return 0;
+  loaded = false;
+  PrivateState& state = Private();
+  DestroyTrackArray();
+  DestroyPlaylistArray();
+  delete state.shared.document;
+  state.pool.Drain();
+  platform::Release(state.home);
+  platform::Release(&state);
+  return 0;
+}
