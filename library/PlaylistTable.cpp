@@ -1,0 +1,160 @@
+#include "library/PlaylistTable.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "library/GrowingTable.h"
+#include "library/Numbers.h"
+#include "library/PropertyList.h"
+#include "platform/Memory.h"
+#include "xml/TBXML.h"
+
+namespace platform = tavrel::platform;
+using tavrel::TableAppender;
+
+const std::int32_t arrLibraryKind[7] = {4, 2, 3, 10, 31, 5, 19};
+const std::int32_t arrGeniusKind[1] = {26};
+
+namespace {
+
+template <class Record>
+Record* NewRecord() noexcept {
+  return static_cast<Record*>(platform::AllocateZeroed(sizeof(Record)));
+}
+
+template <std::size_t kSize>
+bool Holds(const std::int32_t (&kinds)[kSize], std::int32_t kind) noexcept {
+  return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
+}
+
+int GroupOfKind(std::int32_t kind) noexcept {
+  if (Holds(arrLibraryKind, kind)) return 0;
+  return Holds(arrGeniusKind, kind) ? 1 : 2;
+}
+
+// The groups exist, empty, whatever the file holds; none of them when memory is exhausted.
+bool CreateGroups(GlobalState& state) noexcept {
+  auto** groups =
+      static_cast<PlaylistGroup**>(platform::AllocateZeroed(kGroupCount * sizeof(PlaylistGroup*)));
+  if (groups == nullptr) return false;
+  bool complete = true;
+  for (int i = 0; i < kGroupCount; ++i) {
+    groups[i] = NewRecord<PlaylistGroup>();
+    complete = complete && groups[i] != nullptr;
+  }
+  if (!complete) {
+    for (int i = 0; i < kGroupCount; ++i) platform::Release(groups[i]);
+    platform::Release(groups);
+    return false;
+  }
+  state.groups = groups;
+  state.groupCapacity = kGroupCount;
+  state.groupCount = kGroupCount;
+  return true;
+}
+
+// The binary search relies on ascending Track IDs, the order of the library file; the table is not
+// sorted. Kept: a file in another order loses items.
+TrackRecord* FindTrack(std::int32_t trackId) noexcept {
+  std::int32_t low = 0;
+  std::int32_t high = g_pGlobal->trackCount - 1;
+  while (low <= high) {
+    const std::int32_t middle = low + (high - low) / 2;
+    TrackRecord* track = g_pGlobal->tracks[middle];
+    if (trackId == track->trackId) return track;
+    if (trackId > track->trackId) {
+      low = middle + 1;
+    } else {
+      high = middle - 1;
+    }
+  }
+  return nullptr;
+}
+
+bool IsVisible(const TBXMLElement* playlistDict) noexcept {
+  std::int32_t visible = 1;
+  ReadSongProp(playlistDict, "Visible", nullptr, &visible, 0);
+  return visible != 0;
+}
+
+PlaylistRecord* ReadPlaylist(const TBXMLElement* dict) noexcept {
+  auto* playlist = NewRecord<PlaylistRecord>();
+  if (playlist == nullptr) return nullptr;
+  ReadSongProp(dict, "Distinguished Kind", nullptr, &playlist->kind, 0);
+  ReadSongProp(dict, "Name", &playlist->name, &playlist->nameSize, SONGPROP_TEXT);
+  CreatePlaylistTrack(playlist, dict);
+  return playlist;
+}
+
+void ReleasePlaylist(PlaylistRecord* playlist) noexcept {
+  platform::Release(playlist->tracks);
+  platform::Release(playlist);
+}
+
+void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
+  PlaylistGroup** groups = g_pGlobal->groups;
+  TableAppender<PlaylistRecord> tables[kGroupCount] = {
+      {groups[0]->playlists, groups[0]->capacity, groups[0]->count},
+      {groups[1]->playlists, groups[1]->capacity, groups[1]->count},
+      {groups[2]->playlists, groups[2]->capacity, groups[2]->count}};
+  for (const TBXMLElement* dict = playlistArray->firstChild; dict != nullptr;
+       dict = dict->nextSibling) {
+    if (!IsVisible(dict)) continue;
+    PlaylistRecord* playlist = ReadPlaylist(dict);
+    if (playlist == nullptr) return;
+    TableAppender<PlaylistRecord>& table = tables[GroupOfKind(playlist->kind)];
+    if (!table.Reserve()) {
+      platform::Release(playlist->name);
+      ReleasePlaylist(playlist);
+      return;
+    }
+    table.Append(playlist);
+  }
+}
+
+}  // namespace
+
+std::int32_t CreatePlaylistArray() noexcept {
+  if (g_pGlobal == nullptr || !CreateGroups(*g_pGlobal)) return 0;
+  const TBXMLElement* top = tavrel::TopLevelDictionary();
+  const TBXMLElement* playlists = top == nullptr ? nullptr : TBXML::childElementNamed("array", top);
+  if (playlists != nullptr) ReadPlaylists(playlists);
+  return 0;
+}
+
+std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
+                                 const TBXMLElement* playlistDict) noexcept {
+  if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
+  const TBXMLElement* items = TBXML::childElementNamed("array", playlistDict);
+  if (items == nullptr) return 0;
+  TableAppender<TrackRecord> table(playlist->tracks, playlist->capacity, playlist->count);
+  for (const TBXMLElement* item = items->firstChild; item != nullptr; item = item->nextSibling) {
+    // Room is made before the item is looked up, so that the capacity may grow for one that is
+    // dropped.
+    if (!table.Reserve()) return 0;
+    const TBXMLElement* value = tavrel::FirstValue(item);
+    if (value == nullptr || value->text == nullptr) continue;
+    TrackRecord* track = FindTrack(tavrel::ReadDecimal(value->text));
+    if (track != nullptr) table.Append(track);
+  }
+  return 0;
+}
+
+// Names and the groups' arrays go to the pool, which gives them back when it is drained at unload.
+std::int32_t DestroyPlaylistArray() noexcept {
+  if (g_pGlobal == nullptr || g_pGlobal->groups == nullptr) return 0;
+  platform::ReleasePool& pool = *g_pGlobal->pool;
+  for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {
+    PlaylistGroup* group = g_pGlobal->groups[g];
+    for (std::int32_t i = 0; i < group->count; ++i) {
+      pool.Adopt(group->playlists[i]->name);
+      ReleasePlaylist(group->playlists[i]);
+    }
+    pool.Adopt(group->playlists);
+    platform::Release(group);
+  }
+  platform::Release(g_pGlobal->groups);
+  g_pGlobal->groups = nullptr;
+  g_pGlobal->groupCount = 0;
+  return 0;
+}

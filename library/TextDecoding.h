@@ -1,0 +1,35 @@
+// Decoding of XML character references: every text of the library file passes through here before
+// it reaches a host or a comparison.
+#pragma once
+
+#include <cstdint>
+
+#include "tavrel/tavrel.h"
+
+struct XMLEntity {
+  const char* entity;
+  const char* replacement;
+};
+
+extern "C" {
+
+// The named references, searched in this order.
+TAVREL_API extern const XMLEntity XMLEntities[5];
+
+// Decodes `source` into `destination`.
+// destination:     room for `destinationSize` bytes; nothing is written at or behind that size. The
+//                  text is complete and terminated only if the result is below destinationSize;
+//                  otherwise the pieces that fitted stand there, unterminated.
+// source:          NUL-terminated, borrowed.
+// Result: the decoded length in bytes without the terminator. 0, after a line in the system log,
+// for a
+//         '&' without a later ';' or one that begins no reference; what was decoded before it
+//         stands in `destination`, unterminated. Null arguments give 0. Decoding never makes a text
+//         longer.
+//
+// Kept: a numeric reference is written as the bare non-zero bytes of its value, most significant
+// first, and not as UTF-8. Library files use references for ASCII only, which this decodes
+// correctly.
+TAVREL_API std::int32_t RestoreXMLEscChar(char* destination, const char* source,
+                                          std::int32_t destinationSize) noexcept;
+}

@@ -1,0 +1,48 @@
+// The track table: one record for every track of the library file, in the file's order and never
+// sorted. At load a record receives its Track ID and a reference to its dictionary; everything else
+// is read from the dictionary when it is first asked for.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "agent/Implementations.h"
+#include "tavrel/tavrel.h"
+#include "xml/Records.h"
+
+struct TrackRecord {
+  SongInfo info;  // a pointer to a track is a pointer to its SongInfo; the texts are owned
+  std::int32_t trackId;
+  std::uint8_t persistentId[8];
+  const TBXMLElement* pendingDict;  // the track's dictionary until its properties are loaded
+};
+
+#if defined(__LP64__)
+static_assert(sizeof(SongInfo) == 96);
+static_assert(offsetof(SongInfo, nameSize) == 8);
+static_assert(offsetof(SongInfo, location) == 16);
+static_assert(offsetof(SongInfo, totalTime) == 28);
+static_assert(offsetof(SongInfo, artist) == 32);
+static_assert(offsetof(SongInfo, album) == 48);
+static_assert(offsetof(SongInfo, genre) == 64);
+static_assert(offsetof(SongInfo, reserved) == 76);
+static_assert(offsetof(SongInfo, movie) == 88);
+static_assert(sizeof(TrackRecord) == 120);
+static_assert(offsetof(TrackRecord, trackId) == 96);
+static_assert(offsetof(TrackRecord, persistentId) == 100);
+static_assert(offsetof(TrackRecord, pendingDict) == 112);
+#endif
+
+namespace tavrel {
+
+// The dictionary that holds all tracks: the first "dict" of the top-level dictionary, or none.
+[[nodiscard]] const TBXMLElement* TrackDictionary() noexcept;
+
+// The Track ID of a track's dictionary: the value of its first pair, whatever the key; 0 without
+// one.
+[[nodiscard]] std::int32_t TrackIdOf(const TBXMLElement* trackDict) noexcept;
+
+// Reads a track's properties from its dictionary. Once done, the track is no longer pending.
+void LoadTrackProperties(TrackRecord& track) noexcept;
+
+}  // namespace tavrel
