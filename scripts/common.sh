@@ -1,0 +1,84 @@
+# Shared by the scripts beside it: where the checkout is, and installing what is missing.
+# Sourced, not run.
+set -euo pipefail
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+say() { printf '%s\n' "$*" >&2; }
+die() { say "$*"; exit 1; }
+
+# What building and running the library and the host takes, and what the tests take beyond it.
+# One line each: package, and how to see that it is there already (a command, or a header file).
+run_needs() {
+  cat <<'LIST'
+g++ g++
+cmake cmake
+ninja-build ninja
+zlib1g-dev zlib.h
+liburiparser-dev uriparser/Uri.h
+libutf8proc-dev utf8proc.h
+libcli11-dev CLI/CLI.hpp
+nlohmann-json3-dev nlohmann/json.hpp
+libfmt-dev fmt/format.h
+LIST
+}
+test_needs() {
+  run_needs
+  cat <<'LIST'
+clang clang++
+clang-format clang-format
+libgtest-dev gtest/gtest.h
+libgmock-dev gmock/gmock.h
+python3 python3
+binutils nm
+LIST
+}
+
+# A sign is a header file or a command.
+has() {
+  case $1 in
+    *.h|*.hpp) [ -e "/usr/include/$1" ] || [ -e "/usr/local/include/$1" ] || [ -e "/opt/homebrew/include/$1" ] ;;
+    *) command -v "$1" >/dev/null 2>&1 ;;
+  esac
+}
+
+missing_packages() {
+  local package sign
+  while read -r package sign; do
+    has "$sign" || printf '%s ' "$package"
+  done
+}
+
+# Installs the packages that are missing of the list on standard input; says what to do where it cannot.
+install_missing() {
+  local packages as_root=()
+  packages=$(missing_packages)
+  [ -n "$packages" ] || return 0
+  command -v apt-get >/dev/null 2>&1 ||
+    die "Missing: ${packages% }. This script installs them on Debian and its relatives only; install them (these are Debian's names) and run it again."
+  if [ "$(id -u)" -ne 0 ]; then
+    command -v sudo >/dev/null 2>&1 ||
+      die "Missing: ${packages% }. Run this script as root, or run: apt-get install ${packages% }"
+    as_root=(sudo)
+  fi
+  say "Installing: ${packages% }"
+  # Word splitting is wanted: one argument a package.
+  # shellcheck disable=SC2086
+  apt_get install $packages || { apt_get update && apt_get install $packages; } ||
+    die "Could not install: ${packages% }. Install them by hand and run this script again."
+}
+apt_get() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get -qq -y -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=120 --no-install-recommends "$@" >&2
+}
+
+# Configures and builds a preset in build/PRESET; the build's own output is shown only when it fails.
+build() {
+  local preset=$1 log="$root/build/$1.log"
+  shift
+  mkdir -p "$root/build"
+  { (cd "$root" && cmake --preset "$preset" "$@" && cmake --build --preset "$preset"); } >"$log" 2>&1 || {
+    tail -n 60 "$log" >&2
+    die "The build failed; all of its output is in build/$preset.log"
+  }
+}
