@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <utility>
 
 #include "platform/Utf8.h"
@@ -29,17 +30,21 @@ ssize_t ReadPiece(int descriptor, char* to, std::size_t bytes) noexcept {
 }
 
 // Follows a text that arrives in pieces, some of which end inside a character.
-class Utf8Progress {
+class TextProgress {
  public:
   // Whether the first `length` bytes may still become valid text.
   bool Accepts(const char* text, std::size_t length) noexcept {
+    if (lengthToZero_ == valid_) lengthToZero_ += strnlen(text + valid_, length - valid_);
     valid_ += ValidUtf8Prefix(text + valid_, length - valid_);
+    lengthToZero_ = std::min(lengthToZero_, valid_);
     return length - valid_ < 4;  // at most the start of one character is open
   }
   [[nodiscard]] std::size_t valid() const noexcept { return valid_; }
+  [[nodiscard]] std::size_t lengthToZero() const noexcept { return lengthToZero_; }
 
  private:
   std::size_t valid_ = 0;
+  std::size_t lengthToZero_ = 0;
 };
 
 }  // namespace
@@ -80,10 +85,10 @@ FileText ReadFileText(const char* path) noexcept {
   std::size_t size = 0;
   const FileDescriptor file = OpenRegularFile(path, size);
   if (!file) return {};
-  FileText text{AllocateBlock(size + 1), 0};
+  FileText text{AllocateBlock(size + 1)};
   if (text.block.address == nullptr) return {};
 
-  Utf8Progress progress;
+  TextProgress progress;
   bool good = true;
   while (text.length < size) {
     const std::size_t wanted = std::min(kPiece, size - text.length);
@@ -98,6 +103,7 @@ FileText ReadFileText(const char* path) noexcept {
     ReleaseBlock(text.block);
     return {};
   }
+  text.lengthToZero = progress.lengthToZero();
   return text;
 }
 

@@ -38,8 +38,9 @@ class FileDescriptor {
 
 // A file's text in one zero-filled block, with at least one zero byte behind it.
 struct FileText {
-  ZeroedBlock block;       // empty: the file could not be read, or is not UTF-8
-  std::size_t length = 0;  // of the whole file, in bytes
+  ZeroedBlock block;             // empty: the file could not be read, or is not UTF-8
+  std::size_t length = 0;        // of the whole file, in bytes
+  std::size_t lengthToZero = 0;  // of the text before the first zero byte
 };
 
 // Reads a file as UTF-8 text. The caller owns the block. The text is checked piece by piece while

@@ -34,17 +34,16 @@ char* JoinSections(char* opener, const char* end) noexcept {
   if (nextTag == nullptr) return nullptr;
 
   char* written = opener;
-  char* lastContentEnd = opener;
   for (char* section = opener; section != nextTag;) {
     char* content = section + kSectionOpener.size();
     char* sectionEnd = FindText(content, end, kSectionEnd);
-    lastContentEnd = MoveLeft(written, content, sectionEnd);
+    written = MoveLeft(written, content, sectionEnd);
     char* gap = sectionEnd + kSectionEnd.size();
     section = FindByte(gap, end, '<');
-    written = MoveLeft(lastContentEnd, gap, section);
+    written = MoveLeft(written, gap, section);
   }
   std::memset(written, ' ', static_cast<std::size_t>(nextTag - written));
-  return lastContentEnd;
+  return nextTag;
 }
 
 // The value lies in three pieces while this runs: what is done, `value` to `done`, which holds no

@@ -33,7 +33,7 @@ TBXML* TBXML::initWithURL(std::string_view url) {
   buffer_ = text.block;
   fields_.bytes = buffer_.address;
   fields_.bytesLength = static_cast<std::ptrdiff_t>(text.length);
-  decodeBytes();
+  decodeBytes(text.lengthToZero);
   return this;
 }
 
@@ -99,5 +99,5 @@ void TBXML::decodeData(std::string_view data) noexcept {
   if (!data.empty()) std::memcpy(buffer_.address, data.data(), data.size());
   fields_.bytes = buffer_.address;
   fields_.bytesLength = static_cast<std::ptrdiff_t>(data.size());
-  decodeBytes();
+  decodeBytes(strnlen(fields_.bytes, data.size()));
 }

@@ -15,33 +15,91 @@ char* FirstOf(char* from, char a, char b) noexcept {
   return from;
 }
 
-void TrimText(TBXMLElement& element) noexcept {
+// Takes whitespace off both ends of a text that ends at the zero byte at `end`.
+void TrimText(TBXMLElement& element, char* end) noexcept {
   while (IsWhitespace(*element.text)) ++element.text;
-  char* last = element.text + std::strlen(element.text);
-  while (last > element.text + 1 && IsWhitespace(last[-1])) *--last = '\0';
+  while (end > element.text + 1 && IsWhitespace(end[-1])) *--end = '\0';
+}
+
+// Whether one of the first `length` of eight bytes is that byte. (The usual test for a zero byte;
+// it may report bytes above the first hit in error, but never below it.)
+bool HasByte(std::uint64_t bytes, std::size_t length, char byte) noexcept {
+  constexpr std::uint64_t kOnes = 0x0101010101010101u;
+  const std::uint64_t zeroes = bytes ^ (kOnes * static_cast<unsigned char>(byte));
+  const std::uint64_t hits = (zeroes - kOnes) & ~zeroes & (kOnes << 7);
+  return (hits << (8 * (8 - length))) != 0;
 }
 
 }  // namespace
 
-void TBXML::decodeBytes() noexcept {
+void TBXML::decodeBytes(std::size_t textLength) noexcept {
   if (fields_.bytes == nullptr) return;
-  const auto bytes = static_cast<std::size_t>(fields_.bytesLength);
-  // A zero byte inside the text ends it for every search.
-  DocumentPass(*this, fields_.bytes, fields_.bytes + strnlen(fields_.bytes, bytes)).Run();
+  DocumentPass(*this, fields_.bytes, fields_.bytes + textLength).RunIndexed(BestInstructionSet());
 }
 
 void DocumentPass::Run() noexcept {
   char* open = nullptr;
   do {
     open = FindByte(position_, end_, '<');
-  } while (open != nullptr && Step(open));
+  } while (open != nullptr && Step(open, nullptr));
 }
 
-bool DocumentPass::Step(char* open) noexcept {
+void DocumentPass::RunIndexed(InstructionSet set) noexcept {
+  TagIndex index(text_, end_, set);
+  while (index.Has(TagIndex::kMostAhead)) {
+    const std::uint32_t* marks = index.Next();
+    char* open = text_ + marks[0];
+    if (TakeLeaf(marks)) {
+      index.Skip(4);
+    } else if (*open == '>') {  // in character data
+      index.Skip(1);
+    } else {
+      if (!Step(open, text_ + marks[1])) return;
+      index.SkipTo(static_cast<std::size_t>(position_ - text_));
+    }
+  }
+  Run();  // what is left holds too few
+}
+
+bool DocumentPass::TakeLeaf(const std::uint32_t* marks) noexcept {
+  char* open = text_ + marks[0];
+  char* nameEnd = text_ + marks[1];
+  char* textEnd = text_ + marks[2];
+  char* close = text_ + marks[3];
+  if (*open != '<' || *nameEnd != '>' || *textEnd != '<' || *close != '>' || textEnd[1] != '/' ||
+      openElement_ == nullptr) {
+    return false;
+  }
+  const auto nameLength = static_cast<std::size_t>(nameEnd - open - 1);
+  if (nameLength - 1 > 7 || end_ - open < 9) return false;
+  // One load, before the zero bytes are written: a wide load right behind a narrow store would
+  // stall.
+  std::uint64_t name;
+  std::memcpy(&name, open + 1, sizeof name);
+  const bool plainName = open[1] != '!' && open[1] != '?' && !HasByte(name, nameLength, ' ') &&
+                         !HasByte(name, nameLength, '/');
+  // With no blank at either end there is nothing to trim. (An empty text shows its tags' own
+  // bytes.)
+  const bool trimmed =
+      static_cast<unsigned char>(nameEnd[1]) > ' ' && static_cast<unsigned char>(textEnd[-1]) > ' ';
+  if (!plainName || !trimmed) return false;
+
+  TBXMLElement* element = document_.nextAvailableElement();
+  if (element == nullptr) return false;
+  *open = *nameEnd = *textEnd = *close = '\0';
+  element->name = open + 1;
+  element->text = nameEnd + 1;
+  AppendToOpenElement(element);
+  openElement_->text = nullptr;  // as for every parent of an element that a tag closes
+  position_ = close + 1;
+  return true;
+}
+
+bool DocumentPass::Step(char* open, char* nextMark) noexcept {
   if (StartsWith(open, end_, kCommentOpener)) return SkipComment(open);
   if (StartsWith(open, end_, kSectionOpener)) return TakeSections(open);
 
-  char* close = FindTagEnd(open + 1);
+  char* close = nextMark != nullptr && *nextMark == '>' ? nextMark : FindTagEnd(open + 1);
   if (close == nullptr) return false;
   *close = '\0';
   *open = '\0';  // ends the text of the open element, or of its last child
@@ -51,7 +109,7 @@ bool DocumentPass::Step(char* open) noexcept {
     case '!':
       return true;  // a declaration leaves no record
     case '/':
-      CloseElement();
+      CloseElement(open);
       return true;
     default:
       return OpenElement(open, close);
@@ -68,9 +126,9 @@ bool DocumentPass::SkipComment(char* open) noexcept {
 }
 
 bool DocumentPass::TakeSections(char* open) noexcept {
-  char* behindContent = JoinSections(open, end_);
-  if (behindContent == nullptr) return false;
-  position_ = behindContent;
+  char* nextTag = JoinSections(open, end_);
+  if (nextTag == nullptr) return false;
+  position_ = nextTag;
   return true;
 }
 
@@ -87,10 +145,15 @@ char* DocumentPass::FindTagEnd(char* from) noexcept {
 }
 
 // The closing tag's name is never read: it closes the open element, whatever it names.
-void DocumentPass::CloseElement() noexcept {
-  if (openElement_ == nullptr) return;
-  if (openElement_->text != nullptr) TrimText(*openElement_);
-  openElement_ = openElement_->parentElement;
+void DocumentPass::CloseElement(char* textEnd) noexcept {
+  TBXMLElement* element = openElement_;
+  if (element == nullptr) return;
+  if (element->text != nullptr) {
+    // A first child, which was an empty element, has ended the text before.
+    TrimText(*element,
+             element->firstChild == nullptr ? textEnd : element->text + std::strlen(element->text));
+  }
+  openElement_ = element->parentElement;
   if (openElement_ != nullptr && openElement_->firstChild != nullptr) openElement_->text = nullptr;
 }
 

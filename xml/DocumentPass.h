@@ -2,30 +2,44 @@
 // names, texts and values end, and moves bytes towards the start to take CDATA markers out.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "xml/TBXML.h"
+#include "xml/TagIndex.h"
 
 class DocumentPass {
  public:
   // text, end: the buffer; a zero byte stands at `end` and none before it.
   DocumentPass(TBXML& document, char* text, const char* end) noexcept
-      : document_(document), position_(text), end_(end) {}
+      : document_(document), text_(text), position_(text), end_(end) {}
 
   // Builds the tree. An unterminated comment, CDATA section or tag ends the pass where it stands,
   // as does exhausted memory; the records built so far stay.
   void Run() noexcept;
 
+  // Builds the same tree, reading the places of '<' and '>' from an index made ahead.
+  void RunIndexed(tavrel::xml::InstructionSet set) noexcept;
+
  private:
-  // Each handles what begins with the '<' at `open`; false ends the pass.
-  [[nodiscard]] bool Step(char* open) noexcept;
+  // Handles what begins with the '<' at `open`; false ends the pass.
+  // nextMark: the first '<' or '>' behind `open`, or null when it is not known.
+  [[nodiscard]] bool Step(char* open, char* nextMark) noexcept;
   [[nodiscard]] bool SkipComment(char* open) noexcept;
   [[nodiscard]] bool TakeSections(char* open) noexcept;
   [[nodiscard]] bool OpenElement(char* open, char* close) noexcept;
-  void CloseElement() noexcept;
+  void CloseElement(char* textEnd) noexcept;
+
+  // Handles "<name>text</...>", most of what library files are made of, when nothing about it is
+  // special. marks:  the positions of the next four '<' and '>'. Result: false, with nothing
+  // changed, when it is something else.
+  [[nodiscard]] bool TakeLeaf(const std::uint32_t* marks) noexcept;
 
   [[nodiscard]] char* FindTagEnd(char* from) noexcept;
   void AppendToOpenElement(TBXMLElement* element) noexcept;
 
   TBXML& document_;
+  char* text_;
   char* position_;
   const char* end_;
   TBXMLElement* openElement_ = nullptr;

@@ -89,7 +89,8 @@ class TBXML {
 
   // Copies the bytes into the document's own buffer and parses them.
   void decodeData(std::string_view data) noexcept;
-  void decodeBytes() noexcept;
+  // Runs the pass. textLength: where the text ends for it, at its first zero byte.
+  void decodeBytes(std::size_t textLength) noexcept;
 
   // A zero-filled record of the document's; none when memory is exhausted.
   TBXMLElement* nextAvailableElement() noexcept;

@@ -1,0 +1,59 @@
+// Finding every '<' and '>' of a text, a block at a time, with the widest instructions of the
+// machine.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace tavrel::xml {
+
+// kPlain works on every machine and is what the others are compared with.
+enum class InstructionSet { kPlain, kBaseline, kAvx2, kAvx512 };
+
+// The widest one that this machine and this build have.
+[[nodiscard]] InstructionSet BestInstructionSet() noexcept;
+[[nodiscard]] bool IsSupported(InstructionSet set) noexcept;
+
+// Writes the positions of the '<' and '>' among `length` bytes, in order, each plus `base`.
+// positions: room for `length` + kIndexSlack numbers; those behind the result are left undefined.
+// Result:    how many there are.
+using IndexFunction = std::size_t (*)(const char* text, std::size_t length, std::uint32_t base,
+                                      std::uint32_t* positions) noexcept;
+inline constexpr std::size_t kIndexSlack = 64;
+
+// The function of a supported set.
+[[nodiscard]] IndexFunction IndexFunctionOf(InstructionSet set) noexcept;
+
+// The positions of a text that is indexed as reading goes on. Bytes in front of the next position
+// may be changed at any time, but no '<' or '>' may appear there.
+class TagIndex {
+ public:
+  TagIndex(const char* text, const char* end, InstructionSet set) noexcept
+      : text_(text), length_(static_cast<std::size_t>(end - text)), index_(IndexFunctionOf(set)) {}
+
+  // Whether that many positions are left, up to kMostAhead; indexes further as needed.
+  [[nodiscard]] bool Has(std::size_t count) noexcept {
+    return static_cast<std::size_t>(last_ - next_) >= count || Fill(count);
+  }
+  [[nodiscard]] const std::uint32_t* Next() const noexcept { return next_; }
+  void Skip(std::size_t count) noexcept { next_ += count; }
+  // Skips every position before that one.
+  void SkipTo(std::size_t position) noexcept;
+
+  static constexpr std::size_t kMostAhead = 4;
+
+ private:
+  static constexpr std::size_t kBlock = 8192;
+
+  bool Fill(std::size_t count) noexcept;
+
+  const char* text_;
+  std::size_t length_;
+  std::size_t indexed_ = 0;  // bytes whose positions are, or were, in the list
+  IndexFunction index_;
+  std::uint32_t positions_[kMostAhead + kBlock + kIndexSlack];
+  const std::uint32_t* next_ = positions_;
+  const std::uint32_t* last_ = positions_;
+};
+
+}  // namespace tavrel::xml
