@@ -6,11 +6,13 @@
 #include "library/GrowingTable.h"
 #include "library/Numbers.h"
 #include "library/PropertyList.h"
+#include "library/TrackLookup.h"
 #include "platform/Memory.h"
 #include "xml/TBXML.h"
 
 namespace platform = tavrel::platform;
 using tavrel::TableAppender;
+using tavrel::TrackLookup;
 
 const std::int32_t arrLibraryKind[7] = {4, 2, 3, 10, 31, 5, 19};
 const std::int32_t arrGeniusKind[1] = {26};
@@ -53,36 +55,34 @@ bool CreateGroups(GlobalState& state) noexcept {
   return true;
 }
 
-// The binary search relies on ascending Track IDs, the order of the library file; the table is not
-// sorted. Kept: a file in another order loses items.
-TrackRecord* FindTrack(std::int32_t trackId) noexcept {
-  std::int32_t low = 0;
-  std::int32_t high = g_pGlobal->trackCount - 1;
-  while (low <= high) {
-    const std::int32_t middle = low + (high - low) / 2;
-    TrackRecord* track = g_pGlobal->tracks[middle];
-    if (trackId == track->trackId) return track;
-    if (trackId > track->trackId) {
-      low = middle + 1;
-    } else {
-      high = middle - 1;
-    }
-  }
-  return nullptr;
-}
-
 bool IsVisible(const TBXMLElement* playlistDict) noexcept {
   std::int32_t visible = 1;
   ReadSongProp(playlistDict, "Visible", nullptr, &visible, 0);
   return visible != 0;
 }
 
-PlaylistRecord* ReadPlaylist(const TBXMLElement* dict) noexcept {
+void ReadItems(PlaylistRecord& playlist, const TBXMLElement* dict,
+               const TrackLookup& tracks) noexcept {
+  const TBXMLElement* items = TBXML::childElementNamed("array", dict);
+  if (items == nullptr) return;
+  TableAppender<TrackRecord> table(playlist.tracks, playlist.capacity, playlist.count);
+  for (const TBXMLElement* item = items->firstChild; item != nullptr; item = item->nextSibling) {
+    // Room is made before the item is looked up, so that the capacity may grow for one that is
+    // dropped.
+    if (!table.Reserve()) return;
+    const TBXMLElement* value = tavrel::FirstValue(item);
+    if (value == nullptr || value->text == nullptr) continue;
+    TrackRecord* track = tracks.Find(tavrel::ReadDecimal(value->text));
+    if (track != nullptr) table.Append(track);
+  }
+}
+
+PlaylistRecord* ReadPlaylist(const TBXMLElement* dict, const TrackLookup& tracks) noexcept {
   auto* playlist = NewRecord<PlaylistRecord>();
   if (playlist == nullptr) return nullptr;
   ReadSongProp(dict, "Distinguished Kind", nullptr, &playlist->kind, 0);
   ReadSongProp(dict, "Name", &playlist->name, &playlist->nameSize, SONGPROP_TEXT);
-  CreatePlaylistTrack(playlist, dict);
+  ReadItems(*playlist, dict, tracks);
   return playlist;
 }
 
@@ -92,6 +92,8 @@ void ReleasePlaylist(PlaylistRecord* playlist) noexcept {
 }
 
 void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
+  TrackLookup tracks(*g_pGlobal);
+  tracks.Prepare();
   PlaylistGroup** groups = g_pGlobal->groups;
   TableAppender<PlaylistRecord> tables[kGroupCount] = {
       {groups[0]->playlists, groups[0]->capacity, groups[0]->count},
@@ -100,7 +102,7 @@ void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
   for (const TBXMLElement* dict = playlistArray->firstChild; dict != nullptr;
        dict = dict->nextSibling) {
     if (!IsVisible(dict)) continue;
-    PlaylistRecord* playlist = ReadPlaylist(dict);
+    PlaylistRecord* playlist = ReadPlaylist(dict, tracks);
     if (playlist == nullptr) return;
     TableAppender<PlaylistRecord>& table = tables[GroupOfKind(playlist->kind)];
     if (!table.Reserve()) {
@@ -125,18 +127,7 @@ std::int32_t CreatePlaylistArray() noexcept {
 std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
                                  const TBXMLElement* playlistDict) noexcept {
   if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
-  const TBXMLElement* items = TBXML::childElementNamed("array", playlistDict);
-  if (items == nullptr) return 0;
-  TableAppender<TrackRecord> table(playlist->tracks, playlist->capacity, playlist->count);
-  for (const TBXMLElement* item = items->firstChild; item != nullptr; item = item->nextSibling) {
-    // Room is made before the item is looked up, so that the capacity may grow for one that is
-    // dropped.
-    if (!table.Reserve()) return 0;
-    const TBXMLElement* value = tavrel::FirstValue(item);
-    if (value == nullptr || value->text == nullptr) continue;
-    TrackRecord* track = FindTrack(tavrel::ReadDecimal(value->text));
-    if (track != nullptr) table.Append(track);
-  }
+  ReadItems(*playlist, playlistDict, TrackLookup(*g_pGlobal));
   return 0;
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -91,6 +92,26 @@ std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name,
   auto document = alloc();
   if (document) document->initWithXMLFile(name, fileExtension);
   return document;
+}
+
+void TBXML::dealloc() noexcept {
+  tavrel::platform::ReleaseBlock(buffer_);
+  records_.ReleaseAll();
+  tavrel::platform::Release(fourthLevel_);
+  fourthLevel_ = nullptr;
+  fourthLevelCount_ = fourthLevelCapacity_ = 0;
+  fields_ = {};
+}
+
+void TBXML::noteFourthLevel(TBXMLElement* element) noexcept {
+  if (fourthLevelCount_ == fourthLevelCapacity_) {
+    const std::size_t grown = std::max<std::size_t>(64, fourthLevelCapacity_ * 2);
+    void* block = tavrel::platform::Reallocate(fourthLevel_, grown * sizeof(TBXMLElement*));
+    if (block == nullptr) return;  // a hint the fewer
+    fourthLevel_ = static_cast<TBXMLElement**>(block);
+    fourthLevelCapacity_ = grown;
+  }
+  fourthLevel_[fourthLevelCount_++] = element;
 }
 
 void TBXML::decodeData(std::string_view data) noexcept {

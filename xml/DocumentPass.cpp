@@ -153,6 +153,7 @@ void DocumentPass::CloseElement(char* textEnd) noexcept {
     TrimText(*element,
              element->firstChild == nullptr ? textEnd : element->text + std::strlen(element->text));
   }
+  --depth_;
   openElement_ = element->parentElement;
   if (openElement_ != nullptr && openElement_->firstChild != nullptr) openElement_->text = nullptr;
 }
@@ -173,6 +174,7 @@ bool DocumentPass::OpenElement(char* open, char* close) noexcept {
   }
   if (empty) return true;
   openElement_ = element;
+  if (++depth_ == 4) document_.noteFourthLevel(element);
   if (close[1] != '>') element->text = close + 1;
   return true;
 }

@@ -43,4 +43,5 @@ class DocumentPass {
   char* position_;
   const char* end_;
   TBXMLElement* openElement_ = nullptr;
+  std::size_t depth_ = 0;  // how many elements are open
 };

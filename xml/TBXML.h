@@ -9,12 +9,14 @@
 #include <cstddef>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "platform/ByteBuffer.h"
 #include "platform/Memory.h"
 #include "platform/ZeroedArena.h"
+#include "xml/RecordPool.h"
 #include "xml/Records.h"
 
 // What every document begins with.
@@ -65,6 +67,13 @@ class TBXML {
   [[nodiscard]] TBXMLElement* rootXMLElement() const noexcept { return fields_.rootXMLElement; }
   [[nodiscard]] const TBXMLFields& fields() const noexcept { return fields_; }
 
+  // The elements on the fourth level that have an end tag of their own, in order; in a library
+  // file, the dictionaries of its tracks. Only a hint on where to look soon: some or all may be
+  // missing.
+  [[nodiscard]] std::span<TBXMLElement* const> fourthLevel() const noexcept {
+    return {fourthLevel_, fourthLevelCount_};
+  }
+
   // Class operations. Records must belong to a live document and must not be none. A missing name,
   // text or value reads as ""; bytes that are not valid UTF-8 read as none.
   [[nodiscard]] static std::optional<std::string> elementName(const TBXMLElement* element);
@@ -93,12 +102,26 @@ class TBXML {
   void decodeBytes(std::size_t textLength) noexcept;
 
   // A zero-filled record of the document's; none when memory is exhausted.
-  TBXMLElement* nextAvailableElement() noexcept;
-  TBXMLAttribute* nextAvailableAttribute() noexcept;
+  TBXMLElement* nextAvailableElement() noexcept {
+    TBXMLElement* element =
+        tavrel::xml::NextRecord(fields_.currentElementBuffer, fields_.currentElement,
+                                &TBXMLElementBuffer::elements, records_);
+    if (fields_.rootXMLElement == nullptr) fields_.rootXMLElement = element;
+    return element;
+  }
+  TBXMLAttribute* nextAvailableAttribute() noexcept {
+    return tavrel::xml::NextRecord(fields_.currentAttributeBuffer, fields_.currentAttribute,
+                                   &TBXMLAttributeBuffer::attributes, records_);
+  }
+
+  void noteFourthLevel(TBXMLElement* element) noexcept;
 
   void dealloc() noexcept;
 
   TBXMLFields fields_ = {};
   tavrel::platform::ZeroedBlock buffer_;  // behind `bytes`
   tavrel::platform::ZeroedArena records_;
+  TBXMLElement** fourthLevel_ = nullptr;
+  std::size_t fourthLevelCount_ = 0;
+  std::size_t fourthLevelCapacity_ = 0;
 };
