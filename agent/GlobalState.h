@@ -56,7 +56,8 @@ struct PrivateState {
   platform::ReleasePool pool;
   platform::ZeroedArena trackRecords;
   bool tracksDestroyed;
-  PlaylistRecord* allSongs;  // what OpenAllSongs() gives, made on first use among the track records
+  PlaylistRecord* ringtones;  // the ringtone playlist while it stands in the first group
+  PlaylistRecord* allSongs;   // what OpenAllSongs() gives, made on first use among the tracks
 };
 
 // The private half of `g_pGlobal`, which must be set.

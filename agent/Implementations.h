@@ -20,6 +20,10 @@ TAVREL_API std::int32_t CreateTrackArray() noexcept;
 TAVREL_API std::int32_t DestroyTrackArray() noexcept;
 TAVREL_API std::int32_t CreatePlaylistArray() noexcept;
 TAVREL_API std::int32_t DestroyPlaylistArray() noexcept;
+// Called again, it lists the folder anew in a playlist that takes the place of the former one.
+TAVREL_API std::int32_t CreateRingtoneArray() noexcept;
+// Takes no other playlist away when the ringtone playlist is not there.
+TAVREL_API std::int32_t DestroyRingtoneArray() noexcept;
 
 TAVREL_API std::int32_t GetPlaylistCountImp(std::int32_t groupIndex) noexcept;
 TAVREL_API PlaylistRecord* OpenPlaylistImp(std::int32_t groupIndex, std::int32_t index) noexcept;
@@ -30,4 +34,7 @@ TAVREL_API std::int32_t GetPlaylistKindImp(const PlaylistRecord* playlist) noexc
 TAVREL_API std::int32_t GetSongCountImp(const PlaylistRecord* playlist) noexcept;
 TAVREL_API std::int32_t GetSongInfoImp(PlaylistRecord* playlist, std::int32_t index,
                                        SongInfo* info) noexcept;
+
+// A null path gives -1 here, after a message of its own.
+TAVREL_API std::int32_t AppendRingtoneImp(const char* path) noexcept;
 }

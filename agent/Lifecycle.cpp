@@ -39,9 +39,11 @@ std::int32_t AgentInitializerImp() noexcept {
   state->home = OwnedHomeFolder();
   g_pGlobal->document = OpenXML();
   if (g_pGlobal->document == nullptr) return -1;
-  // In this order: playlists look their tracks up in the finished track table.
+  // In this order: playlists look their tracks up in the finished track table, and the ringtone
+  // playlist is the last of its group.
   CreateTrackArray();
   CreatePlaylistArray();
+  CreateRingtoneArray();
   return 0;
 }
 
@@ -49,6 +51,7 @@ std::int32_t AgentFinalizerImp() noexcept {
   if (!loaded) return 0;
   loaded = false;
   PrivateState& state = Private();
+  DestroyRingtoneArray();
   DestroyTrackArray();
   DestroyPlaylistArray();
   delete state.shared.document;

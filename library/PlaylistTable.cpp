@@ -134,6 +134,7 @@ std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
 // Names and the groups' arrays go to the pool, which gives them back when it is drained at unload.
 std::int32_t DestroyPlaylistArray() noexcept {
   if (g_pGlobal == nullptr || g_pGlobal->groups == nullptr) return 0;
+  DestroyRingtoneArray();  // its songs and its name are not the table's; at unload it has gone
   platform::ReleasePool& pool = *g_pGlobal->pool;
   for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {
     PlaylistGroup* group = g_pGlobal->groups[g];

@@ -11,14 +11,15 @@ struct ReleasePool::Entry {
   Entry* previous;
 };
 
-void ReleasePool::Adopt(void* block) noexcept {
-  if (block == nullptr) return;
+bool ReleasePool::Adopt(void* block) noexcept {
+  if (block == nullptr) return true;
   void* place = Allocate(sizeof(Entry));
   if (place == nullptr) {
     Release(block);
-    return;
+    return false;
   }
   newest_ = new (place) Entry{block, newest_};
+  return true;
 }
 
 void ReleasePool::Drain() noexcept {

@@ -6,9 +6,9 @@ namespace tavrel::platform {
 // A plain record: all zero is an empty pool.
 class ReleasePool {
  public:
-  // Takes over a block of the malloc family; null is allowed. When there is no memory left to
-  // remember the block by, it is released at once.
-  void Adopt(void* block) noexcept;
+  // Takes over a block of the malloc family; null is allowed. False when there is no memory left to
+  // remember the block by: it is released at once then.
+  bool Adopt(void* block) noexcept;
   void Drain() noexcept;
 
  private:

@@ -89,7 +89,8 @@ TAVREL_API int32_t AgentFinalizer(void) TAVREL_NOEXCEPT;
 
 /* ---- Playlists -------------------------------------------------------------------------------
  * Playlists stand in three groups: 0 the library's own (music, films, podcasts and so on), 1
- * Genius, 2 all others. Hidden playlists, the master playlist among them, stand in none. */
+ * Genius, 2 all others. Hidden playlists, the master playlist among them, stand in none. The last
+ * playlist of group 0 is one that the library file does not hold: "Ringtones", of kind 55. */
 
 /* Result: the number of playlists in the group, 0 for a bad group. */
 TAVREL_API int32_t GetPlaylistCount(int32_t groupIndex) TAVREL_NOEXCEPT;
@@ -127,6 +128,25 @@ TAVREL_API int32_t GetSongCount(const PlaylistRecord* playlist) TAVREL_NOEXCEPT;
  * library file's text; every later one, through any playlist, is five copies. */
 TAVREL_API int32_t GetSongInfo(PlaylistRecord* playlist, int32_t index,
                                SongInfo* info) TAVREL_NOEXCEPT;
+
+/* ---- Ringtones -------------------------------------------------------------------------------
+ * The files in the folder "Music/iTunes/iTunes Media/Ringtones" below the home folder are the songs
+ * of the playlist "Ringtones", in the byte order of their names. A ringtone has a name, which is
+ * its file's up to the first '.', and a location; everything else is 0. The folder is read once, at
+ * load. */
+
+/* Adds a ringtone to iTunes: a script, run by `osascript`, makes iTunes play the file and sends it
+ * Command-L. The ringtone then joins the playlist "Ringtones" as its last song, named as its file
+ * is up to the last '.', also when the playlist holds it already.
+ * path:   full path of the file, NUL-terminated, borrowed. It goes into the script as it is: a
+ *         double quote, a backslash or a line break in it changes the script.
+ * Result:  0  done; also for a null path, for which nothing is done.
+ *          1  iTunes was told to play the file, but the playlist could not be updated: `path` holds
+ *             no '/', there is no such playlist, or memory is exhausted.
+ *         -1  there is no `osascript`, or it failed, or memory is exhausted.
+ * Unless memory is exhausted, the system log says what went wrong. Returns when the script has
+ * ended. */
+TAVREL_API int32_t AppendRingtone(const char* path) TAVREL_NOEXCEPT;
 
 /* ---- Additions -------------------------------------------------------------------------------
  * Not part of the original interface. */
