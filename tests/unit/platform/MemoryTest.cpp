@@ -1,0 +1,107 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+
+#include "platform/Memory.h"
+
+namespace faults = tavrel::platform::faults;
+using namespace tavrel::platform;
+
+namespace {
+
+constexpr std::size_t kSmall = 1000;
+constexpr std::size_t kLarge = std::size_t{5} << 20;
+
+bool IsZero(const char* at, std::size_t bytes) {
+  return std::all_of(at, at + bytes, [](char byte) { return byte == 0; });
+}
+
+}  // namespace
+
+TEST(Memory, BlocksOfAnySizeAreZeroFilledAndWritable) {
+  const std::size_t megabyte = std::size_t{1} << 20;
+  for (const std::size_t bytes : {std::size_t{1}, kSmall, megabyte - 1, megabyte, megabyte + 1,
+                                  2 * megabyte, kLarge, kLarge + 1}) {
+    ZeroedBlock block = AllocateBlock(bytes);
+    ASSERT_NE(block.address, nullptr) << bytes;
+    EXPECT_TRUE(IsZero(block.address, bytes)) << bytes;
+    std::memset(block.address, 1, bytes);
+    ReleaseBlock(block);
+  }
+}
+
+TEST(Memory, ReleasingABlockLeavesItEmptyAndAnEmptyOneIsAllowed) {
+  for (const std::size_t bytes : {kSmall, kLarge}) {
+    ZeroedBlock block = AllocateBlock(bytes);
+    ReleaseBlock(block);
+    EXPECT_EQ(block.address, nullptr);
+    EXPECT_EQ(block.mappedBytes, 0u);
+    ReleaseBlock(block);
+  }
+}
+
+TEST(Memory, ATrimmedBlockKeepsItsFirstBytes) {
+  for (const std::size_t bytes : {kSmall, kLarge}) {
+    for (const std::size_t kept : {std::size_t{0}, std::size_t{1}, bytes / 2, bytes - 1, bytes}) {
+      ZeroedBlock block = AllocateBlock(bytes);
+      ASSERT_NE(block.address, nullptr);
+      std::memset(block.address, 7, kept);
+      TrimBlock(block, kept);
+      ASSERT_NE(block.address, nullptr);
+      EXPECT_TRUE(std::all_of(block.address, block.address + kept, [](char b) { return b == 7; }));
+      ReleaseBlock(block);
+    }
+  }
+}
+
+TEST(Memory, TrimmingALargeBlockGivesItsPagesBack) {
+  ZeroedBlock block = AllocateBlock(kLarge);
+  ASSERT_GE(block.mappedBytes, kLarge);
+  TrimBlock(block, 10);
+  EXPECT_LE(block.mappedBytes, std::size_t{64} << 10);
+  ReleaseBlock(block);
+}
+
+TEST(Memory, MoreThanThereCanBeIsRefused) {
+  const std::size_t tooMuch = std::size_t{1} << 60;
+  EXPECT_EQ(AllocateBlock(tooMuch).address, nullptr);
+}
+
+TEST(MemoryFaults, AllAllocationsFailAfterTheAllowedOnes) {
+  faults::FailAfter(2, false);
+  void* first = Allocate(10);
+  void* second = AllocateZeroed(10);
+  EXPECT_NE(first, nullptr);
+  EXPECT_NE(second, nullptr);
+  EXPECT_EQ(Allocate(10), nullptr);
+  EXPECT_EQ(AllocateZeroed(10), nullptr);
+  EXPECT_EQ(Reallocate(nullptr, 10), nullptr);
+  EXPECT_EQ(AllocateBlock(kSmall).address, nullptr);
+  EXPECT_EQ(AllocateBlock(kLarge).address, nullptr);
+  EXPECT_FALSE(AllocationAllowed());
+  EXPECT_EQ(faults::Asked(), 8);
+  faults::Stop();
+  EXPECT_TRUE(AllocationAllowed());
+  Release(first);
+  Release(second);
+}
+
+TEST(MemoryFaults, OneAllocationFailsWhenOnlyOneIsMeantTo) {
+  faults::FailAfter(1, true);
+  EXPECT_TRUE(AllocationAllowed());
+  EXPECT_FALSE(AllocationAllowed());
+  EXPECT_TRUE(AllocationAllowed());
+  EXPECT_TRUE(AllocationAllowed());
+  faults::Stop();
+}
+
+TEST(MemoryFaults, AFailedReallocationLeavesTheBlockAsItWas) {
+  auto* block = static_cast<char*>(Allocate(10));
+  std::memcpy(block, "123456789", 10);
+  faults::FailAfter(0, true);
+  EXPECT_EQ(Reallocate(block, 1000000), nullptr);
+  faults::Stop();
+  EXPECT_STREQ(block, "123456789");
+  Release(block);
+}

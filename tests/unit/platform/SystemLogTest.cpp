@@ -1,0 +1,146 @@
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <regex>
+#include <string>
+
+#include "platform/Memory.h"
+#include "platform/SystemLog.h"
+
+namespace faults = tavrel::platform::faults;
+using tavrel::platform::Log;
+
+namespace {
+
+// What is written to standard error while this lives goes to a file of its own.
+class CapturedError {
+ public:
+  CapturedError() : file_(std::tmpfile()), saved_(dup(STDERR_FILENO)) {
+    dup2(fileno(file_), STDERR_FILENO);
+  }
+  CapturedError(const CapturedError&) = delete;
+  CapturedError& operator=(const CapturedError&) = delete;
+  ~CapturedError() {
+    dup2(saved_, STDERR_FILENO);
+    close(saved_);
+    std::fclose(file_);
+  }
+
+  [[nodiscard]] std::string Text() const {
+    std::string text(1 << 20, '\0');
+    const ssize_t length = pread(fileno(file_), text.data(), text.size(), 0);
+    text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
+    return text;
+  }
+
+ private:
+  std::FILE* file_;
+  int saved_;
+};
+
+std::string Logged(std::initializer_list<std::string_view> pieces) {
+  const CapturedError error;
+  Log(pieces);
+  return error.Text();
+}
+
+// The message without the time, program name and process id before it.
+std::string Message(const std::string& line) {
+  const std::size_t heading = line.find("] ");
+  return heading == std::string::npos ? "no heading: " + line : line.substr(heading + 2);
+}
+
+}  // namespace
+
+TEST(SystemLog, WritesTimeProgramAndProcessBeforeTheText) {
+  const std::string line = Logged({"Open iTunes Library file error!"});
+  const std::regex heading("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} platform_tests\\[" +
+                           std::to_string(getpid()) + "\\] Open iTunes Library file error!\n");
+  EXPECT_TRUE(std::regex_match(line, heading)) << line;
+}
+
+TEST(SystemLog, JoinsThePiecesIntoOneLine) {
+  EXPECT_EQ(Message(Logged({"XML text \"", "A &amp", "\" Escaping has no ending"})),
+            "XML text \"A &amp\" Escaping has no ending\n");
+  EXPECT_EQ(Message(Logged({"1", "2", "3", "4", "5", "6"})), "123456\n");
+  EXPECT_EQ(Message(Logged({"", "a", "", "b", ""})), "ab\n");
+}
+
+TEST(SystemLog, NeverTakesATextForAFormat) {
+  EXPECT_EQ(Message(Logged({"%s%n%d%%", "%1$s %100000000d"})), "%s%n%d%%%1$s %100000000d\n");
+}
+
+TEST(SystemLog, WritesBytesAsTheyAre) {
+  EXPECT_EQ(Message(Logged({std::string_view("a\0b\xFF", 4)})), std::string("a\0b\xFF\n", 5));
+}
+
+TEST(SystemLog, AddsALineFeedUnlessTheTextEndsWithOne) {
+  EXPECT_EQ(Message(Logged({"text\n"})), "text\n");
+  EXPECT_EQ(Message(Logged({"text\n", ""})), "text\n");
+  EXPECT_EQ(Message(Logged({""})), "\n");
+}
+
+TEST(SystemLog, WritesLongTextsWhole) {
+  const std::string text(500000, 'x');
+  EXPECT_TRUE(Message(Logged({text})) == text + "\n");
+}
+
+TEST(SystemLog, WritesALineForEachMessage) {
+  const CapturedError error;
+  Log({"first"});
+  Log({"second"});
+  const std::string text = error.Text();
+  const std::size_t end = text.find('\n');
+  EXPECT_EQ(Message(text.substr(0, end)), "first");
+  EXPECT_EQ(Message(text.substr(end + 1)), "second\n");
+}
+
+TEST(SystemLog, KeepsErrnoAndNeedsNoMemory) {
+  const CapturedError error;
+  errno = 77;
+  faults::FailAfter(0, false);
+  Log({"text"});
+  EXPECT_EQ(errno, 77);
+  EXPECT_EQ(faults::Asked(), 0);
+  faults::Stop();
+  EXPECT_EQ(Message(error.Text()), "text\n");
+}
+
+TEST(SystemLog, SurvivesAClosedStandardError) {
+  const int saved = dup(STDERR_FILENO);
+  close(STDERR_FILENO);
+  Log({"text"});
+  dup2(saved, STDERR_FILENO);
+  close(saved);
+}
+
+TEST(SystemLog, WritesTheWholeTextToASlowReader) {
+  // A pipe that takes the text in several parts: each part goes on where the last one ended.
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  const int saved = dup(STDERR_FILENO);
+  const std::string text(300000, 'y');
+  const pid_t reader = fork();
+  ASSERT_GE(reader, 0);
+  if (reader == 0) {
+    close(ends[1]);
+    std::string got;
+    char piece[1000];
+    for (ssize_t n = 0; (n = read(ends[0], piece, sizeof piece)) > 0;) {
+      got.append(piece, static_cast<std::size_t>(n));
+    }
+    _exit(Message(got) == text + "\n" ? 0 : 1);
+  }
+  close(ends[0]);
+  dup2(ends[1], STDERR_FILENO);
+  close(ends[1]);
+  Log({text});
+  dup2(saved, STDERR_FILENO);
+  close(saved);
+  int status = 1;
+  ASSERT_EQ(waitpid(reader, &status, 0), reader);
+  EXPECT_EQ(status, 0);
+}

@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "platform/Memory.h"
+#include "platform/ZeroedArena.h"
+
+namespace faults = tavrel::platform::faults;
+using tavrel::platform::ZeroedArena;
+
+namespace {
+
+bool IsZero(const void* piece, std::size_t bytes) {
+  const char* at = static_cast<const char*>(piece);
+  return std::all_of(at, at + bytes, [](char byte) { return byte == 0; });
+}
+
+}  // namespace
+
+TEST(ZeroedArena, HandsOutAlignedZeroBytesThatDoNotOverlap) {
+  ZeroedArena arena;
+  std::vector<std::pair<char*, std::size_t>> pieces;
+  for (std::size_t i = 1; i < 4000; ++i) {
+    const std::size_t bytes = i * 7919 % 3000 + 1;
+    auto* piece = static_cast<char*>(arena.Take(bytes));
+    ASSERT_NE(piece, nullptr);
+    ASSERT_EQ(reinterpret_cast<std::uintptr_t>(piece) % 16, 0u);
+    ASSERT_TRUE(IsZero(piece, bytes));
+    std::memset(piece, static_cast<int>(i % 255 + 1), bytes);
+    pieces.emplace_back(piece, bytes);
+  }
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const auto [piece, bytes] = pieces[i];
+    const char mark = static_cast<char>((i + 1) % 255 + 1);
+    ASSERT_TRUE(std::all_of(piece, piece + bytes, [mark](char byte) { return byte == mark; })) << i;
+  }
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, TakesAPieceLargerThanItsBlocks) {
+  ZeroedArena arena;
+  constexpr std::size_t kLarge = std::size_t{200} << 20;
+  auto* small = static_cast<char*>(arena.Take(10));
+  auto* large = static_cast<char*>(arena.Take(kLarge));
+  ASSERT_NE(large, nullptr);
+  large[0] = large[kLarge - 1] = 1;
+  auto* behind = static_cast<char*>(arena.Take(10));
+  ASSERT_NE(behind, nullptr);
+  EXPECT_TRUE(IsZero(small, 10));
+  EXPECT_TRUE(IsZero(behind, 10));
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, AsksForFewBlocksHoweverManyPiecesItHandsOut) {
+  ZeroedArena arena;
+  faults::FailAfter(1000000, false);
+  for (int i = 0; i < 100000; ++i) ASSERT_NE(arena.Take(64), nullptr);
+  EXPECT_LT(faults::Asked(), 10);
+  faults::Stop();
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, IsUnharmedByAFailedAllocation) {
+  ZeroedArena arena;
+  auto* first = static_cast<char*>(arena.Take(100));
+  ASSERT_NE(first, nullptr);
+  std::memset(first, 1, 100);
+  faults::FailAfter(0, true);
+  EXPECT_EQ(arena.Take(1 << 20), nullptr);
+  faults::Stop();
+  EXPECT_EQ(first[99], 1);
+  void* second = arena.Take(100);
+  ASSERT_NE(second, nullptr);
+  EXPECT_TRUE(IsZero(second, 100));
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, IsEmptyAndUsableAfterItsRelease) {
+  ZeroedArena arena;
+  arena.ReleaseAll();
+  std::memset(arena.Take(1000), 1, 1000);
+  arena.ReleaseAll();
+  void* piece = arena.Take(1000);
+  ASSERT_NE(piece, nullptr);
+  EXPECT_TRUE(IsZero(piece, 1000));
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, IsAPlainRecordThatIsEmptyWhenAllZero) {
+  static_assert(std::is_trivially_copyable_v<ZeroedArena>);
+  ZeroedArena arena;
+  EXPECT_TRUE(IsZero(&arena, sizeof arena));
+}
