@@ -10,6 +10,8 @@ using namespace tavrel::xml;
 
 namespace {
 
+constinit std::optional<PassChoice> forcedPass;
+
 char* FirstOf(char* from, char a, char b) noexcept {
   while (*from != a && *from != b && *from != '\0') ++from;
   return from;
@@ -34,7 +36,17 @@ bool HasByte(std::uint64_t bytes, std::size_t length, char byte) noexcept {
 
 void TBXML::decodeBytes(std::size_t textLength) noexcept {
   if (fields_.bytes == nullptr) return;
-  DocumentPass(*this, fields_.bytes, fields_.bytes + textLength).RunIndexed(BestInstructionSet());
+  DocumentPass pass(*this, fields_.bytes, fields_.bytes + textLength);
+  const PassChoice choice = forcedPass ? *forcedPass : PassChoice{true, BestInstructionSet()};
+  if (choice.indexed) {
+    pass.RunIndexed(choice.set);
+  } else {
+    pass.Run();
+  }
+}
+
+void ForcePass(std::optional<PassChoice> choice) noexcept {
+  forcedPass = choice;
 }
 
 void DocumentPass::Run() noexcept {

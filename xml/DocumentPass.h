@@ -4,9 +4,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "xml/TBXML.h"
 #include "xml/TagIndex.h"
+
+// The ways to run it, which build the same tree.
+struct PassChoice {
+  bool indexed;                     // else the plain pass
+  tavrel::xml::InstructionSet set;  // of the index
+};
+
+// For tests and benchmarks: how documents are parsed from now on, or again as is best.
+void ForcePass(std::optional<PassChoice> choice) noexcept;
 
 class DocumentPass {
  public:

@@ -1,0 +1,139 @@
+// Every way to run the pass builds the tree of the plain one.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <iterator>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "xml/DocumentPass.h"
+#include "xml/TBXML.h"
+#include "xml/TagIndex.h"
+
+namespace {
+
+using tavrel::xml::IndexFunctionOf;
+using tavrel::xml::InstructionSet;
+
+std::vector<InstructionSet> SupportedSets() {
+  std::vector<InstructionSet> sets;
+  for (const InstructionSet set : {InstructionSet::kPlain, InstructionSet::kBaseline,
+                                   InstructionSet::kAvx2, InstructionSet::kAvx512}) {
+    if (tavrel::xml::IsSupported(set)) sets.push_back(set);
+  }
+  return sets;
+}
+
+std::vector<std::uint32_t> Positions(InstructionSet set, std::string_view text) {
+  // Exactly as long as the text: a read behind it is noticed by the sanitizer.
+  const std::vector<char> bytes(text.begin(), text.end());
+  std::vector<std::uint32_t> positions(text.size() + tavrel::xml::kIndexSlack);
+  positions.resize(IndexFunctionOf(set)(bytes.data(), bytes.size(), 1000, positions.data()));
+  return positions;
+}
+
+// The whole tree as text, in the order of the records' making.
+std::string Dump(const TBXML& document) {
+  std::string dump;
+  const TBXMLFields& fields = document.fields();
+  const TBXMLElementBuffer* chunk = fields.currentElementBuffer;
+  const auto place = [&](const char* text) {
+    return text == nullptr ? std::string("none") : std::to_string(text - fields.bytes);
+  };
+  while (chunk != nullptr && chunk->previous != nullptr) chunk = chunk->previous;
+  for (; chunk != nullptr; chunk = chunk->next) {
+    const std::ptrdiff_t count = chunk->next == nullptr ? fields.currentElement + 1 : 100;
+    for (std::ptrdiff_t i = 0; i < count; ++i) {
+      const TBXMLElement& element = chunk->elements[i];
+      const auto other = [&](const TBXMLElement* e) {
+        return e == nullptr ? std::string("none") : place(e->name);
+      };
+      dump += place(element.name) + ' ' + place(element.text) + ' ' + other(element.parentElement) +
+              ' ' + other(element.firstChild) + ' ' + other(element.currentChild) + ' ' +
+              other(element.nextSibling) + ' ' + other(element.previousSibling);
+      for (const TBXMLAttribute* a = element.firstAttribute; a != nullptr; a = a->next) {
+        dump += " [" + place(a->name) + ' ' + place(a->value) + ']';
+      }
+      dump += '\n';
+    }
+  }
+  dump.append(fields.bytes, static_cast<std::size_t>(fields.bytesLength));
+  return dump;
+}
+
+std::string DumpOf(const std::string& text, PassChoice choice) {
+  ForcePass(choice);
+  TBXML document;
+  document.initWithXMLString(text);
+  ForcePass(std::nullopt);
+  return Dump(document);
+}
+
+// Mostly leaves, as in a library file, with everything special now and then.
+std::string RandomDocument(std::mt19937_64& random, std::size_t pieces, bool mostlyLeaves) {
+  static constexpr std::string_view kLeaves[] = {
+      "<key>Name</key>", "<string>a&#38;b</string>", "<integer>7</integer>",
+      "<k></k>",         "<eightone>x</eightone>",   "<ninechars>x</ninechars>"};
+  static constexpr std::string_view kSpecial[] = {
+      "<dict>",     "</dict>",   "<true/>",    "<a b='c'>",  "</a>",      "<a b=\"<![CDATA[>]]>\">",
+      "<!-- c -->", "<![CDATA[", "]]>",        "<?x?>",      "<!D>",      ">",
+      "<",          " ",         "text",       "</ >",       "<k> x</k>", "<k>x\n</k>",
+      "<>",         "<//>",      "<k/x>y</k>", "<!k>y</k>",  "\t",        "<k>\x01</k>",
+      "<?k>y</k>",  "<k>>y</k>", "<k>y</k",    "<k\n>y</k>", "<k >y</k>", "<kkkkkkk/>y</k>"};
+  std::string text = "<plist>";
+  for (std::size_t i = 0; i < pieces; ++i) {
+    const bool leaf = random() % 10 < (mostlyLeaves ? 9 : 3);
+    text +=
+        leaf ? kLeaves[random() % std::size(kLeaves)] : kSpecial[random() % std::size(kSpecial)];
+  }
+  return text;
+}
+
+TEST(TagIndex, EverySetFindsTheSamePositions) {
+  std::mt19937_64 random(1);
+  for (int round = 0; round < 400; ++round) {
+    std::string text(random() % 300, ' ');
+    const std::uint64_t density = random() % 100;
+    for (char& c : text) {
+      c = random() % 100 < density ? (random() % 2 == 0 ? '<' : '>') : static_cast<char>(random());
+    }
+    const std::vector<std::uint32_t> expected = Positions(InstructionSet::kPlain, text);
+    for (const InstructionSet set : SupportedSets()) EXPECT_EQ(Positions(set, text), expected);
+  }
+}
+
+TEST(TagIndex, ABlockOfNothingButTagsFitsIntoTheList) {
+  const std::string text(20000, '<');
+  for (const InstructionSet set : SupportedSets()) {
+    const std::string dump = DumpOf("<r>" + text, {true, set});
+    EXPECT_EQ(dump, DumpOf("<r>" + text, {false, InstructionSet::kPlain}));
+  }
+}
+
+TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPass) {
+  std::mt19937_64 random(2);
+  for (int round = 0; round < 3000; ++round) {
+    const std::string text = RandomDocument(random, 1 + random() % 60, round % 2 == 0);
+    const std::string expected = DumpOf(text, {false, InstructionSet::kPlain});
+    for (const InstructionSet set : SupportedSets()) {
+      ASSERT_EQ(DumpOf(text, {true, set}), expected) << text;
+    }
+  }
+}
+
+TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPassOverManyBlocks) {
+  std::mt19937_64 random(3);
+  for (int round = 0; round < 40; ++round) {
+    std::string text = RandomDocument(random, 4000, true);
+    // A long run without any tag makes the index jump.
+    text.insert(text.size() / 2, "<!--" + std::string(random() % 30000, '.') + "-->");
+    const std::string expected = DumpOf(text, {false, InstructionSet::kPlain});
+    for (const InstructionSet set : SupportedSets()) {
+      ASSERT_EQ(DumpOf(text, {true, set}), expected);
+    }
+  }
+}
+
+}  // namespace
