@@ -1,0 +1,1 @@
+"""The parts of make_sample_library.py."""
