@@ -57,9 +57,9 @@ ByteBuffer gzipInflate(const ByteBuffer& bytes) noexcept {
 
   // A bit pair of a deflate stream can stand for 258 bytes: no stream becomes more than 1032 times
   // longer.
-  const std::size_t half = bytes.size() / 2;
+  const std::size_t least = std::min(bytes.size() + bytes.size() / 2, kLargest);
   std::size_t room = 0;
-  ZeroedBlock output = ReserveOutput(1032 * bytes.size() + 64, bytes.size() + half, room);
+  ZeroedBlock output = ReserveOutput(1032 * bytes.size() + 64, least, room);
   if (output.address == nullptr) return {};
 
   z_stream stream{};
