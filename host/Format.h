@@ -1,0 +1,22 @@
+// Numbers and times as people read them; the same in every locale.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tavrel::host {
+
+// "1,234,567"
+[[nodiscard]] std::string Grouped(std::int64_t number);
+
+// "1 song", "1,234 songs": the plural takes an s.
+[[nodiscard]] std::string Counted(std::int64_t number, std::string_view noun);
+
+// "4:05" or "1:02:03", rounded to seconds; empty for a time that is not positive.
+[[nodiscard]] std::string Clock(std::int64_t milliseconds);
+
+// "45 seconds", "12 minutes", "3 hours 12 minutes"; rounded down to the last unit shown.
+[[nodiscard]] std::string Span(std::int64_t milliseconds);
+
+}  // namespace tavrel::host

@@ -1,0 +1,33 @@
+// Texts of unknown content, made fit for a terminal, measured in its columns, and compared.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tavrel::host {
+
+// Appends `text` without anything that a terminal could take for a command: control characters (C0,
+// DEL, C1) and the marks that reorder bidirectional text go, tabs and line ends become blanks, and
+// every byte that is not UTF-8 becomes U+FFFD. Result: the columns that the appended text takes.
+std::size_t AppendClean(std::string& destination, std::string_view text);
+[[nodiscard]] std::string Clean(std::string_view text);
+
+// The columns that a clean text takes: 2 for a wide East Asian character, 0 for a combining mark.
+[[nodiscard]] std::size_t Width(std::string_view clean);
+
+// The longest prefix of a clean text that takes at most `columns`; combining marks stay with their
+// base.
+[[nodiscard]] std::string_view Prefix(std::string_view clean, std::size_t columns);
+
+// A text as it compares: texts that differ in case only, or in how their accents are composed, are
+// equal.
+[[nodiscard]] std::string Fold(std::string_view text);
+
+// The text with its accents composed, so that texts that look alike are alike.
+[[nodiscard]] std::string Compose(std::string_view text);
+
+// How many characters must be inserted, removed or replaced to turn one text into the other.
+[[nodiscard]] std::size_t EditDistance(std::string_view left, std::string_view right);
+
+}  // namespace tavrel::host
