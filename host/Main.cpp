@@ -1,0 +1,79 @@
+// `tavrel`: the command-line host of the library.
+#include <exception>
+#include <filesystem>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "host/Commands.h"
+#include "host/Diagnosis.h"
+#include "host/Failure.h"
+#include "host/LibraryHandle.h"
+#include "host/Options.h"
+#include "host/Output.h"
+#include "host/StandardStreams.h"
+#include "host/TemporaryHome.h"
+#include "host/Terminal.h"
+#include "platform/HomeFolder.h"
+
+namespace tavrel::host {
+namespace {
+
+// Where the library file is, as the user named the place.
+std::string LibraryPath(const Options& options) {
+  if (options.library) return *options.library;
+  std::optional<std::string> home = options.home ? options.home : platform::HomeFolder();
+  if (!home) throw Failure(ExitCode::NoLibrary, "this user has no home folder; see --home");
+  if (!home->ends_with('/')) *home += '/';
+  return *home + "Music/iTunes/iTunes Music Library.xml";
+}
+
+ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
+  const std::string path = LibraryPath(line.options);
+  std::optional<TemporaryHome> temporary;
+  std::optional<std::string> home;
+  if (line.options.home) home = std::filesystem::absolute(*line.options.home);
+  if (line.options.library) home = temporary.emplace(*line.options.library).Folder();
+
+  MessageGuard messages;
+  const Library library(home);
+  if (!library.IsLoaded()) {
+    messages.Discard();  // the diagnosis says more
+    throw Diagnose(path);
+  }
+  const Terminal terminal = DescribeStandardOutput();
+  Session session{line.options, path, library, terminal, output};
+  return line.run(session);
+}
+
+ExitCode RunProgram(int count, const char* const* arguments) {
+  Output output;
+  const CommandLine line = ReadCommandLine(count, arguments, output);
+  const ExitCode code = line.run ? RunWithLibrary(line, output) : ExitCode::Done;
+  output.Flush();
+  return code;
+}
+
+}  // namespace
+}  // namespace tavrel::host
+
+int main(int count, char** arguments) {
+  using namespace tavrel::host;
+  ExitCode code = ExitCode::Failed;
+  try {
+    PrepareStandardDescriptors();
+    try {
+      code = RunProgram(count, arguments);
+    } catch (const Failure& failure) {
+      code = failure.code;
+      if (*failure.what() != '\0') Complain(failure.what());
+    } catch (const std::bad_alloc&) {
+      Complain("out of memory");
+    } catch (const std::exception& error) {
+      Complain(error.what());
+    }
+  } catch (...) {
+    // Not even the message could be shown; the exit code remains.
+  }
+  return static_cast<int>(code);
+}
