@@ -1,0 +1,83 @@
+#include <gtest/gtest.h>
+
+#include "host/Json.h"
+#include "platform/Utf8.h"
+#include "tests/host/Fixture.h"
+
+namespace tavrel::host {
+namespace {
+
+using tests::HostTest;
+using tests::Outcome;
+
+TEST(Json, AMissingTextIsNull) {
+  EXPECT_EQ(JsonLine({{"name", JsonText(std::nullopt)}}), R"({"name":null})");
+  EXPECT_EQ(JsonLine({{"name", JsonText("")}}), R"({"name":""})");
+}
+
+TEST(Json, EveryPairOfBytesGivesValidUtf8) {
+  for (int first = 0; first < 256; ++first) {
+    for (int second = 0; second < 256; ++second) {
+      const std::string text{static_cast<char>(first), static_cast<char>(second)};
+      const std::string line = JsonLine({{"name", JsonText(text)}});
+      ASSERT_TRUE(platform::IsValidUtf8(line)) << first << ' ' << second;
+      const Json parsed = Json::parse(line);
+      if (platform::IsValidUtf8(text)) {
+        ASSERT_EQ(parsed["name"], text) << first << ' ' << second;
+      }
+      for (const char byte : line) ASSERT_GE(static_cast<unsigned char>(byte), 0x20);
+    }
+  }
+}
+
+TEST(Json, ControlCharactersAreEscaped) {
+  EXPECT_EQ(JsonLine(JsonText("\x1b[31m\x7F\xC2\x9B|\xC2\xA0")),
+            "\"\\u001b[31m\\u007f\\u009b|\xC2\xA0\"");
+}
+
+class JsonOutput : public HostTest {};
+
+TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
+  // &#233; is the lone byte E9 on purpose.
+  const std::string file =
+      Write("library.xml",
+            tests::LibraryText({{1, tests::Property("Name", "caf&#233; \"\x1b\\ \xC2\x9B") +
+                                        tests::Property("Album", "&#10;&#237;&#160;&#128;")}}));
+  const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
+  EXPECT_EQ(songs.exitCode, 0) << songs.errors;
+  EXPECT_TRUE(platform::IsValidUtf8(songs.output));
+  const Json parsed = Json::parse(songs.output);
+  ASSERT_EQ(parsed.size(), 1u);
+  EXPECT_EQ(parsed[0]["name"], "caf\xEF\xBF\xBD \"\x1b\\ \xC2\x9B");
+  EXPECT_TRUE(parsed[0]["artist"].is_null());
+  EXPECT_TRUE(parsed[0]["location"].is_null());
+  EXPECT_TRUE(parsed[0]["totalTime"].is_number_integer());
+  EXPECT_EQ(parsed[0]["movie"], false);
+
+  const Outcome overview = Run({"--library", file, "--json"});
+  EXPECT_EQ(overview.exitCode, 0) << overview.errors;
+  EXPECT_EQ(Json::parse(overview.output)["songs"], 1);
+}
+
+TEST_F(JsonOutput, AListWithoutElementsIsAnEmptyArray) {
+  const std::string file = Write("library.xml", tests::LibraryText({}));
+  EXPECT_EQ(Run({"--library", file, "songs", "--all", "--json"}).output, "[]\n");
+}
+
+TEST_F(JsonOutput, HasOneElementALine) {
+  const std::string file = Write("library.xml", tests::LibraryText({{1, ""}, {2, ""}, {3, ""}}));
+  const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
+  EXPECT_EQ(tests::Lines(songs.output).size(), 5u) << songs.output;
+}
+
+TEST_F(JsonOutput, APathThatIsNotUtf8IsShownAllTheSame) {
+  const std::string file = Write("caf\xE9.xml", tests::LibraryWithName("Nimrod"));
+  const Outcome overview = Run({"--library", file, "--json"});
+  EXPECT_EQ(overview.exitCode, 0) << overview.errors;
+  EXPECT_TRUE(platform::IsValidUtf8(overview.output));
+  EXPECT_TRUE(
+      Json::parse(overview.output)["library"].get<std::string>().ends_with("caf\uFFFD.xml"));
+}
+
+}  // namespace
+}  // namespace tavrel::host

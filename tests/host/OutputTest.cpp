@@ -1,0 +1,78 @@
+#include <gmock/gmock.h>
+
+#include "tests/host/Fixture.h"
+
+namespace tavrel::tests {
+namespace {
+
+using testing::HasSubstr;
+
+class Output : public HostTest {
+ protected:
+  // A library whose songs fill more than any buffer in between.
+  std::string WriteLargeLibrary() const {
+    std::vector<Track> tracks;
+    for (int id = 1; id <= 5000; ++id) {
+      tracks.push_back({id, Property("Name", "Variation " + std::to_string(id))});
+    }
+    return Write("library.xml", LibraryText(tracks));
+  }
+};
+
+TEST_F(Output, AReaderThatHasGoneAwayIsAnErrorWithoutAWord) {
+  Command command;
+  command.output = Stream::BrokenPipe;
+  const std::string file = WriteLargeLibrary();
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"songs", "--all"}, {"songs", "--all", "--json"}, {}}) {
+    std::vector<std::string> all{"--library", file};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = Run(all, command);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.signal, 0);
+    EXPECT_EQ(outcome.errors, "");
+  }
+  EXPECT_EQ(Run({"--help"}, command).exitCode, 1);
+  EXPECT_THAT(TemporaryFiles(), testing::IsEmpty());
+}
+
+TEST_F(Output, AFullDiskIsAnError) {
+  Command command;
+  command.output = Stream::Full;
+  const Outcome outcome = Run({"--library", WriteLargeLibrary(), "songs", "--all"}, command);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors,
+              HasSubstr("cannot write to standard output: No space left on device"));
+}
+
+TEST_F(Output, AClosedStandardOutputIsAnError) {
+  Command command;
+  command.output = Stream::Closed;
+  const Outcome outcome = Run({"--library", WriteLargeLibrary(), "songs", "--all"}, command);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors, HasSubstr("cannot write to standard output"));
+}
+
+TEST_F(Output, AClosedStandardErrorDoesNotMatter) {
+  Command command;
+  command.errors = Stream::Closed;
+  const Outcome good = Run({"--library", WriteLargeLibrary(), "songs", "--all"}, command);
+  EXPECT_EQ(good.exitCode, 0);
+  EXPECT_EQ(Lines(good.output).size(), 5001u);
+  const Outcome bad = Run({"songs", "--all"}, command);
+  EXPECT_EQ(bad.exitCode, 3);
+  EXPECT_EQ(bad.output, "");
+}
+
+TEST_F(Output, AllOfItArrives) {
+  const Outcome outcome = Run({"--library", WriteLargeLibrary(), "songs", "--all"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  const std::vector<std::string> lines = Lines(outcome.output);
+  ASSERT_EQ(lines.size(), 5001u);
+  for (std::size_t i = 1; i < lines.size(); ++i) {
+    ASSERT_TRUE(lines[i].ends_with("  Variation " + std::to_string(i))) << lines[i];
+  }
+}
+
+}  // namespace
+}  // namespace tavrel::tests

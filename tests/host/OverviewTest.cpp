@@ -1,0 +1,130 @@
+#include <gmock/gmock.h>
+
+#include "host/Json.h"
+#include "tests/host/Fixture.h"
+
+namespace tavrel::tests {
+namespace {
+
+using host::Json;
+using testing::HasSubstr;
+using testing::Not;
+
+constexpr int kHour = 3600 * 1000;
+
+Track MakeTrack(int id, std::string_view artist, std::string_view album, std::string_view genre,
+                long long time, int plays) {
+  return {id, Property("Name", "Song " + std::to_string(id)) + Property("Artist", artist) +
+                  Property("Album", album) + Property("Genre", genre) + Number("Total Time", time) +
+                  Number("Play Count", plays)};
+}
+
+PlaylistText MakePlaylist(std::string_view name, int kind) {
+  return {Property("Name", name) + (kind != 0 ? Number("Distinguished Kind", kind) : ""), {1}};
+}
+
+std::string MakeLibrary() {
+  Track movie{7, Property("Name", "Fantasia") + "<key>Movie</key><true/>\n"};
+  return LibraryText({MakeTrack(1, "Dvořák", "Greatest Hits", "Classical", kHour, 3),
+                      MakeTrack(2, "Dvor\u030Ca\u0301k", "Greatest Hits", "Classical", kHour, 9),
+                      MakeTrack(3, "Elgar", "Greatest Hits", "Classical", kHour, 0),
+                      MakeTrack(4, "Elgar", "Enigma", "Classical", 2 * kHour, 9),
+                      MakeTrack(5, "Satie",
+                                "Gymnop\xC3\xA9"
+                                "dies",
+                                "Piano", -kHour, 1),
+                      MakeTrack(6, "Elgar", "Enigma", "", 60000, 0), movie},
+                     {MakePlaylist("Music", 4), MakePlaylist("Films", 2),
+                      MakePlaylist("Genius", 26), MakePlaylist("Evening", 0)});
+}
+
+std::vector<std::string> Names(const Json& list) {
+  std::vector<std::string> names;
+  for (const Json& entry : list) names.push_back(entry["name"]);
+  return names;
+}
+
+class Overview : public HostTest {
+ protected:
+  Json ReadJson(const std::string& library) const {
+    const Outcome outcome = Run({"--library", Write("library.xml", library), "--json"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+    return Json::parse(outcome.output);
+  }
+};
+
+TEST_F(Overview, CountsSongsMoviesTimeAndPlaylists) {
+  const Json overview = ReadJson(MakeLibrary());
+  EXPECT_EQ(overview["library"], Path("library.xml"));
+  EXPECT_EQ(overview["songs"], 7);
+  EXPECT_EQ(overview["movies"], 1);
+  EXPECT_EQ(overview["totalTime"], 5 * kHour + 60000) << "a negative time counts as none";
+  EXPECT_GE(overview["playlists"]["library"], 2);
+  EXPECT_EQ(overview["playlists"]["genius"], 1);
+  EXPECT_EQ(overview["playlists"]["other"], 1);
+}
+
+TEST_F(Overview, SpellingsOfOneNameAreOneArtist) {
+  const Json overview = ReadJson(MakeLibrary());
+  EXPECT_THAT(Names(overview["artists"]), testing::ElementsAre("Elgar", "Dvořák", "Satie"));
+  EXPECT_EQ(overview["artists"][1]["songs"], 2);
+  EXPECT_EQ(overview["artists"][1]["totalTime"], 2 * kHour);
+}
+
+TEST_F(Overview, AnAlbumOfAnotherArtistIsAnotherAlbum) {
+  const Json overview = ReadJson(MakeLibrary());
+  EXPECT_THAT(Names(overview["albums"]),
+              testing::ElementsAre("Enigma", "Greatest Hits", "Greatest Hits", "Gymnopédies"));
+  EXPECT_EQ(overview["albums"][1]["artist"], "Dvořák");
+  EXPECT_EQ(overview["albums"][2]["artist"], "Elgar");
+}
+
+TEST_F(Overview, SongsWithoutAGenreAreNotCountedThere) {
+  const Json overview = ReadJson(MakeLibrary());
+  EXPECT_THAT(Names(overview["genres"]), testing::ElementsAre("Classical", "Piano"));
+}
+
+TEST_F(Overview, MostPlayedSongsKeepTheFilesOrderWhenTheyAreEqual) {
+  const Json overview = ReadJson(MakeLibrary());
+  EXPECT_THAT(Names(overview["mostPlayed"]),
+              testing::ElementsAre("Song 2", "Song 4", "Song 1", "Song 5"));
+}
+
+TEST_F(Overview, ListsHaveAtMostFiveEntries) {
+  std::vector<Track> tracks;
+  for (int id = 1; id <= 30; ++id) {
+    const std::string name = "Artist " + std::to_string(id % 8);
+    tracks.push_back(MakeTrack(id, name, name, name, 1000 * id, id));
+  }
+  const Json overview = ReadJson(LibraryText(tracks));
+  for (const char* list : {"artists", "albums", "genres", "mostPlayed"}) {
+    EXPECT_EQ(overview[list].size(), 5u) << list;
+  }
+  EXPECT_EQ(overview["mostPlayed"][4]["playCount"], 26);
+}
+
+TEST_F(Overview, AMissingNameIsNull) {
+  const Json overview = ReadJson(LibraryText({{1, Number("Play Count", 2)}}));
+  EXPECT_TRUE(overview["mostPlayed"][0]["name"].is_null());
+  EXPECT_TRUE(overview["artists"].empty());
+}
+
+TEST_F(Overview, TheScreenSaysTheSame) {
+  const Outcome outcome = Run({"--library", Write("library.xml", MakeLibrary())});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_THAT(outcome.output,
+              testing::StartsWith(Path("library.xml") + "\n7 songs (1 movie), 5 hours 1 minute\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("1 Genius, 1 other\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("\nElgar       3  3:01:00\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("\nSong 2       Dvor\u030Ca\u0301k      9\n"));
+}
+
+TEST_F(Overview, AnEmptyLibraryHasAnOverviewToo) {
+  const Outcome outcome = Run({"--library", Write("library.xml", LibraryText({}))});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_THAT(outcome.output, HasSubstr("\n0 songs, 0 seconds\n"));
+  EXPECT_THAT(outcome.output, Not(HasSubstr("Artist")));
+}
+
+}  // namespace
+}  // namespace tavrel::tests

@@ -1,0 +1,142 @@
+#include <gmock/gmock.h>
+
+#include "tests/host/Fixture.h"
+
+namespace tavrel::tests {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
+
+class Songs : public HostTest {
+ protected:
+  Songs() {
+    Track nimrod{1, Property("Name", "Nimrod") + Property("Artist", "Elgar &#38; Friends") +
+                        Property("Album", "Enigma") + Property("Genre", "Classical") +
+                        Number("Total Time", 245000) + Number("Play Count", 12) +
+                        Number("Track Number", 9)};
+    file_ = Write("library.xml", LibraryText({nimrod, {2, Property("Name", "Vltava")}, {3, ""}},
+                                             {{Property("Name", "Evening"), {2, 1}},
+                                              {Property("Name", "Twice"), {1}},
+                                              {Property("Name", "Twice"), {2}},
+                                              {Property("Name", "Dvor\u030Ca\u0301k"), {1}},
+                                              {Property("Name", "Morning Music"), {2}},
+                                              {Property("Name", "Nothing"), {}},
+                                              {Property("Name", "2:0"), {3}}}));
+  }
+
+  Outcome List(const std::string& playlist) const {
+    return Run({"--library", file_, "songs", playlist});
+  }
+
+  void ExpectNotFound(const std::string& playlist, const std::string& message) const {
+    const Outcome outcome = List(playlist);
+    EXPECT_EQ(outcome.exitCode, 1) << playlist;
+    EXPECT_EQ(outcome.output, "") << playlist;
+    EXPECT_EQ(outcome.errors, "tavrel: " + message);
+  }
+
+  std::string file_;
+};
+
+TEST_F(Songs, StandInTheOrderOfThePlaylist) {
+  const Outcome outcome = List("Evening");
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_THAT(Lines(outcome.output),
+              ElementsAre("#  Name    Artist           Album   Track  Genre      Time  Plays",  //
+                          "0  Vltava",
+                          "1  Nimrod  Elgar & Friends  Enigma      9  Classical  4:05     12"));
+}
+
+TEST_F(Songs, AllOfThemStandInTheOrderOfTheFile) {
+  const Outcome outcome = Run({"--library", file_, "songs", "--all"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  const std::vector<std::string> lines = Lines(outcome.output);
+  ASSERT_EQ(lines.size(), 4u);
+  EXPECT_THAT(lines[1], HasSubstr("Nimrod"));
+  EXPECT_THAT(lines[2], HasSubstr("Vltava"));
+  EXPECT_EQ(lines[3], "2");
+}
+
+TEST_F(Songs, APlaylistIsFoundByItsPlace) {
+  EXPECT_EQ(List("2:0").output, List("Evening").output) << "also when another has it as its name";
+  EXPECT_THAT(List("2:2").output, HasSubstr("Vltava"));
+}
+
+TEST_F(Songs, AnExactNameGoesBeforeOneThatDiffersInCase) {
+  const std::string file = Write(
+      "case.xml", LibraryText({{1, Property("Name", "low")}, {2, Property("Name", "high")}},
+                              {{Property("Name", "mix"), {1}}, {Property("Name", "MIX"), {2}}}));
+  EXPECT_THAT(Run({"--library", file, "songs", "MIX"}).output, HasSubstr("high"));
+  EXPECT_THAT(Run({"--library", file, "songs", "mix"}).output, HasSubstr("low"));
+  EXPECT_THAT(Run({"--library", file, "songs", "Mix"}).errors, HasSubstr("2 playlists are named"));
+}
+
+TEST_F(Songs, CaseAndCompositionOfANameDoNotMatter) {
+  EXPECT_EQ(List("EVENING").exitCode, 0);
+  EXPECT_EQ(List("Dvořák").exitCode, 0);
+  EXPECT_EQ(List("DVOŘÁK").exitCode, 0);
+}
+
+TEST_F(Songs, ANameOfSeveralPlaylistsListsTheirPlaces) {
+  ExpectNotFound("Twice",
+                 "2 playlists are named \"Twice\"; choose one by its position:\n"
+                 "  2:1  Twice\n  2:2  Twice\n");
+}
+
+TEST_F(Songs, AnUnknownNameSuggestsTheNearest) {
+  ExpectNotFound("Evning", "there is no playlist named \"Evning\"; do you mean:\n  2:0  Evening\n");
+  ExpectNotFound("music",
+                 "there is no playlist named \"music\"; do you mean:\n  2:4  Morning Music\n");
+  ExpectNotFound("Gymnopédies",
+                 "there is no playlist named \"Gymnopédies\"\n  See tavrel playlists.\n");
+}
+
+TEST_F(Songs, NamesInMessagesAreHarmless) {
+  const std::string file =
+      Write("odd.xml", LibraryText({}, {{Property("Name", "Even\x1b[31ming\n2:9  Trap"), {}}}));
+  const Outcome outcome = Run({"--library", file, "songs", "ing\x1b"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors, AllOf(HasSubstr("\n  2:0  Even[31ming 2:9  Trap\n"),
+                                    HasSubstr("named \"ing\""), Not(HasSubstr("\x1b"))));
+}
+
+TEST_F(Songs, ABadPlaceSaysWhichThereAre) {
+  ExpectNotFound("2:7", "there is no playlist 2:7: group 2 has positions 0 to 6\n");
+  ExpectNotFound("1:0", "there is no playlist 1:0: group 1 has no playlists\n");
+  ExpectNotFound("3:0", "there is no group 3: groups are 0 (library), 1 (Genius) and 2 (other)\n");
+}
+
+TEST_F(Songs, WhatOnlyLooksLikeAPlaceIsAName) {
+  for (const std::string name :
+       {"2:", ":0", "2:x", "-1:0", "2:-1", "99999999999:0", "2: 0", "+2:0"}) {
+    EXPECT_THAT(List("x" + name).errors, HasSubstr("no playlist named")) << name;
+  }
+  EXPECT_THAT(List("2:99999999999").errors, HasSubstr("no playlist named"));
+  EXPECT_THAT(List("2:").errors, HasSubstr("no playlist named"));
+}
+
+TEST_F(Songs, AnEmptyPlaylistIsNoFailure) {
+  const Outcome outcome = List("Nothing");
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_EQ(outcome.errors, "tavrel: the playlist is empty\n");
+}
+
+TEST_F(Songs, AVeryLongNameIsNoTrouble) {
+  const std::string name(1 << 20, 'x');
+  const std::string file = Write(
+      "long.xml", LibraryText({{1, Property("Name", name)}}, {{Property("Name", name), {1}}}));
+  EXPECT_EQ(Run({"--library", file, "songs", "xxxx"}).exitCode, 1);
+  EXPECT_EQ(Run({"--library", file, "songs", "2:0"}).exitCode, 0);
+  Command narrow;
+  narrow.output = Stream::Terminal;
+  const Outcome outcome = Run({"--library", file, "songs", "2:0"}, narrow);
+  EXPECT_THAT(outcome.output, HasSubstr("xxx…"));
+}
+
+}  // namespace
+}  // namespace tavrel::tests

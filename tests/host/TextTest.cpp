@@ -1,0 +1,116 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+#include "host/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr const char* kReplacement = "\xEF\xBF\xBD";
+
+TEST(Text, PlainTextStaysAsItIs) {
+  EXPECT_EQ(Clean("Má vlast – Vltava"), "Má vlast – Vltava");
+  EXPECT_EQ(Clean(""), "");
+}
+
+TEST(Text, ControlCharactersGo) {
+  std::string all;
+  for (char byte = 1; byte < 0x20; ++byte) {
+    if (byte < '\t' || byte > '\r') all += byte;
+  }
+  EXPECT_EQ(Clean("a" + all + "\x7F" + "b"), "ab");
+  EXPECT_EQ(Clean("a\0b"s), "ab");
+  EXPECT_EQ(Clean("\x1b[31mred\x1b[0m"), "[31mred[0m");
+}
+
+TEST(Text, C1ControlCharactersGo) {
+  for (int code = 0x80; code <= 0x9F; ++code) {
+    if (code == 0x85) continue;  // a line end
+    const std::string control{'\xC2', static_cast<char>(code)};
+    EXPECT_EQ(Clean("a" + control + "b"), "ab") << code;
+  }
+}
+
+TEST(Text, TabsAndLineEndsBecomeBlanks) {
+  EXPECT_EQ(Clean("a\tb\nc\rd\ve\ff"), "a b c d e f");
+  EXPECT_EQ(Clean("a\xC2\x85"
+                  "b\u2028c\u2029d"),
+            "a b c d");
+}
+
+TEST(Text, MarksThatReorderTextGo) {
+  EXPECT_EQ(Clean("a\u202Eb\u202Cc\u2066d\u2069e"), "abcde");
+}
+
+TEST(Text, EachByteThatIsNotUtf8BecomesAReplacementCharacter) {
+  const std::string one = kReplacement;
+  EXPECT_EQ(Clean("caf\xE9"), "caf" + one);
+  EXPECT_EQ(Clean("\x9B[31m"), one + "[31m");
+  EXPECT_EQ(Clean("\xC0\xAF"), one + one);
+  EXPECT_EQ(Clean("\xED\xA0\x80"), one + one + one);
+  EXPECT_EQ(Clean("\xE3\x81"), one + one);
+  EXPECT_EQ(Clean("\xF4\x90\x80\x80"), one + one + one + one);
+}
+
+TEST(Text, WideCharactersTakeTwoColumns) {
+  EXPECT_EQ(Width("交響曲"), 6u);
+  EXPECT_EQ(Width("교향곡"), 6u);
+  EXPECT_EQ(Width("ＡＢ"), 4u);
+  EXPECT_EQ(Width("ｱｲ"), 2u);
+}
+
+TEST(Text, CombiningCharactersTakeNoColumn) {
+  EXPECT_EQ(Width("Dvor\u030Ca\u0301k"), 6u);
+  EXPECT_EQ(Width("か\u3099"), 2u);
+  EXPECT_EQ(Width("\u1100\u1161\u11A8"), 2u) << "a decomposed Hangul syllable";
+}
+
+TEST(Text, CleaningTellsTheWidth) {
+  for (const std::string text :
+       {"", "Nimrod", "Dvor\u030Ca\u0301k", "交響曲\t\x1b第\xE9", "\u202E"}) {
+    std::string clean = "before ";
+    const std::size_t width = AppendClean(clean, text);
+    EXPECT_EQ(width, Width(clean) - 7) << text;
+  }
+}
+
+TEST(Text, PrefixNeverSplitsAWideCharacter) {
+  EXPECT_EQ(Prefix("交響曲", 4), "交響");
+  EXPECT_EQ(Prefix("交響曲", 5), "交響");
+  EXPECT_EQ(Prefix("交響曲", 1), "");
+  EXPECT_EQ(Prefix("Nimrod", 6), "Nimrod");
+  EXPECT_EQ(Prefix("Nimrod", 0), "");
+}
+
+TEST(Text, PrefixKeepsCombiningMarksWithTheirBase) {
+  EXPECT_EQ(Prefix("or\u030Ca\u0301k", 2), "or\u030C");
+}
+
+TEST(Text, FoldingEqualsCaseAndComposition) {
+  EXPECT_EQ(Fold("DVOŘÁK"), Fold("dvor\u030Ca\u0301k"));
+  EXPECT_EQ(Fold("STRASSE"), Fold("Straße"));
+  EXPECT_EQ(Fold("ЧАЙКОВСКИЙ"), Fold("чайковский"));
+  EXPECT_NE(Fold("Dvořák"), Fold("Dvorak"));
+  EXPECT_EQ(Fold("caf\xE9"), Fold("CAF\xE9"));
+}
+
+TEST(Text, ComposingJoinsAccents) {
+  EXPECT_EQ(Compose("Dvor\u030Ca\u0301k"), "Dvořák");
+  EXPECT_EQ(Compose("Nimrod"), "Nimrod");
+  EXPECT_EQ(Compose("\xE9\x1b"), kReplacement);
+}
+
+TEST(Text, EditDistanceCountsCharacters) {
+  EXPECT_EQ(EditDistance("", ""), 0u);
+  EXPECT_EQ(EditDistance("", "abc"), 3u);
+  EXPECT_EQ(EditDistance("kitten", "sitting"), 3u);
+  EXPECT_EQ(EditDistance("Dvořák", "Dvorak"), 2u);
+  EXPECT_EQ(EditDistance("交響曲", "交響"), 1u);
+}
+
+}  // namespace
+}  // namespace tavrel::host
