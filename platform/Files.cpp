@@ -29,6 +29,12 @@ ssize_t ReadPiece(int descriptor, char* to, std::size_t bytes) noexcept {
   return static_cast<ssize_t>(filled);
 }
 
+FileDescriptor OpenAndCheck(const char* path, struct stat& state) noexcept {
+  FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  const bool regular = file && fstat(file.get(), &state) == 0 && S_ISREG(state.st_mode);
+  return regular ? std::move(file) : FileDescriptor();
+}
+
 // Follows a text that arrives in pieces, some of which end inside a character.
 class TextProgress {
  public:
@@ -57,14 +63,28 @@ FileDescriptor::~FileDescriptor() {
 }
 
 FileDescriptor OpenRegularFile(const char* path, std::size_t& size) noexcept {
-  FileDescriptor file(open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat state;
-  if (!file || fstat(file.get(), &state) != 0 || !S_ISREG(state.st_mode) ||
-      state.st_size > kLargestFile) {
-    return FileDescriptor();
-  }
+  FileDescriptor file = OpenAndCheck(path, state);
+  if (!file || state.st_size > kLargestFile) return FileDescriptor();
   size = static_cast<std::size_t>(state.st_size);
   return file;
+}
+
+FileDescriptor OpenRegularFile(const char* path) noexcept {
+  struct stat state;
+  return OpenAndCheck(path, state);
+}
+
+std::size_t ReadAt(int descriptor, std::uint64_t offset, void* to, std::size_t bytes) noexcept {
+  std::size_t filled = 0;
+  while (filled < bytes) {
+    const ssize_t got = pread(descriptor, static_cast<char*>(to) + filled, bytes - filled,
+                              static_cast<off_t>(offset + filled));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    filled += static_cast<std::size_t>(got);
+  }
+  return filled;
 }
 
 ByteBuffer ReadFileBytes(const char* path) noexcept {
