@@ -1,0 +1,283 @@
+// Where the library file is looked for.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <pwd.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "data/LibraryTexts.h"
+#include "system/CapturedStderr.h"
+#include "system/LoadedLibrary.h"
+#include "system/Survey.h"
+#include "system/TemporaryHome.h"
+
+using namespace tavrel::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kMarker[] = "Marker of this test";
+
+std::string MarkedLibrary() {
+  return LibraryText({Track(1), Playlist(TextPair("Name", kMarker), {1})});
+}
+
+bool LoadsMarkedLibrary(const std::string& home) {
+  const CapturedStderr log;
+  const LoadedLibrary library(home);
+  return PlaylistNamed(library.functions(), kMarker) != nullptr;
+}
+
+bool LoadsAnything(const std::string& home) {
+  const CapturedStderr log;
+  const LoadedLibrary library(home);
+  return library.HasDocument();
+}
+
+// All that can be told from outside about which library was loaded.
+std::vector<std::string> WhatLoads() {
+  const CapturedStderr log;
+  const LoadedLibrary library;
+  std::vector<std::string> seen = Summaries(SeePlaylists(library.functions()));
+  seen.push_back(library.HasDocument() ? "document" : "no document");
+  return seen;
+}
+
+std::string Passwd() {
+  const passwd* entry = getpwuid(getuid());
+  return entry == nullptr ? "/nonexistent" : entry->pw_dir;
+}
+
+}  // namespace
+
+namespace {
+
+const std::string kNames[] = {"plain",
+                              "with blank",
+                              " leading and trailing ",
+                              "per%cent",
+                              "100%",
+                              "%41",
+                              "%zz",
+                              "%2F",
+                              "hash#mark",
+                              "question?mark",
+                              "semi;colon",
+                              "a:b",
+                              "co,mma",
+                              "plus+and&",
+                              "equals=at@",
+                              "[brackets]{braces}",
+                              "quote\"'`",
+                              "back\\slash",
+                              "pipe|<angles>",
+                              "~tilde^",
+                              "star*dollar$!",
+                              "(round)",
+                              "...",
+                              ".hidden",
+                              "-dash",
+                              "new\nline",
+                              "carriage\r\nreturn",
+                              "tab\tbell\x07",
+                              "\x7F",
+                              "caf\u00e9",
+                              "cafe\u0301",
+                              "\u65e5\u672c\u8a9e",
+                              "\U0001F3B5",
+                              "\xFF\xFE",
+                              "lone\x80",
+                              "\xC3",
+                              "\xED\xA0\x80",
+                              std::string(255, 'n'),
+                              std::string(255, '\xE9'),
+                              std::string(255, '%')};
+
+}  // namespace
+
+TEST(HomePath, OfAnyBytesIsReadByteForByte) {
+  for (const std::string& name : kNames) {
+    const TemporaryHome home(name);
+    home.WriteLibrary(MarkedLibrary());
+    EXPECT_TRUE(LoadsMarkedLibrary(home.path())) << name;
+  }
+}
+
+TEST(HomePath, MayEndWithSlashesAndHoldDots) {
+  const TemporaryHome home;
+  home.WriteLibrary(MarkedLibrary());
+  EXPECT_TRUE(LoadsMarkedLibrary(home.path() + "/"));
+  EXPECT_TRUE(LoadsMarkedLibrary(home.path() + "///"));
+  EXPECT_TRUE(LoadsMarkedLibrary("//" + home.path()));
+  EXPECT_TRUE(LoadsMarkedLibrary(home.parent() + "/./home/../home"));
+}
+
+TEST(HomePath, TooLongForTheSystemIsAHomeWithoutALibrary) {
+  EXPECT_FALSE(LoadsAnything("/" + std::string(5000, 'x')));
+  EXPECT_FALSE(LoadsAnything("/" + std::string(256, 'x')));
+  EXPECT_FALSE(LoadsAnything("/" + std::string(1 << 20, '%')));
+}
+
+TEST(HomePath, WhoseFoldersAreDeepIsRead) {
+  const TemporaryHome home;
+  std::string deep = home.path();
+  while (deep.size() < 3800) deep += "/deep";
+  fs::create_directories(deep + "/Music/iTunes");
+  WriteFile(deep + "/Music/iTunes/iTunes Music Library.xml", MarkedLibrary());
+  EXPECT_TRUE(LoadsMarkedLibrary(deep));
+}
+
+TEST(HomeFolder, ComesFromThePasswordDatabaseWhenHomeIsNotAbsolute) {
+  const TemporaryHome home("relative");
+  home.WriteLibrary(MarkedLibrary());
+  const fs::path before = fs::current_path();
+  fs::current_path(home.parent());
+  setenv("HOME", Passwd().c_str(), 1);
+  const auto expected = WhatLoads();
+  EXPECT_THAT(expected, testing::Not(testing::Contains(testing::HasSubstr(kMarker))));
+  for (const char* notAbsolute : {"relative", "./relative", "", "~", " /", "relative/"}) {
+    setenv("HOME", notAbsolute, 1);
+    EXPECT_EQ(WhatLoads(), expected) << notAbsolute;
+  }
+  unsetenv("HOME");
+  EXPECT_EQ(WhatLoads(), expected);
+  fs::current_path(before);
+}
+
+TEST(HomeFolder, IsReadAtEachLoad) {
+  const TemporaryHome first("first");
+  const TemporaryHome second("second");
+  second.WriteLibrary(MarkedLibrary());
+  EXPECT_FALSE(LoadsMarkedLibrary(first.path()));
+  EXPECT_TRUE(LoadsMarkedLibrary(second.path()));
+  EXPECT_FALSE(LoadsMarkedLibrary(first.path()));
+}
+
+TEST(HomeFolder, AndTheFileMayGoAwayAfterTheLoad) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  const LoadedLibrary library(home.path());
+  setenv("HOME", "/nonexistent", 1);
+  fs::remove_all(home.path());
+  PlaylistRecord* music = PlaylistNamed(library.functions(), "Music");
+  EXPECT_EQ(SeeSong(library.functions(), music, 0).location.text, "/Users/x/Music/A B.mp3");
+}
+
+TEST(HomeFolder, ChangesOfTheFileAfterTheLoadAreNotSeen) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  const LoadedLibrary library(home.path());
+  home.WriteLibrary(std::string(100000, 'x'));
+  EXPECT_EQ(SongNames(library.functions(), PlaylistNamed(library.functions(), "Movies")),
+            std::vector<std::string>{"A Trip to the Moon"});
+}
+
+// ---- Links and things that are no files
+// -----------------------------------------------------------
+
+namespace {
+
+class LibraryFilePlace : public testing::Test {
+ protected:
+  LibraryFilePlace() {
+    WriteFile(target_, MarkedLibrary());
+    alarm(30);  // a load that hangs ends the test
+  }
+  ~LibraryFilePlace() override { alarm(0); }
+
+  const TemporaryHome home_;
+  const std::string target_ = home_.parent() + "/elsewhere.xml";
+  const std::string place_ = home_.LibraryFile();
+};
+
+}  // namespace
+
+TEST_F(LibraryFilePlace, MayHoldALink) {
+  fs::create_symlink(target_, place_);
+  EXPECT_TRUE(LoadsMarkedLibrary(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, MayHoldAChainOfLinks) {
+  fs::create_symlink(target_, home_.parent() + "/second");
+  fs::create_symlink("../../../second", place_);
+  EXPECT_TRUE(LoadsMarkedLibrary(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, MayStandBehindLinkedFolders) {
+  const std::string store = home_.parent() + "/store";
+  fs::create_directories(store + "/iTunes folder");
+  WriteFile(store + "/iTunes folder/iTunes Music Library.xml", MarkedLibrary());
+  fs::remove_all(home_.path() + "/Music");
+  fs::create_directory(home_.parent() + "/music folder");
+  fs::create_symlink(home_.parent() + "/music folder", home_.path() + "/Music");
+  fs::create_symlink(store + "/iTunes folder", home_.path() + "/Music/iTunes");
+  fs::create_symlink(home_.path(), home_.parent() + "/linked home");
+  EXPECT_TRUE(LoadsMarkedLibrary(home_.parent() + "/linked home"));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithADanglingLink) {
+  fs::create_symlink(home_.parent() + "/nothing", place_);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithALinkToItself) {
+  fs::create_symlink(place_, place_);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithAFolder) {
+  fs::create_directory(place_);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithAFifoAtOnce) {
+  ASSERT_EQ(mkfifo(place_.c_str(), 0600), 0);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithALinkToAFifoAtOnce) {
+  const std::string fifo = home_.parent() + "/fifo";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  fs::create_symlink(fifo, place_);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithADevice) {
+  for (const char* device : {"/dev/zero", "/dev/null", "/dev/tty"}) {
+    fs::create_symlink(device, place_);
+    EXPECT_FALSE(LoadsAnything(home_.path())) << device;
+    fs::remove(place_);
+  }
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithASocket) {
+  const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  ASSERT_LT(place_.size(), sizeof address.sun_path);
+  place_.copy(address.sun_path, place_.size());
+  ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+  close(listener);
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWhenAFolderOnTheWayIsAFile) {
+  fs::remove_all(home_.path() + "/Music");
+  WriteFile(home_.path() + "/Music", "no folder");
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsNamedExactly) {
+  fs::rename(target_, home_.path() + "/Music/iTunes/iTunes Library.xml");
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
+
+TEST_F(LibraryFilePlace, IsRefusedWithAFileAboveTheSizeLimit) {
+  WriteFile(place_, "<plist>");
+  fs::resize_file(place_, (std::uintmax_t{1} << 31) - (1 << 20) + 1);  // sparse
+  EXPECT_FALSE(LoadsAnything(home_.path()));
+}
