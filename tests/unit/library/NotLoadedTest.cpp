@@ -1,0 +1,49 @@
+// Before the first load there is no global record: every function answers as for nothing.
+#include <gtest/gtest.h>
+
+#include "agent/GlobalState.h"
+#include "library/PlaylistTable.h"
+#include "library/PropertyList.h"
+
+TEST(NotLoaded, EveryQueryAnswersNothing) {
+  ASSERT_EQ(g_pGlobal, nullptr);
+  EXPECT_EQ(GetPlaylistCount(0), 0);
+  EXPECT_EQ(OpenPlaylist(0, 0), nullptr);
+  EXPECT_EQ(ClosePlaylist(nullptr), 0);
+  EXPECT_EQ(GetPlaylistName(0, 0, nullptr, 0), 0);
+  EXPECT_EQ(GetPlaylistKind(nullptr), 0);
+  EXPECT_EQ(GetSongCount(nullptr), 0);
+  EXPECT_EQ(GetSongInfo(nullptr, 0, nullptr), 0);
+  EXPECT_EQ(OpenAllSongs(), nullptr);
+  EXPECT_EQ(GetPlaylistByTrackId(1, nullptr), nullptr);
+  EXPECT_EQ(tavrel::TopLevelDictionary(), nullptr);
+}
+
+TEST(NotLoaded, BuildersDestroyersAndTheFinalizerDoNothing) {
+  ASSERT_EQ(g_pGlobal, nullptr);
+  EXPECT_EQ(CreateTrackArray(), 0);
+  EXPECT_EQ(CreatePlaylistArray(), 0);
+  EXPECT_EQ(DestroyTrackArray(), 0);
+  EXPECT_EQ(DestroyPlaylistArray(), 0);
+  EXPECT_EQ(AgentFinalizer(), 0);
+  EXPECT_EQ(AgentFinalizerImp(), 0);
+  EXPECT_EQ(g_pGlobal, nullptr);
+}
+
+TEST(GetSongInfo, ServesARecordOfTheCallersOwn) {
+  char name[] = "mine";
+  TrackRecord track = {};
+  track.info.name = name;
+  track.info.nameSize = 5;
+  track.info.playCount = 3;
+  TrackRecord* tracks[] = {&track};
+  PlaylistRecord playlist = {};
+  playlist.tracks = tracks;
+  playlist.capacity = playlist.count = 1;
+  char buffer[5] = {};
+  SongInfo info = {};
+  info.name = buffer;
+  EXPECT_EQ(GetSongInfo(&playlist, 0, &info), 101);
+  EXPECT_STREQ(buffer, "mine");
+  EXPECT_EQ(info.playCount, 3);
+}
