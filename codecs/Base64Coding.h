@@ -1,0 +1,34 @@
+// The rules of base64 around the bulk: padding, line breaks, and what decoding skips. The path is a
+// parameter so that tests can compare them all; every path gives the same results.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "codecs/Base64Blocks.h"
+#include "platform/ByteBuffer.h"
+
+namespace tavrel {
+
+// The text of `bytes`. Only groups of four characters stay together: lines have the next multiple
+// of four of `lineLength`, and 0 or a length above 32,764 means no line breaks. May throw
+// std::bad_alloc.
+[[nodiscard]] std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength,
+                                       Base64Path path);
+
+// The bytes of `text`; none when memory is exhausted.
+[[nodiscard]] platform::ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept;
+
+// The same into `bytes`, which has room for DecodingRoom() bytes.
+// Result: how many bytes there are; nothing when the text holds a character outside ASCII.
+[[nodiscard]] std::optional<std::size_t> DecodeBase64Into(std::uint8_t* bytes,
+                                                          std::string_view text,
+                                                          Base64Path path) noexcept;
+[[nodiscard]] constexpr std::size_t DecodingRoom(std::size_t textLength) noexcept {
+  return textLength / 4 * 3 + kDecodeSlack;
+}
+
+}  // namespace tavrel
