@@ -41,6 +41,22 @@ std::int32_t GetSongInfo(PlaylistRecord* playlist, std::int32_t index, SongInfo*
   return GetSongInfoImp(playlist, index, info);
 }
 
+ArtworkHandle* OpenArtwork(PlaylistRecord* playlist, std::int32_t index) noexcept {
+  return OpenArtworkImp(playlist, index);
+}
+
+std::int32_t GetArtworkCount(const ArtworkHandle* handle) noexcept {
+  return GetArtworkCountImp(handle);
+}
+
+std::int32_t GetArtworkInfo(ArtworkHandle* handle, std::int32_t index, ArtworkInfo* info) noexcept {
+  return GetArtworkInfoImp(handle, index, info);
+}
+
+void CloseArtwork(ArtworkHandle* handle) noexcept {
+  CloseArtworkImp(handle);
+}
+
 // 0 is also what success answers: a host cannot tell a null path from it. Kept.
 std::int32_t AppendRingtone(const char* path) noexcept {
   if (path == nullptr) return 0;

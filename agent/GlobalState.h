@@ -49,6 +49,8 @@ extern "C" TAVREL_API GlobalState* g_pGlobal;
 
 namespace tavrel {
 
+class ArtworkIndex;
+
 // What the library keeps for itself stands behind the record that others know.
 struct PrivateState {
   GlobalState shared;
@@ -56,8 +58,10 @@ struct PrivateState {
   platform::ReleasePool pool;
   platform::ZeroedArena trackRecords;
   bool tracksDestroyed;
-  PlaylistRecord* ringtones;  // the ringtone playlist while it stands in the first group
-  PlaylistRecord* allSongs;   // what OpenAllSongs() gives, made on first use among the tracks
+  PlaylistRecord* ringtones;   // the ringtone playlist while it stands in the first group
+  PlaylistRecord* allSongs;    // what OpenAllSongs() gives, made on first use among the tracks
+  ArtworkIndex* artworkIndex;  // owned; none before the first search
+  bool artworkDestroyed;
 };
 
 // The private half of `g_pGlobal`, which must be set.

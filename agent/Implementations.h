@@ -25,6 +25,10 @@ TAVREL_API std::int32_t CreateRingtoneArray() noexcept;
 // Takes no other playlist away when the ringtone playlist is not there.
 TAVREL_API std::int32_t DestroyRingtoneArray() noexcept;
 
+// Appends the cache files that the artwork folder holds now to the catalogue.
+TAVREL_API std::int32_t CreateArtworkArray() noexcept;
+TAVREL_API std::int32_t DestroyArtworkArray() noexcept;
+
 TAVREL_API std::int32_t GetPlaylistCountImp(std::int32_t groupIndex) noexcept;
 TAVREL_API PlaylistRecord* OpenPlaylistImp(std::int32_t groupIndex, std::int32_t index) noexcept;
 TAVREL_API std::int32_t ClosePlaylistImp(PlaylistRecord* playlist) noexcept;
@@ -34,6 +38,12 @@ TAVREL_API std::int32_t GetPlaylistKindImp(const PlaylistRecord* playlist) noexc
 TAVREL_API std::int32_t GetSongCountImp(const PlaylistRecord* playlist) noexcept;
 TAVREL_API std::int32_t GetSongInfoImp(PlaylistRecord* playlist, std::int32_t index,
                                        SongInfo* info) noexcept;
+
+TAVREL_API ArtworkHandle* OpenArtworkImp(PlaylistRecord* playlist, std::int32_t index) noexcept;
+TAVREL_API std::int32_t GetArtworkCountImp(const ArtworkHandle* handle) noexcept;
+TAVREL_API std::int32_t GetArtworkInfoImp(ArtworkHandle* handle, std::int32_t index,
+                                          ArtworkInfo* info) noexcept;
+TAVREL_API void CloseArtworkImp(ArtworkHandle* handle) noexcept;
 
 // A null path gives -1 here, after a message of its own.
 TAVREL_API std::int32_t AppendRingtoneImp(const char* path) noexcept;

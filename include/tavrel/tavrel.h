@@ -12,9 +12,10 @@
  *     the only other failure is the -1 of AgentInitializer. No exception leaves the library.
  *  3. When the library file cannot be used, loading still succeeds, one line goes to the system log
  *     (standard error), and every query answers 0 or null.
- *  4. Handles are pointers into the library's own data. They are never released by the host, stay
- *     valid until the library is unloaded, and must not be used after that. A null handle is
- * allowed wherever a handle is taken, and answers like a bad position.
+ *  4. Playlist handles are pointers into the library's own data. They are never released by the
+ * host, stay valid until the library is unloaded, and must not be used after that. Artwork handles
+ * are the host's, from the function that opens them to CloseArtwork. A null handle is allowed
+ * wherever a handle is taken, and answers like a bad position.
  *  5. Positions count from 0. A negative position, or one at or past the end, is a bad position.
  *  6. Texts are NUL-terminated UTF-8, copied into buffers that the host owns. Sizes are in bytes
  * and count the terminator. The library never truncates: ask for the size first, with null text
@@ -51,6 +52,9 @@ extern "C" {
 /* A playlist handle. */
 typedef struct PlaylistRecord PlaylistRecord;
 
+/* An artwork handle: the images of one artwork cache file, which stays open with it. */
+typedef struct ArtworkHandle ArtworkHandle;
+
 /* One song, as the host sees it. The host owns the record and the buffers that it points to.
  * 96 bytes where pointers have 8 bytes, 60 where they have 4. */
 typedef struct SongInfo {
@@ -70,6 +74,16 @@ typedef struct SongInfo {
   int32_t trackNumber;  /* out: position on its disc */
   int32_t movie;        /* out: 1 for a movie, else 0 */
 } SongInfo;
+
+/* One image. The host owns the record and the buffer that it points to.
+ * 32 bytes where pointers have 8 bytes, 20 where they have 4. */
+typedef struct ArtworkInfo {
+  int32_t format;   /* out: 0 PNG, 1 JPEG (and 2, 3 for handles of the additions below) */
+  int32_t width;    /* out: in pixels, as the cache file states it */
+  int32_t height;   /* out: in pixels, as the cache file states it */
+  uint8_t* data;    /* in: buffer for the image's bytes, or null */
+  int32_t dataSize; /* in: room in the buffer, in bytes; out: the image's size in bytes */
+} ArtworkInfo;
 
 /* ---- Lifecycle -------------------------------------------------------------------------------
  * The loader runs both: the first when the library is loaded, the second when it is unloaded. A
@@ -129,6 +143,42 @@ TAVREL_API int32_t GetSongCount(const PlaylistRecord* playlist) TAVREL_NOEXCEPT;
 TAVREL_API int32_t GetSongInfo(PlaylistRecord* playlist, int32_t index,
                                SongInfo* info) TAVREL_NOEXCEPT;
 
+/* ---- Artwork ---------------------------------------------------------------------------------
+ * iTunes keeps covers in cache files below "Music/iTunes/Album Artwork" of the home folder, each
+ * named after the library's and a track's persistent ID, with the extension "itc2" or "itc". They
+ * are listed once, at the first call of a function that opens a song's artwork and finds the list
+ * empty; files that come later are not seen until the library is loaded again. */
+
+/* Opens the cache file of the song at `index` of the playlist, the first in the byte order of their
+ * paths when there are several, and lists its images. The images themselves are not read.
+ * Result: a handle, to be released with CloseArtwork, also when it holds no image that is known;
+ *         null for a null playlist or a bad position, when there is no such file, when it cannot be
+ *         opened or is not a regular file, when it does not begin with the header of a cache file,
+ *         and when memory is exhausted.
+ * Cost:   the first call lists the folder; every later one looks the file up, reads its header and
+ *         208 bytes for each of its blocks. As long as the folder holds no cache file, every call
+ *         lists it again, whatever its arguments. */
+TAVREL_API ArtworkHandle* OpenArtwork(PlaylistRecord* playlist, int32_t index) TAVREL_NOEXCEPT;
+
+/* Result: the number of images, 0 for a null handle. */
+TAVREL_API int32_t GetArtworkCount(const ArtworkHandle* handle) TAVREL_NOEXCEPT;
+
+/* Describes the image at `index`, and reads it from the file when there is room for it.
+ * info:   owned by the caller. When its `dataSize` is at least the image's size, all fields are
+ *         filled and the bytes go to `data`, unless that is null; otherwise only `dataSize` is
+ *         written. Ask with a `dataSize` of 0 first.
+ * Result: the image's size plus sizeof(ArtworkInfo), in bytes, whether the bytes were read or not;
+ *         0, with nothing written, for a null argument or a bad position.
+ * A size is that of the cache file's block: a file that is cut short delivers what it holds, leaves
+ * the rest of the buffer as it was, and the result is the same. In a damaged file a size can be
+ * negative; there are no bytes then.
+ * Does not depend on the position of the open file: after a fork, both sides may use the handle. */
+TAVREL_API int32_t GetArtworkInfo(ArtworkHandle* handle, int32_t index,
+                                  ArtworkInfo* info) TAVREL_NOEXCEPT;
+
+/* Releases the handle and closes its file; null is allowed. */
+TAVREL_API void CloseArtwork(ArtworkHandle* handle) TAVREL_NOEXCEPT;
+
 /* ---- Ringtones -------------------------------------------------------------------------------
  * The files in the folder "Music/iTunes/iTunes Media/Ringtones" below the home folder are the songs
  * of the playlist "Ringtones", in the byte order of their names. A ringtone has a name, which is
@@ -156,6 +206,21 @@ TAVREL_API int32_t AppendRingtone(const char* path) TAVREL_NOEXCEPT;
  * other function finds it. (The file's own list of everything is a hidden playlist, so no other
  * handle reaches every song.) */
 TAVREL_API PlaylistRecord* OpenAllSongs(void) TAVREL_NOEXCEPT;
+
+/* Opens the cache file that OpenArtwork opens, and lists also the images in the other layouts that
+ * iTunes has written. The picture's own first bytes decide whether it is a PNG or a JPEG; where
+ * they say nothing, the file's code does. Two formats join PNG and JPEG, raw pixels of 4 bytes each
+ * in rows from the top, width times height of them:
+ *   2  the bytes of a pixel are alpha, red, green, blue
+ *   3  they are blue, green, red, alpha
+ * The handle works with GetArtworkCount, GetArtworkInfo and CloseArtwork, as any other.
+ * Result: as OpenArtwork. */
+TAVREL_API ArtworkHandle* OpenArtworkAny(PlaylistRecord* playlist, int32_t index) TAVREL_NOEXCEPT;
+
+/* The same for any cache file, whether a song has it or not; no library needs to be loaded.
+ * path:   NUL-terminated, borrowed.
+ * Result: a handle; null for a null path, or as OpenArtwork. */
+TAVREL_API ArtworkHandle* OpenArtworkFile(const char* path) TAVREL_NOEXCEPT;
 
 #if defined(__cplusplus)
 } /* extern "C" */
