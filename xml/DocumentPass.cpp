@@ -17,9 +17,11 @@ char* FirstOf(char* from, char a, char b) noexcept {
   return from;
 }
 
-// Takes whitespace off both ends of a text that ends at the zero byte at `end`.
-void TrimText(TBXMLElement& element, char* end) noexcept {
+// Takes whitespace off both ends. The text ends at its zero byte, and not always at the closing
+// tag: an empty child or a declaration may have ended it before.
+void TrimText(TBXMLElement& element) noexcept {
   while (IsWhitespace(*element.text)) ++element.text;
+  char* end = element.text + std::strlen(element.text);
   while (end > element.text + 1 && IsWhitespace(end[-1])) *--end = '\0';
 }
 
@@ -121,7 +123,7 @@ bool DocumentPass::Step(char* open, char* nextMark) noexcept {
     case '!':
       return true;  // a declaration leaves no record
     case '/':
-      CloseElement(open);
+      CloseElement();
       return true;
     default:
       return OpenElement(open, close);
@@ -157,14 +159,10 @@ char* DocumentPass::FindTagEnd(char* from) noexcept {
 }
 
 // The closing tag's name is never read: it closes the open element, whatever it names.
-void DocumentPass::CloseElement(char* textEnd) noexcept {
+void DocumentPass::CloseElement() noexcept {
   TBXMLElement* element = openElement_;
   if (element == nullptr) return;
-  if (element->text != nullptr) {
-    // A first child, which was an empty element, has ended the text before.
-    TrimText(*element,
-             element->firstChild == nullptr ? textEnd : element->text + std::strlen(element->text));
-  }
+  if (element->text != nullptr) TrimText(*element);
   --depth_;
   openElement_ = element->parentElement;
   if (openElement_ != nullptr && openElement_->firstChild != nullptr) openElement_->text = nullptr;

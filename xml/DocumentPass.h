@@ -38,7 +38,7 @@ class DocumentPass {
   [[nodiscard]] bool SkipComment(char* open) noexcept;
   [[nodiscard]] bool TakeSections(char* open) noexcept;
   [[nodiscard]] bool OpenElement(char* open, char* close) noexcept;
-  void CloseElement(char* textEnd) noexcept;
+  void CloseElement() noexcept;
 
   // Handles "<name>text</...>", most of what library files are made of, when nothing about it is
   // special. marks:  the positions of the next four '<' and '>'. Result: false, with nothing
