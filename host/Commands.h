@@ -9,20 +9,27 @@
 #include "host/LibraryHandle.h"
 #include "host/Options.h"
 #include "host/Output.h"
+#include "host/StandardStreams.h"
 #include "host/Terminal.h"
 
-#define TAVREL_HOST_SUBCOMMANDS(Add) Add(Playlists) Add(Songs)
+#define TAVREL_HOST_SUBCOMMANDS(Add) Add(Playlists) Add(Ringtones) Add(Songs)
 
 namespace tavrel::host {
 
 // What a command works with, once the library is loaded.
 struct Session {
   const Options& options;
-  const std::string& libraryPath;  // as the user named it
+  const std::string& libraryPath;          // as the user named it
+  const std::optional<std::string>& home;  // where the library was told to read; none: the user's
   const Library& library;
   const Terminal& terminal;
+  MessageGuard& messages;
   Output& output;
 };
+
+// A file's path as the user knows it: with --library, what lies in the temporary home lies beside
+// the library file.
+[[nodiscard]] std::string UserPath(const Session& session, std::string_view location);
 
 // Each describes its arguments to `parser` and puts itself into `run` when it is the one chosen.
 #define TAVREL_HOST_DECLARE(Name) void Add##Name(CLI::App& parser, Run& run);

@@ -17,6 +17,7 @@ struct LibraryFunctions {
   decltype(&::GetPlaylistKind) getPlaylistKind;
   decltype(&::GetSongCount) getSongCount;
   decltype(&::GetSongInfo) getSongInfo;
+  decltype(&::AppendRingtone) appendRingtone;
   decltype(&::OpenAllSongs) openAllSongs;
 };
 

@@ -42,7 +42,7 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
     throw Diagnose(path);
   }
   const Terminal terminal = DescribeStandardOutput();
-  Session session{line.options, path, library, terminal, output};
+  Session session{line.options, path, home, library, terminal, messages, output};
   return line.run(session);
 }
 

@@ -18,6 +18,8 @@ constexpr const char* kFooter =
   tavrel songs "My Favourites"      the songs of a playlist, by its name
   tavrel songs 2:0                  the same by group and position
   tavrel songs --all --json         every song, for other programs
+  tavrel ringtones                  the ringtones
+  tavrel ringtones add Tone.m4r     add one to iTunes
   tavrel --library export.xml       a library file that lies elsewhere
 
 Without --home and --library, "Music/iTunes/iTunes Music Library.xml" below

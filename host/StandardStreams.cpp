@@ -51,16 +51,22 @@ MessageGuard::MessageGuard() noexcept {
 }
 
 MessageGuard::~MessageGuard() {
-  if (kept_ >= 0 && terminal_ >= 0) {
-    ::dup2(terminal_, STDERR_FILENO);
-    try {
-      ShowMessages(ReadFromStart(kept_));
-    } catch (const std::bad_alloc&) {
-      // Messages that there is no memory for are lost.
-    }
-  }
+  Show();
+  if (kept_ >= 0 && terminal_ >= 0) ::dup2(terminal_, STDERR_FILENO);
   ::close(kept_);
   ::close(terminal_);
+}
+
+void MessageGuard::Show() noexcept {
+  if (kept_ < 0 || terminal_ < 0) return;
+  ::dup2(terminal_, STDERR_FILENO);
+  try {
+    ShowMessages(ReadFromStart(kept_));
+  } catch (const std::bad_alloc&) {
+    // Messages that there is no memory for are lost.
+  }
+  Discard();
+  ::dup2(kept_, STDERR_FILENO);
 }
 
 void MessageGuard::Discard() noexcept {

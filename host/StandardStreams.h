@@ -18,6 +18,9 @@ class MessageGuard {
   MessageGuard& operator=(const MessageGuard&) = delete;
   ~MessageGuard();
 
+  // Shows what was written so far.
+  void Show() noexcept;
+
   // Forgets what was written so far.
   void Discard() noexcept;
 

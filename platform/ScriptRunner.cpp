@@ -3,32 +3,22 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/mman.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <new>
 
 #include "platform/Files.h"
-#include "platform/FolderListing.h"
 #include "platform/Guard.h"
 #include "platform/Memory.h"
 
 namespace tavrel::platform {
 namespace {
 
-constexpr std::string_view kRunner = "osascript";
 constexpr int kFirstFreeDescriptor = STDERR_FILENO + 1;
-
-bool IsExecutableFile(const std::string& path) noexcept {
-  struct stat state;
-  return stat(path.c_str(), &state) == 0 && S_ISREG(state.st_mode) &&
-         faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0;
-}
 
 // Ours never take the place of a standard descriptor that the host has closed.
 FileDescriptor AboveStandard(int descriptor) noexcept {
@@ -168,23 +158,6 @@ bool RunWith(const char* runner, std::string_view script) noexcept {
 }
 
 }  // namespace
-
-std::optional<std::string> FindScriptRunner() {
-#if defined(__APPLE__)
-  const char* path = "/usr/bin";
-#else
-  const char* path = std::getenv("PATH");
-#endif
-  std::string_view rest = path == nullptr ? "" : path;
-  while (!rest.empty()) {
-    const std::string_view folder = rest.substr(0, rest.find(':'));
-    rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
-    if (folder.empty()) continue;
-    std::string runner = PathIn(folder, kRunner);
-    if (IsExecutableFile(runner)) return runner;
-  }
-  return std::nullopt;
-}
 
 bool RunScript(std::string_view script) noexcept {
   return Guarded(false, [&] {

@@ -53,6 +53,8 @@ void PrintJson(PlaylistRecord* playlist, Session& session) {
   const std::int32_t count = session.library.getSongCount(playlist);
   for (std::int32_t position = 0; position < count; ++position) {
     const Song& song = reader.Read(playlist, position);
+    std::optional<std::string> location;
+    if (song.location) location = UserPath(session, *song.location);
     list.Add({{"position", position},
               {"name", JsonText(song.name)},
               {"artist", JsonText(song.artist)},
@@ -62,7 +64,7 @@ void PrintJson(PlaylistRecord* playlist, Session& session) {
               {"totalTime", song.totalTime},
               {"playCount", song.playCount},
               {"movie", song.isMovie},
-              {"location", JsonText(song.location)}});
+              {"location", JsonText(location)}});
   }
   list.End();
 }
