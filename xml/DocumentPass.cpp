@@ -59,6 +59,7 @@ void DocumentPass::Run() noexcept {
 }
 
 void DocumentPass::RunIndexed(InstructionSet set) noexcept {
+  if (static_cast<std::size_t>(end_ - text_) > TagIndex::kLongest) return Run();
   TagIndex index(text_, end_, set);
   while (index.Has(TagIndex::kMostAhead)) {
     const std::uint32_t* marks = index.Next();

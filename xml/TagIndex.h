@@ -41,6 +41,7 @@ class TagIndex {
   void SkipTo(std::size_t position) noexcept;
 
   static constexpr std::size_t kMostAhead = 4;
+  static constexpr std::size_t kLongest = UINT32_MAX;  // in bytes, of a text
 
  private:
   static constexpr std::size_t kBlock = 8192;
