@@ -29,10 +29,15 @@ void TemporaryHome::WriteLibrary(std::string_view text) const {
   WriteFile(LibraryFile(), text);
 }
 
+// Written in place and then cut to size: file systems flush a file at once that was emptied first.
 void WriteFile(const std::string& path, std::string_view bytes) {
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  ASSERT_TRUE(file.good()) << path;
+  {
+    std::ofstream create(path, std::ios::binary | std::ios::app);
+    std::fstream file(path, std::ios::binary | std::ios::in | std::ios::out);
+    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    EXPECT_TRUE(create.good() && file.good()) << path;
+  }
+  std::filesystem::resize_file(path, bytes.size());
 }
 
 }  // namespace tavrel::test

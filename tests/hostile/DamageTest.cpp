@@ -1,0 +1,112 @@
+// A good library file, damaged in every place: whatever is left, a host gets through it.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "data/LibraryTexts.h"
+#include "hostile/HostileHome.h"
+#include "unit/support/Random.h"
+#include "unit/support/Sanitizers.h"
+
+using namespace tavrel::test;
+
+namespace {
+
+// Under sanitizers only every so many places.
+constexpr std::size_t kStride = kSanitized ? 7 : 1;
+
+// What stays true of every damaged copy of the small library.
+void ExpectNoMoreThanTheWhole(const Outcome& outcome, std::size_t songs, std::size_t playlists) {
+  EXPECT_LE(outcome.songs.size(), songs);
+  EXPECT_LE(outcome.playlists.size(), playlists);
+  if (!outcome.loaded) {
+    EXPECT_EQ(outcome.log, std::vector<std::string>{"Open iTunes Library file error!"});
+  }
+}
+
+}  // namespace
+
+TEST(HostileDamage, TruncatedAtEveryByte) {
+  const HostileHome home;
+  const std::string text = SmallLibraryText();
+  const Outcome whole = home.Load(text);
+  std::size_t songs = 5;
+  for (std::size_t length = text.size(); length-- > 0;) {
+    std::filesystem::resize_file(home.home().LibraryFile(), length);
+    if (length % kStride != 0) continue;
+    const Outcome outcome = home.LoadFile();
+    ExpectNoMoreThanTheWhole(outcome, 5, 6);
+    if (!outcome.loaded) continue;  // cut inside a character, or before the first element
+    EXPECT_LE(outcome.songs.size(), songs) << length;  // a shorter file never holds more
+    songs = outcome.songs.size();
+    for (std::size_t i = 0; i + 1 < songs; ++i) EXPECT_EQ(outcome.songs[i], whole.songs[i]);
+  }
+  EXPECT_EQ(songs, 0u);
+}
+
+TEST(HostileDamage, EveryByteReplacedByAMarkup) {
+  const HostileHome home;
+  const std::string text = SmallLibraryText();
+  for (const char markup : {'<', '>', '/', '"', '\0'}) {
+    for (std::size_t at = 0; at < text.size(); at += 5 * kStride) {
+      std::string damaged = text;
+      damaged[at] = markup;
+      // A '<' or a '/' more can turn what was inside an element into its neighbour.
+      ExpectNoMoreThanTheWhole(home.Load(damaged), 200, 200);
+    }
+  }
+}
+
+TEST(HostileDamage, PiecesRemovedRepeatedAndMovedAtRandom) {
+  const HostileHome home;
+  const std::string text = SmallLibraryText();
+  Random random(42);
+  for (int round = 0; round < Rounds(1500); ++round) {
+    std::string damaged = text;
+    for (std::size_t steps = random.Below(4) + 1; steps > 0; --steps) {
+      const std::size_t at = random.Below(damaged.size());
+      const std::string piece = damaged.substr(at, random.Below(200) + 1);
+      if (random.Below(3) > 0) damaged.erase(at, piece.size());
+      if (random.Below(3) > 0) damaged.insert(random.Below(damaged.size() + 1), piece);
+      if (damaged.empty()) damaged.assign(1, '<');
+    }
+    const Outcome outcome = home.Load(damaged);
+    if (testing::Test::HasFailure()) FAIL() << damaged;
+  }
+}
+
+TEST(HostileDamage, RandomMarkup) {
+  const HostileHome home;
+  Random random(43);
+  for (int round = 0; round < Rounds(1500); ++round) {
+    const std::string text = random.Text(
+        {"<plist>", "<dict>",   "<dict>",   "<array>",   "</dict>",  "</array>",
+         "<key>",   "</key>",   "Name",     "Visible",   "Track ID", "<integer>7</integer>",
+         "<true/>", "<false/>", "<string>", "</string>", "<",        ">",
+         "/",       "&",        "&#38;",    "&lt",       ";",        "<![CDATA[",
+         "]]>",     "<!--",     "-->",      "\"",        "'",        " a=",
+         "\n",      "\u00e9"},
+        random.Below(60));
+    const Outcome outcome = home.Load(text);
+    if (testing::Test::HasFailure()) FAIL() << text;
+  }
+}
+
+TEST(HostileDamage, EverySingleByteAsAFile) {
+  const HostileHome home;
+  for (int byte = 0; byte < 256; ++byte) {
+    EXPECT_FALSE(home.Load(std::string(1, static_cast<char>(byte))).loaded) << byte;
+  }
+}
+
+TEST(HostileDamage, EveryShortMixOfMarkupBytesAsAFile) {
+  const HostileHome home;
+  const std::string bytes = "<>/!a\"";
+  for (std::size_t first = 0; first < 6 * 6 * 6 * 6; ++first) {
+    std::string text;
+    for (std::size_t rest = first, i = 0; i < 4; ++i, rest /= 6) text += bytes[rest % 6];
+    const Outcome outcome = home.Load(text);
+    EXPECT_TRUE(outcome.songs.empty() && outcome.playlists.empty()) << text;
+  }
+}

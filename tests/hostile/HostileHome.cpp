@@ -1,0 +1,34 @@
+#include "hostile/HostileHome.h"
+
+#include <gtest/gtest.h>
+
+#include "system/CapturedStderr.h"
+#include "system/Survey.h"
+
+namespace tavrel::test {
+
+Outcome HostileHome::Load(std::string_view text) const {
+  home_.WriteLibrary(text);
+  return LoadFile();
+}
+
+Outcome HostileHome::LoadFile() const {
+  Outcome outcome;
+  const CapturedStderr log;
+  LoadedLibrary library(home_.path());
+  outcome.loaded = library.HasDocument();
+  outcome.playlists = Summaries(SeePlaylists(library.functions()));
+  outcome.songs = SongNames(library.functions(), library->openAllSongs());
+  EXPECT_EQ(library.Unload(), 0);
+  outcome.log = log.Messages();
+  return outcome;
+}
+
+std::string Repeated(std::string_view text, std::size_t count) {
+  std::string result;
+  result.reserve(text.size() * count);
+  while (count-- > 0) result += text;
+  return result;
+}
+
+}  // namespace tavrel::test
