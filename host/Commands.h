@@ -12,7 +12,7 @@
 #include "host/StandardStreams.h"
 #include "host/Terminal.h"
 
-#define TAVREL_HOST_SUBCOMMANDS(Add) Add(Playlists) Add(Ringtones) Add(Songs)
+#define TAVREL_HOST_SUBCOMMANDS(Add) Add(Artwork) Add(Playlists) Add(Ringtones) Add(Songs)
 
 namespace tavrel::host {
 

@@ -76,7 +76,12 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "GetSongCount", getSongCount);
   Find(handle, "GetSongInfo", getSongInfo);
   Find(handle, "AppendRingtone", appendRingtone);
+  Find(handle, "GetArtworkCount", getArtworkCount);
+  Find(handle, "GetArtworkInfo", getArtworkInfo);
+  Find(handle, "CloseArtwork", closeArtwork);
   Find(handle, "OpenAllSongs", openAllSongs);
+  Find(handle, "OpenArtworkAny", openArtworkAny);
+  Find(handle, "OpenArtworkFile", openArtworkFile);
 }
 
 }  // namespace tavrel::host

@@ -18,7 +18,12 @@ struct LibraryFunctions {
   decltype(&::GetSongCount) getSongCount;
   decltype(&::GetSongInfo) getSongInfo;
   decltype(&::AppendRingtone) appendRingtone;
+  decltype(&::GetArtworkCount) getArtworkCount;
+  decltype(&::GetArtworkInfo) getArtworkInfo;
+  decltype(&::CloseArtwork) closeArtwork;
   decltype(&::OpenAllSongs) openAllSongs;
+  decltype(&::OpenArtworkAny) openArtworkAny;
+  decltype(&::OpenArtworkFile) openArtworkFile;
 };
 
 // The opened library; its handles end with it.

@@ -35,11 +35,12 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
   if (line.options.home) home = std::filesystem::absolute(*line.options.home);
   if (line.options.library) home = temporary.emplace(*line.options.library).Folder();
 
-  MessageGuard messages;
+  // Where no library is needed, nobody wants to hear that there is none.
+  MessageGuard messages(line.run.needsLibrary ? Messages::OnATerminal : Messages::Always);
   const Library library(home);
   if (!library.IsLoaded()) {
     messages.Discard();  // the diagnosis says more
-    throw Diagnose(path);
+    if (line.run.needsLibrary) throw Diagnose(path);
   }
   const Terminal terminal = DescribeStandardOutput();
   Session session{line.options, path, home, library, terminal, messages, output};

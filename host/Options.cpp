@@ -20,6 +20,8 @@ constexpr const char* kFooter =
   tavrel songs --all --json         every song, for other programs
   tavrel ringtones                  the ringtones
   tavrel ringtones add Tone.m4r     add one to iTunes
+  tavrel artwork Music 3            the cover of a song, as a file here
+  tavrel artwork --all -o covers    one cover for each album
   tavrel --library export.xml       a library file that lies elsewhere
 
 Without --home and --library, "Music/iTunes/iTunes Music Library.xml" below

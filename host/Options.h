@@ -18,7 +18,13 @@ struct Options {
 };
 
 struct Session;
-using Run = std::function<ExitCode(Session&)>;
+
+// What a subcommand does.
+class Run : public std::function<ExitCode(Session&)> {
+ public:
+  using function::function;
+  bool needsLibrary = true;  // false: it also runs when no library could be loaded
+};
 
 struct CommandLine {
   Options options;

@@ -43,8 +43,8 @@ void PrepareStandardDescriptors() noexcept {
   ::signal(SIGPIPE, SIG_IGN);
 }
 
-MessageGuard::MessageGuard() noexcept {
-  if (::isatty(STDERR_FILENO) != 1) return;
+MessageGuard::MessageGuard(Messages kept) noexcept {
+  if (kept == Messages::OnATerminal && ::isatty(STDERR_FILENO) != 1) return;
   kept_ = OpenNamelessFile();
   terminal_ = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
   if (kept_ >= 0 && terminal_ >= 0) ::dup2(kept_, STDERR_FILENO);

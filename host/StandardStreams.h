@@ -8,12 +8,15 @@ namespace tavrel::host {
 // of a signal.
 void PrepareStandardDescriptors() noexcept;
 
+// Which messages a MessageGuard keeps.
+enum class Messages { OnATerminal, Always };
+
 // While standard error is a terminal, keeps what is written to it and shows it, made fit for a
 // terminal, when the object goes: the library's own messages may quote any text of the library
 // file. Anything else that standard error may be gets the messages directly and as they are.
 class MessageGuard {
  public:
-  MessageGuard() noexcept;
+  explicit MessageGuard(Messages kept = Messages::OnATerminal) noexcept;
   MessageGuard(const MessageGuard&) = delete;
   MessageGuard& operator=(const MessageGuard&) = delete;
   ~MessageGuard();

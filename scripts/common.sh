@@ -20,6 +20,7 @@ libutf8proc-dev utf8proc.h
 libcli11-dev CLI/CLI.hpp
 nlohmann-json3-dev nlohmann/json.hpp
 libfmt-dev fmt/format.h
+libpng-dev png.h
 LIST
 }
 test_needs() {
@@ -28,6 +29,7 @@ test_needs() {
 clang clang++
 clang-format clang-format
 libgtest-dev gtest/gtest.h
+libjpeg-dev jpeglib.h
 libgmock-dev gmock/gmock.h
 python3 python3
 binutils nm

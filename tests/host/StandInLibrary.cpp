@@ -96,6 +96,20 @@ std::int32_t AppendRingtone(const char*) noexcept {
   return 0;
 }
 
+std::int32_t GetArtworkCount(const ArtworkHandle*) noexcept {
+  return 0;
+}
+std::int32_t GetArtworkInfo(ArtworkHandle*, std::int32_t, ArtworkInfo*) noexcept {
+  return 0;
+}
+void CloseArtwork(ArtworkHandle*) noexcept {}
+ArtworkHandle* OpenArtworkAny(PlaylistRecord*, std::int32_t) noexcept {
+  return nullptr;
+}
+ArtworkHandle* OpenArtworkFile(const char*) noexcept {
+  return nullptr;
+}
+
 #if !defined(STANDIN_INCOMPLETE)
 PlaylistRecord* OpenAllSongs() noexcept {
   static PlaylistRecord allSongs;

@@ -1,0 +1,38 @@
+// The artwork cache as a folder of files: which of them belong to a song, and to which. The library
+// opens a song's file without telling where it lies.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tavrel::host {
+
+// The persistent IDs in a library file, as iTunes writes them: 16 digits in upper case.
+struct PersistentIds {
+  std::string library;
+  std::vector<std::string> tracks;  // in the file's order; empty for a track without one
+};
+[[nodiscard]] PersistentIds FindPersistentIds(std::string_view libraryText);
+
+class CacheFolder {
+ public:
+  // libraryFile: the path of the library file, beside which the folder "Album Artwork" lies.
+  explicit CacheFolder(const std::string& libraryFile);
+
+  [[nodiscard]] std::size_t TrackCount() const noexcept { return ids_.tracks.size(); }
+
+  // The path of the cache file of a song of the library, by its position; empty when there is none.
+  [[nodiscard]] std::string FileOf(std::size_t song) const;
+
+  // The files that belong to no song of the library, in the order of their paths.
+  [[nodiscard]] const std::vector<std::string>& Unclaimed() const noexcept { return unclaimed_; }
+
+ private:
+  PersistentIds ids_;
+  std::unordered_map<std::string, std::string> files_;  // the first file of each track ID
+  std::vector<std::string> unclaimed_;
+};
+
+}  // namespace tavrel::host

@@ -1,0 +1,176 @@
+#include "host/artwork/Export.h"
+
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <vector>
+
+#include "host/Format.h"
+#include "host/Json.h"
+#include "host/SongReader.h"
+#include "host/Text.h"
+#include "host/artwork/Albums.h"
+#include "host/artwork/CacheFolder.h"
+#include "host/artwork/FileNames.h"
+#include "host/artwork/NewFile.h"
+#include "host/artwork/Picture.h"
+#include "host/artwork/Progress.h"
+#include "platform/PathNames.h"
+
+namespace tavrel::host {
+namespace {
+
+// What became of it.
+struct Tally {
+  std::int64_t written = 0;
+  std::int64_t kept = 0;  // files that were there
+  std::int64_t songsWithoutCover = 0;
+  std::set<std::string> damaged;    // cache files
+  std::vector<std::string> failed;  // messages
+
+  [[nodiscard]] bool IsClean() const { return damaged.empty() && failed.empty(); }
+};
+
+class Exporter {
+ public:
+  Exporter(const ExportOptions& options, Session& session)
+      : options_(options),
+        session_(session),
+        songs_(session.library.openAllSongs()),
+        cache_(session.libraryPath) {}
+
+  const Tally& Run() {
+    std::error_code error;
+    std::filesystem::create_directories(options_.folder, error);
+    if (error) {
+      throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
+    }
+    const std::vector<Album> albums = ReadAlbums(session_.library);
+    const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
+    Progress progress(albums.size() + files, session_.terminal, session_.output);
+    for (const Album& album : albums) {
+      ExportAlbum(album);
+      progress.Step();
+    }
+    for (std::size_t i = 0; i < files; ++i) {
+      ExportUnclaimed(cache_.Unclaimed()[i]);
+      progress.Step();
+    }
+    return tally_;
+  }
+
+ private:
+  // The song's own cover. A cache file without one, although it should hold one, is damaged.
+  std::optional<Picture> CoverOf(std::int32_t song) {
+    const Artwork artwork(session_.library, session_.library.openArtworkAny(songs_, song));
+    const std::string file = cache_.FileOf(static_cast<std::size_t>(song));
+    if (!artwork.IsOpen()) {
+      if (!file.empty()) tally_.damaged.insert(file);
+      return std::nullopt;
+    }
+    return Largest(artwork, file);
+  }
+
+  std::optional<Picture> Largest(const Artwork& artwork, const std::string& file) {
+    auto picture = artwork.LargestPicture();
+    const bool isDamaged = !picture && !artwork.Images().empty();
+    if (isDamaged) tally_.damaged.insert(file);
+    return picture;
+  }
+
+  void ExportAlbum(const Album& album) {
+    std::optional<Picture> shared;
+    std::vector<std::optional<Picture>> own;
+    for (const std::int32_t song : album.songs) {
+      std::optional<Picture> cover = CoverOf(song);
+      if (!shared && cover) shared = cover;
+      if (shared && !options_.perSong) break;
+      own.push_back(std::move(cover));
+    }
+    if (!shared) {
+      tally_.songsWithoutCover += static_cast<std::int64_t>(album.songs.size());
+      return;
+    }
+    if (!options_.perSong) {
+      Write(album.name, *shared);
+      return;
+    }
+    SongReader reader(session_.library);
+    for (std::size_t i = 0; i < album.songs.size(); ++i) {
+      Write(SongFileName(reader.Read(songs_, album.songs[i])), own[i] ? *own[i] : *shared);
+    }
+  }
+
+  void ExportUnclaimed(const std::string& file) {
+    const Artwork artwork(session_.library, session_.library.openArtworkFile(file.c_str()));
+    if (!artwork.IsOpen()) {
+      tally_.damaged.insert(file);
+      return;
+    }
+    const std::string_view base = platform::SplitExtension(file).base;
+    const std::string name = SafeName(base.substr(base.rfind('/') + 1));
+    if (const auto picture = Largest(artwork, file)) Write(name, *picture);
+  }
+
+  void Write(std::string_view name, const Picture& picture) {
+    const std::string path =
+        (std::filesystem::path(options_.folder) / names_.Take(name, picture.extension)).string();
+    try {
+      const IfThere ifThere = options_.force ? IfThere::Replace : IfThere::Keep;
+      ++(WriteNewFile(path, picture.bytes, ifThere) ? tally_.written : tally_.kept);
+    } catch (const Failure& failure) {
+      tally_.failed.emplace_back(failure.what());
+    }
+  }
+
+  const ExportOptions& options_;
+  Session& session_;
+  PlaylistRecord* songs_;
+  CacheFolder cache_;
+  FileNames names_;
+  Tally tally_;
+};
+
+void PrintJson(const Tally& tally, Session& session) {
+  Json damaged = Json::array();
+  for (const std::string& file : tally.damaged) damaged.push_back(JsonText(file));
+  Json failed = Json::array();
+  for (const std::string& message : tally.failed) failed.push_back(JsonText(message));
+  session.output.WriteLine(JsonLine({{"written", tally.written},
+                                     {"kept", tally.kept},
+                                     {"songsWithoutCover", tally.songsWithoutCover},
+                                     {"damaged", damaged},
+                                     {"failed", failed}}));
+}
+
+void PrintSummary(const Tally& tally, Session& session) {
+  Output& output = session.output;
+  output.WriteLine(Counted(tally.written, "cover") + " written");
+  if (tally.kept > 0) {
+    output.WriteLine(Counted(tally.kept, "file") + " kept that had the name; --force replaces");
+  }
+  if (tally.songsWithoutCover > 0) {
+    output.WriteLine(Counted(tally.songsWithoutCover, "song") + " without a cover");
+  }
+  if (!tally.damaged.empty()) {
+    const auto count = static_cast<std::int64_t>(tally.damaged.size());
+    output.WriteLine(Counted(count, "damaged file") + ":");
+    for (const std::string& file : tally.damaged) output.WriteLine("  " + Clean(file));
+  }
+  for (const std::string& message : tally.failed) Complain(message);
+}
+
+}  // namespace
+
+ExitCode ExportArtwork(const ExportOptions& options, Session& session) {
+  Exporter exporter(options, session);
+  const Tally& tally = exporter.Run();
+  if (session.options.json) {
+    PrintJson(tally, session);
+  } else {
+    PrintSummary(tally, session);
+  }
+  return tally.IsClean() ? ExitCode::Done : ExitCode::Failed;
+}
+
+}  // namespace tavrel::host

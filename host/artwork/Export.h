@@ -1,0 +1,20 @@
+// tavrel artwork --all: the covers of a whole library as files in a folder.
+#pragma once
+
+#include <string>
+
+#include "host/Commands.h"
+
+namespace tavrel::host {
+
+struct ExportOptions {
+  std::string folder;
+  bool perSong = false;    // else one cover for each album
+  bool unclaimed = false;  // also the cache files that belong to no song
+  bool force = false;      // replace files that are there
+};
+
+// Failed when a cache file is damaged or a file cannot be written.
+[[nodiscard]] ExitCode ExportArtwork(const ExportOptions& options, Session& session);
+
+}  // namespace tavrel::host
