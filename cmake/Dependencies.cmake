@@ -12,3 +12,13 @@ if(NOT TARGET uriparser::uriparser)
     IMPORTED_LOCATION ${URIPARSER_LIBRARY}
     INTERFACE_INCLUDE_DIRECTORIES ${URIPARSER_INCLUDE_DIR})
 endif()
+
+# Debian's package has neither a CMake package nor a target: a header and a library.
+if(NOT TARGET utf8proc::utf8proc)
+  find_path(UTF8PROC_INCLUDE_DIR utf8proc.h REQUIRED)
+  find_library(UTF8PROC_LIBRARY utf8proc REQUIRED)
+  add_library(utf8proc::utf8proc UNKNOWN IMPORTED)
+  set_target_properties(utf8proc::utf8proc PROPERTIES
+    IMPORTED_LOCATION ${UTF8PROC_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${UTF8PROC_INCLUDE_DIR})
+endif()
