@@ -109,7 +109,7 @@ TEST_F(Diagnosis, TheByteIsFoundInAnyPieceOfALargeFile) {
     std::string text = "<plist>" + std::string(at % 3 == 0 ? 2 : (at - 7) % 3, ' ');
     while (text.size() + 3 <= at) text += "交";
     text.resize(at, ' ');
-    text += "\xFF</plist>";
+    text += "\xFF" + std::string(2 * kPiece, ' ');
     const std::string number = host::Grouped(static_cast<std::int64_t>(at) + 1);
     ExpectUnreadable(text, "byte " + number + " (line 1, column ");
   }

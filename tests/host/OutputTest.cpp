@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {
 namespace {
 
+namespace fs = std::filesystem;
 using testing::HasSubstr;
 
 class Output : public HostTest {
@@ -51,6 +54,17 @@ TEST_F(Output, AClosedStandardOutputIsAnError) {
   const Outcome outcome = Run({"--library", WriteLargeLibrary(), "songs", "--all"}, command);
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.errors, HasSubstr("cannot write to standard output"));
+}
+
+TEST_F(Output, NoFileOfTheProgramTakesThePlaceOfAClosedStandardOutput) {
+  Command command;
+  command.output = Stream::Closed;
+  command.errors = Stream::Terminal;
+  fs::create_directories(Path("home/Music/iTunes"));
+  fs::rename(WriteLargeLibrary(), Path("home/Music/iTunes/iTunes Music Library.xml"));
+  const Outcome outcome = Run({"--home", Path("home"), "songs", "--all"}, command);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.errors, "tavrel: cannot write to standard output: Bad file descriptor\n");
 }
 
 TEST_F(Output, AClosedStandardErrorDoesNotMatter) {

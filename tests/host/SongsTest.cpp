@@ -131,6 +131,7 @@ TEST_F(Songs, AVeryLongNameIsNoTrouble) {
   const std::string file = Write(
       "long.xml", LibraryText({{1, Property("Name", name)}}, {{Property("Name", name), {1}}}));
   EXPECT_EQ(Run({"--library", file, "songs", "xxxx"}).exitCode, 1);
+  EXPECT_EQ(Run({"--library", file, "songs", std::string(100000, 'y')}).exitCode, 1);
   EXPECT_EQ(Run({"--library", file, "songs", "2:0"}).exitCode, 0);
   Command narrow;
   narrow.output = Stream::Terminal;

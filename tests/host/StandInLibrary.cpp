@@ -80,7 +80,7 @@ std::int32_t GetSongCount(const PlaylistRecord*) noexcept {
 
 std::int32_t GetSongInfo(PlaylistRecord*, std::int32_t index, SongInfo* info) noexcept {
   const bool isOdd = index % 2 != 0;
-  Give(isOdd ? "second" : "first, and longer", info->name, info->nameSize);
+  Give(isOdd ? "second" : "firstly", info->name, info->nameSize);
   Give("", info->album, info->albumSize);
   info->artistSize = isOdd ? 1 : 0;  // a size without a text: the value in the file is no text
   info->genreSize = 0;
