@@ -1,7 +1,6 @@
 #include "codecs/Base64Blocks.h"
 
 #include <algorithm>
-#include <atomic>
 #include <bit>
 
 #include "platform/Processor.h"
@@ -140,21 +139,10 @@ TAVREL_AVX2 std::size_t DecodeAvx2(const char* text, std::size_t size, std::size
 
 #endif
 
-Base64Path FindBestPath() noexcept {
-  return platform::DetectProcessorFeatures().avx2 ? Base64Path::kAvx2 : Base64Path::kPortable;
-}
-
-constinit std::atomic<Base64Path> bestPath{Base64Path::kPlain};  // kPlain: not looked for yet
-
 }  // namespace
 
 Base64Path BestBase64Path() noexcept {
-  Base64Path path = bestPath.load(std::memory_order_relaxed);
-  if (path == Base64Path::kPlain) {
-    path = FindBestPath();
-    bestPath.store(path, std::memory_order_relaxed);
-  }
-  return path;
+  return platform::Features().avx2 ? Base64Path::kAvx2 : Base64Path::kPortable;
 }
 
 bool IsSupported(Base64Path path) noexcept {

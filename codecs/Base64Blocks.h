@@ -28,7 +28,7 @@ inline constexpr std::array<std::int8_t, 256> decodingTable = [] {
 // kPortable works on every machine too, kAvx2 on x86-64 processors that have AVX2.
 enum class Base64Path { kPlain, kPortable, kAvx2 };
 
-// The fastest that this machine has. Asks the processor at the first call only.
+// The fastest that this machine has.
 [[nodiscard]] Base64Path BestBase64Path() noexcept;
 [[nodiscard]] bool IsSupported(Base64Path path) noexcept;
 

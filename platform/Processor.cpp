@@ -2,12 +2,20 @@
 
 #if defined(__x86_64__)
 #include <cpuid.h>
+
+#include <atomic>
 #endif
 
 namespace tavrel::platform {
 
 #if defined(__x86_64__)
 namespace {
+
+constexpr unsigned kAsked = 1;
+constexpr unsigned kAvx2 = 2;
+constexpr unsigned kCarrylessMultiplication = 4;
+
+constinit std::atomic<unsigned> known{0};
 
 // Whether the system saves the 256-bit registers on a change of task. What it does not save must
 // not be used, whatever the processor offers.
@@ -18,23 +26,36 @@ bool SavesVectors256() noexcept {
   return (low & 0x06U) == 0x06U;
 }
 
-}  // namespace
-
-ProcessorFeatures DetectProcessorFeatures() noexcept {
+unsigned AskProcessor() noexcept {
   unsigned a = 0;
   unsigned b = 0;
   unsigned c = 0;
   unsigned d = 0;
-  if (__get_cpuid(1, &a, &b, &c, &d) == 0 || (c & bit_OSXSAVE) == 0 || !SavesVectors256()) {
-    return {};
+  unsigned features = kAsked;
+  if (__get_cpuid(1, &a, &b, &c, &d) == 0) return features;
+  if ((c & bit_PCLMUL) != 0) features |= kCarrylessMultiplication;
+  const bool vectors256 = (c & bit_OSXSAVE) != 0 && SavesVectors256();
+  if (vectors256 && __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_AVX2) != 0) {
+    features |= kAvx2;
   }
-  if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return {};
-  return {.avx2 = (b & bit_AVX2) != 0};
+  return features;
+}
+
+}  // namespace
+
+ProcessorFeatures Features() noexcept {
+  unsigned features = known.load(std::memory_order_relaxed);
+  if (features == 0) {
+    features = AskProcessor();
+    known.store(features, std::memory_order_relaxed);
+  }
+  return {.avx2 = (features & kAvx2) != 0,
+          .carrylessMultiplication = (features & kCarrylessMultiplication) != 0};
 }
 
 #else
 
-ProcessorFeatures DetectProcessorFeatures() noexcept {
+ProcessorFeatures Features() noexcept {
   return {};
 }
 

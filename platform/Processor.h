@@ -5,11 +5,12 @@ namespace tavrel::platform {
 
 struct ProcessorFeatures {
   bool avx2 = false;
+  bool carrylessMultiplication = false;
 };
 
-// Asks the processor on every call, which takes microseconds on a virtual machine: keep the answer.
-// The compilers' __builtin_cpu_supports() would have the processor asked for everything at each
-// load of the library, needed or not.
-[[nodiscard]] ProcessorFeatures DetectProcessorFeatures() noexcept;
+// Asks the processor at the first call only. (The compilers' __builtin_cpu_supports() would have it
+// asked for everything at each load of the library, needed or not, which takes tens of microseconds
+// on a virtual machine.)
+[[nodiscard]] ProcessorFeatures Features() noexcept;
 
 }  // namespace tavrel::platform
