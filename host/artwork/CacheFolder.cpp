@@ -26,7 +26,9 @@ std::string UpperCase(std::string_view text) {
 std::string IdBehind(std::string_view text, std::size_t at) {
   constexpr std::string_view kString = "<string>";
   const std::size_t start = text.find('<', at);
-  if (start == std::string_view::npos || !text.substr(start).starts_with(kString)) return {};
+  if (start == std::string_view::npos || !text.substr(start).starts_with(kString)) {
+    return std::string(kNoId);
+  }
   return UpperCase(text.substr(start + kString.size(), kIdLength));
 }
 
@@ -59,7 +61,7 @@ PersistentIds FindPersistentIds(std::string_view libraryText) {
     at += kKey.size();
     const std::string_view rest = libraryText.substr(at, 32);
     if (rest.starts_with("Playlists<")) break;
-    if (rest.starts_with("Track ID<")) ids.tracks.emplace_back();
+    if (rest.starts_with("Track ID<")) ids.tracks.emplace_back(kNoId);
     const std::size_t end = at + std::min(rest.find('<') + 1, rest.size());
     if (rest.starts_with("Library Persistent ID<")) ids.library = IdBehind(libraryText, end);
     if (rest.starts_with("Persistent ID<") && !ids.tracks.empty()) {

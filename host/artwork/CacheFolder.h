@@ -9,10 +9,12 @@
 
 namespace tavrel::host {
 
-// The persistent IDs in a library file, as iTunes writes them: 16 digits in upper case.
+// The persistent IDs in a library file, as iTunes writes them: 16 digits in upper case; zeros stand
+// for one that is missing.
+inline constexpr std::string_view kNoId = "0000000000000000";
 struct PersistentIds {
-  std::string library;
-  std::vector<std::string> tracks;  // in the file's order; empty for a track without one
+  std::string library = std::string(kNoId);
+  std::vector<std::string> tracks;  // in the file's order
 };
 [[nodiscard]] PersistentIds FindPersistentIds(std::string_view libraryText);
 
@@ -20,8 +22,6 @@ class CacheFolder {
  public:
   // libraryFile: the path of the library file, beside which the folder "Album Artwork" lies.
   explicit CacheFolder(const std::string& libraryFile);
-
-  [[nodiscard]] std::size_t TrackCount() const noexcept { return ids_.tracks.size(); }
 
   // The path of the cache file of a song of the library, by its position; empty when there is none.
   [[nodiscard]] std::string FileOf(std::size_t song) const;

@@ -52,6 +52,14 @@ TEST_F(HostileArtwork, BlockLengthBelow8EndsTheWalkBehindTheBlock) {
   }
 }
 
+TEST_F(HostileArtwork, LengthBelow8LeadsNowhereEvenIfABlockIsThere) {
+  for (const std::uint32_t length : {4U, 8U}) {
+    std::string steps;
+    while (steps.size() < 64) steps += Number(length);
+    EXPECT_EQ(Count(CacheHeader() + steps + Bytes({})), length < 8 ? 0 : 1) << length;
+  }
+}
+
 TEST_F(HostileArtwork, BlockLengthOf8StepsOnBy8) {
   // Every eight bytes a block begins; none but the first has its tags.
   std::string file = CacheHeader() + Bytes({.length = 8});
@@ -129,6 +137,23 @@ TEST_F(HostileArtwork, PositionsBeyond32BitsEndTheWalk) {
     EXPECT_EQ(handle->images[2]->info.width, 17);
     CloseArtwork(handle);
   }
+}
+
+TEST_F(HostileArtwork, ImageBeyond32BitsIsNotRecorded) {
+  const std::string path = folder_.Write("a.itc2", CacheHeader(28));
+  const int file = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+  ASSERT_GE(file, 0);
+  constexpr std::int64_t kSecond = std::int64_t{28} + 0x7FFFFFF0;
+  constexpr std::int64_t kLast = 0xFFFFFFFF - 207;
+  const std::string first = Bytes({.length = 0x7FFFFFF0});
+  const std::string second = Bytes({.length = static_cast<std::uint32_t>(kLast - kSecond)});
+  const std::string last = Bytes({.image = Filler(4)});
+  const auto size = [](const std::string& bytes) { return static_cast<ssize_t>(bytes.size()); };
+  ASSERT_EQ(pwrite(file, first.data(), first.size(), 28), size(first));
+  ASSERT_EQ(pwrite(file, second.data(), second.size(), kSecond), size(second));
+  ASSERT_EQ(pwrite(file, last.data(), last.size(), kLast), size(last));
+  close(file);
+  for (const ArtworkLayouts layouts : kBoth) EXPECT_EQ(Images(path, layouts), 2);
 }
 
 TEST_F(HostileArtwork, SumOfSizeAndRecordThatOverflowsIsTaken32BitsWide) {

@@ -1,0 +1,149 @@
+// The parts of `tavrel artwork`.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "artwork/CacheFiles.h"
+#include "host/Failure.h"
+#include "host/Text.h"
+#include "host/artwork/CacheFolder.h"
+#include "host/artwork/FileNames.h"
+#include "host/artwork/NewFile.h"
+#include "host/artwork/PictureFiles.h"
+#include "host/artwork/Progress.h"
+#include "unit/support/TemporaryFolder.h"
+
+namespace tavrel::host {
+namespace {
+
+using test::TemporaryFolder;
+
+TEST(SafeName, LosesWhatIsNoPartOfAFileName) {
+  EXPECT_EQ(SafeName("a/b"), "a_b");
+  EXPECT_EQ(SafeName("..hidden"), "hidden");
+  EXPECT_EQ(SafeName(" . . x "), "x");
+  EXPECT_EQ(SafeName("a\x01\x7F"
+                     "b\x1B[31m"),
+            "ab[31m");
+  EXPECT_EQ(SafeName("a\nb"), "a b");
+  EXPECT_EQ(SafeName("caf\xE9"), "caf\uFFFD");
+  EXPECT_EQ(SafeName("..."), "");
+  EXPECT_EQ(SafeName(std::string_view("a\0b", 3)), "ab");
+}
+
+TEST(CutToBytes, CutsNoCharacterAndKeepsMarksWithTheirBase) {
+  EXPECT_EQ(CutToBytes("abc", 3), "abc");
+  EXPECT_EQ(CutToBytes("abc", 2), "ab");
+  EXPECT_EQ(CutToBytes("a\u00e9b", 2), "a");
+  EXPECT_EQ(CutToBytes("ae\u0301b", 2), "a");
+  EXPECT_EQ(CutToBytes("ae\u0301b", 4), "ae\u0301");
+  EXPECT_EQ(CutToBytes("\u7b8f\u7b8f", 5), "\u7b8f");
+  EXPECT_EQ(CutToBytes("\U0001D11E", 3), "");
+}
+
+TEST(FileNames, AreUniqueWhateverTheCaseAndComposition) {
+  FileNames names;
+  EXPECT_EQ(names.Take("a", ".png"), "a.png");
+  EXPECT_EQ(names.Take("A", ".png"), "A (2).png");
+  EXPECT_EQ(names.Take("a", ".jpg"), "a.jpg");
+  EXPECT_EQ(names.Take("\u00e9", ".png"), "\u00e9.png");
+  EXPECT_EQ(names.Take("e\u0301", ".png"), "e\u0301 (2).png");
+  const std::string longName(300, 'x');
+  EXPECT_EQ(names.Take(longName, ".png").size(), 255U);
+  const std::string second = names.Take(longName, ".png");
+  EXPECT_EQ(second.size(), 255U);
+  EXPECT_TRUE(second.ends_with(" (2).png"));
+}
+
+TEST(WriteNewFile, KeepsOrReplacesInOneStep) {
+  const TemporaryFolder folder;
+  const std::string path = folder.PathOf("a");
+  EXPECT_TRUE(WriteNewFile(path, "one", IfThere::Keep));
+  EXPECT_FALSE(WriteNewFile(path, "two", IfThere::Keep));
+  EXPECT_EQ(std::filesystem::file_size(path), 3U);
+  EXPECT_TRUE(WriteNewFile(path, "three", IfThere::Replace));
+  EXPECT_EQ(std::filesystem::file_size(path), 5U);
+  const auto entries = std::filesystem::directory_iterator(folder.path());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST(WriteNewFile, NeverWritesThroughALink) {
+  const TemporaryFolder folder;
+  const std::string other = folder.Write("other", "mine");
+  const std::string link = folder.PathOf("link");
+  ASSERT_EQ(symlink(other.c_str(), link.c_str()), 0);
+  EXPECT_FALSE(WriteNewFile(link, "x", IfThere::Keep));
+  EXPECT_TRUE(WriteNewFile(link, "x", IfThere::Replace));
+  EXPECT_FALSE(std::filesystem::is_symlink(link));
+  EXPECT_EQ(std::filesystem::file_size(other), 4U);
+}
+
+TEST(WriteNewFile, WhatCannotBeWrittenIsAFailureAndLeavesNothing) {
+  const TemporaryFolder folder;
+  EXPECT_THROW((void)WriteNewFile(folder.PathOf("missing/a"), "x", IfThere::Keep), Failure);
+  std::filesystem::create_directory(folder.PathOf("taken"));
+  EXPECT_FALSE(WriteNewFile(folder.PathOf("taken"), "x", IfThere::Keep));
+  EXPECT_THROW((void)WriteNewFile(folder.PathOf("taken"), "x", IfThere::Replace), Failure);
+  const auto entries = std::filesystem::directory_iterator(folder.path());
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST(PictureFile, PngIsWholeFromItsSignatureToItsEnd) {
+  const auto png = PngOfPixels(std::string(16, '\x80'), 2, 2, PixelOrder::Argb);
+  ASSERT_TRUE(png.has_value());
+  EXPECT_TRUE(IsWholePng(*png));
+  EXPECT_TRUE(IsWholePng(*png + "more"));
+  for (std::size_t bytes = 0; bytes < png->size(); ++bytes) {
+    EXPECT_FALSE(IsWholePng(png->substr(0, bytes))) << bytes;
+  }
+  EXPECT_FALSE(IsWholeJpeg(*png));
+}
+
+TEST(PictureFile, JpegIsWholeFromItsStartToItsEnd) {
+  using namespace std::string_literals;
+  // A thumbnail with an end of its own stands in the first segment.
+  const std::string jpeg =
+      "\xFF\xD8\xFF\xE1\0\6\xFF\xD8\xFF\xD9\xFF\xFF\xDA\0\4ab pixels \xFF\0 \xFF\xD9"s;
+  EXPECT_TRUE(IsWholeJpeg(jpeg));
+  EXPECT_TRUE(IsWholeJpeg(jpeg + "\0\0"s));
+  for (std::size_t bytes = 0; bytes < jpeg.size(); ++bytes) {
+    EXPECT_FALSE(IsWholeJpeg(jpeg.substr(0, bytes))) << bytes;
+  }
+  EXPECT_FALSE(IsWholeJpeg("\xFF\xD8\xFF\xE1\0\0\xFF\xD9"s));
+  EXPECT_FALSE(IsWholePng(jpeg));
+}
+
+TEST(PictureFile, PixelsMustBeAsManyAsTheSizesSay) {
+  EXPECT_FALSE(PngOfPixels(std::string(15, 'x'), 2, 2, PixelOrder::Bgra));
+  EXPECT_TRUE(PngOfPixels(std::string(17, 'x'), 2, 2, PixelOrder::Bgra));
+  EXPECT_FALSE(PngOfPixels("", 0, 2, PixelOrder::Bgra));
+  EXPECT_FALSE(PngOfPixels("xxxx", -1, -1, PixelOrder::Bgra));
+  EXPECT_FALSE(PngOfPixels("xxxx", 0x7FFFFFFF, 0x7FFFFFFF, PixelOrder::Bgra));
+}
+
+TEST(PersistentIds, AreThoseOfTheTracksInTheirOrder) {
+  const PersistentIds ids = FindPersistentIds(
+      "<key>Library Persistent ID</key><string>00000000000000aa</string>"
+      "<key>Track ID</key><integer>1</integer><key>Persistent ID</key>\n <string>0000000000000001<"
+      "<key>Track ID</key><integer>2</integer>"
+      "<key>Track ID</key><integer>3</integer><key>Persistent ID</key><string>0000000000000003<"
+      "<key>Playlists</key><key>Persistent ID</key><string>0000000000000009<"
+      "<key>Track ID</key><integer>1</integer>");
+  EXPECT_EQ(ids.library, "00000000000000AA");
+  EXPECT_EQ(ids.tracks,
+            (std::vector<std::string>{"0000000000000001", std::string(kNoId), "0000000000000003"}));
+}
+
+TEST(ProgressLine, ShowsCountRateAndTimeLeft) {
+  EXPECT_EQ(ProgressLine(50, 100, 2.0, 80),
+            "[###############               ] 50/100  25/s  2 s left");
+  EXPECT_EQ(ProgressLine(0, 4, 0, 80), "[                              ] 0/4");
+  EXPECT_EQ(ProgressLine(4, 4, 1, 30), "[########] 4/4  4/s  0 s left");
+  for (std::size_t width = 0; width < 100; ++width) {
+    EXPECT_LE(ProgressLine(50, 100, 2.0, width).size(), width);
+  }
+}
+
+}  // namespace
+}  // namespace tavrel::host
