@@ -1,29 +1,49 @@
-// The reader of artwork cache files, on any bytes.
-#include "library/ArtworkFile.h"
-
-#include <sys/mman.h>
+// Artwork cache files: the walk over the blocks goes forward only, and the reader of every layout
+// loses no image that the original one finds.
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 #include <functional>
 #include <string>
 #include <vector>
 
-namespace {
+#include "fuzz/FuzzTarget.h"
+#include "library/ArtworkFile.h"
 
 using tavrel::ArtworkLayouts;
+using tavrel::fuzz::Require;
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+namespace {
 
-// Opens the file and asks for every image. Result: the images' positions.
-std::vector<std::uint32_t> Positions(const std::string& path, ArtworkLayouts layouts) {
+// A file that is written anew for each input.
+class InputFile {
+ public:
+  InputFile() : path_(P_tmpdir "/tavrel-fuzz-XXXXXX"), descriptor_(mkstemp(path_.data())) {
+    Require(descriptor_ >= 0, "There is no temporary file");
+  }
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+  ~InputFile() {
+    close(descriptor_);
+    unlink(path_.c_str());
+  }
+  const char* Write(const std::uint8_t* data, std::size_t size) const {
+    const bool written = ftruncate(descriptor_, 0) == 0 &&
+                         pwrite(descriptor_, data, size, 0) == static_cast<ssize_t>(size);
+    Require(written, "The input cannot be written");
+    return path_.c_str();
+  }
+
+ private:
+  std::string path_;
+  int descriptor_;
+};
+
+// The positions of the images, after each of them has been asked for.
+std::vector<std::uint32_t> Positions(const char* path, ArtworkLayouts layouts) {
   std::vector<std::uint32_t> positions;
-  ArtworkHandle* handle = tavrel::OpenArtworkHandle(path.c_str(), layouts);
+  ArtworkHandle* handle = tavrel::OpenArtworkHandle(path, layouts);
   std::vector<std::uint8_t> buffer(4096);
   for (std::int32_t i = 0; i < GetArtworkCount(handle); ++i) {
     ArtworkInfo info{};
@@ -38,15 +58,13 @@ std::vector<std::uint32_t> Positions(const std::string& path, ArtworkLayouts lay
 
 }  // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-  static const int file = memfd_create("artwork", MFD_CLOEXEC);
-  static const std::string path = "/proc/self/fd/" + std::to_string(file);
-  Require(ftruncate(file, 0) == 0);
-  Require(pwrite(file, bytes, size, 0) == static_cast<ssize_t>(size));
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const InputFile file;
+  const char* path = file.Write(data, size);
   const auto original = Positions(path, ArtworkLayouts::Original);
   const auto every = Positions(path, ArtworkLayouts::Every);
-  // The walk goes forward only, and the wider reader loses no block that the original one finds.
-  Require(std::is_sorted(original.begin(), original.end(), std::less_equal<>()));
-  Require(every.size() >= original.size());
+  const bool ascend = std::is_sorted(original.begin(), original.end(), std::less_equal<>());
+  Require(ascend, "An image stands before the one that it follows");
+  Require(every.size() >= original.size(), "An image of the original layout is lost");
   return 0;
 }
