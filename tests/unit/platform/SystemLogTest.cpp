@@ -1,10 +1,10 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <regex>
 #include <string>
 
 #include "platform/Memory.h"
@@ -57,9 +57,10 @@ std::string Message(const std::string& line) {
 
 TEST(SystemLog, WritesTimeProgramAndProcessBeforeTheText) {
   const std::string line = Logged({"Open iTunes Library file error!"});
-  const std::regex heading("\\d{4}-\\d\\d-\\d\\d \\d\\d:\\d\\d:\\d\\d\\.\\d{3} platform_tests\\[" +
-                           std::to_string(getpid()) + "\\] Open iTunes Library file error!\n");
-  EXPECT_TRUE(std::regex_match(line, heading)) << line;
+  EXPECT_THAT(line, testing::MatchesRegex(
+                        "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "
+                        "platform_tests\\[" +
+                        std::to_string(getpid()) + "\\] Open iTunes Library file error!\n"));
 }
 
 TEST(SystemLog, JoinsThePiecesIntoOneLine) {

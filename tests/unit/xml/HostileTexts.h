@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -22,6 +23,11 @@ struct HostileText {
     return text.append(behind);
   }
 };
+
+// How the tests' reports name one.
+inline void PrintTo(const HostileText& text, std::ostream* out) {
+  *out << text.name;
+}
 
 inline constexpr std::array kHostileTexts = {
     HostileText{"EmptySections", "<a>", "<![CDATA[]]>", "</a>"},
