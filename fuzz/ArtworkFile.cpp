@@ -1,5 +1,7 @@
 // Artwork cache files: the walk over the blocks goes forward only, and the reader of every layout
 // loses no image that the original one finds.
+#include "library/ArtworkFile.h"
+
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -9,7 +11,6 @@
 #include <vector>
 
 #include "fuzz/FuzzTarget.h"
-#include "library/ArtworkFile.h"
 
 using tavrel::ArtworkLayouts;
 using tavrel::fuzz::Require;
