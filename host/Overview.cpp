@@ -56,7 +56,7 @@ Table AlbumTable(const std::vector<Tally>& albums) {
 }
 
 Table PlayedTable(const std::vector<PlayedSong>& songs) {
-  Table table({{.title = "Most played", .weight = 3},
+  Table table({{.title = "Most played", .weight = 3, .cut = Cut::Middle},
                {.title = "Artist", .weight = 2, .rank = 1},
                {.title = "Plays", .align = Align::Right}});
   for (const PlayedSong& song : songs) {
@@ -80,11 +80,14 @@ void PrintSideBySide(const Table& left, const Table& right, Session& session) {
     Print(right, session);
     return;
   }
-  const Terminal half{(terminal.width - kBetweenLists.size()) / 2, terminal.styled};
-  std::vector<std::string> leftLines = left.Lines(half, LineEnd::Padded);
-  const std::vector<std::string> rightLines = right.Lines(half);
+  // Each may have half of the width, and the left one also what the right one leaves.
+  const std::size_t both = terminal.width - kBetweenLists.size();
+  const Terminal rightHalf{both / 2, terminal.styled};
+  const Terminal leftHalf{both - right.Width(rightHalf), terminal.styled};
+  std::vector<std::string> leftLines = left.Lines(leftHalf, LineEnd::Padded);
+  const std::vector<std::string> rightLines = right.Lines(rightHalf);
   leftLines.resize(std::max(leftLines.size(), rightLines.size()),
-                   std::string(left.Width(half), ' '));
+                   std::string(left.Width(leftHalf), ' '));
   session.output.WriteLine("");
   for (std::size_t i = 0; i < leftLines.size(); ++i) {
     const bool isBoth = i < rightLines.size();

@@ -58,6 +58,16 @@ void Narrow(const std::vector<Column>& columns, std::size_t limit,
   }
 }
 
+// Cuts a clean text that is wider than `width`, which is at least 1.
+std::string Shorten(std::string_view text, std::size_t width, Cut cut) {
+  const std::size_t room = width - 1;
+  const std::size_t tail = cut == Cut::Middle ? room / 2 : 0;
+  std::string shortened(Prefix(text, room - tail));
+  shortened += kEllipsis;
+  if (tail > 0) shortened += Suffix(text, tail);
+  return shortened;
+}
+
 }  // namespace
 
 Table::Table(std::vector<Column> columns)
@@ -102,13 +112,9 @@ void Table::AppendCell(std::string& line, std::size_t cell, std::size_t width,
   const std::size_t start = cell == 0 ? 0 : cells_[cell - 1].end;
   const std::string_view whole(text_.data() + start, cells_[cell].end - start);
 
-  std::string shown(whole);
-  std::size_t shownWidth = cells_[cell].width;
-  if (shownWidth > width) {
-    const std::string_view prefix = Prefix(whole, width - 1);
-    shown = std::string(prefix) + std::string(kEllipsis);
-    shownWidth = host::Width(prefix) + 1;
-  }
+  const bool isCut = cells_[cell].width > width;
+  const std::string shown = isCut ? Shorten(whole, width, column.cut) : std::string(whole);
+  const std::size_t shownWidth = isCut ? host::Width(shown) : cells_[cell].width;
   const std::size_t padding = width - shownWidth;
   if (column.align == Align::Right) line.append(padding, ' ');
   line += terminal.Styled(style, shown);

@@ -13,6 +13,10 @@ namespace tavrel::host {
 
 enum class Align { Left, Right };
 
+// Where a text that is too wide loses what is too much. Names of classical works differ at their
+// ends.
+enum class Cut { End, Middle };
+
 struct Column {
   std::string_view title;  // borrowed: a literal
   Align align = Align::Left;
@@ -23,6 +27,7 @@ struct Column {
   // Columns of the highest rank are the first to be left out where narrowing is not enough; 0:
   // never.
   int rank = 0;
+  Cut cut = Cut::End;
 };
 
 // Whether lines lose the blanks at their ends, or all get the width of the widest.

@@ -134,6 +134,17 @@ std::string_view Prefix(std::string_view clean, std::size_t columns) {
   return clean.substr(0, at);
 }
 
+std::string_view Suffix(std::string_view clean, std::size_t columns) {
+  for (std::size_t width = Width(clean); !clean.empty();) {
+    const Character first = FirstCharacter(clean);
+    const std::size_t firstWidth = CharacterWidth(first.code);
+    if (width <= columns && firstWidth > 0) break;
+    width -= firstWidth;
+    clean.remove_prefix(first.length);
+  }
+  return clean;
+}
+
 std::string Fold(std::string_view text) {
   return Map(text, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD);
 }

@@ -20,6 +20,10 @@ std::size_t AppendClean(std::string& destination, std::string_view text);
 // base.
 [[nodiscard]] std::string_view Prefix(std::string_view clean, std::size_t columns);
 
+// The longest suffix of a clean text that takes at most `columns` and does not begin with a
+// combining mark.
+[[nodiscard]] std::string_view Suffix(std::string_view clean, std::size_t columns);
+
 // A text as it compares: texts that differ in case only, or in how their accents are composed, are
 // equal.
 [[nodiscard]] std::string Fold(std::string_view text);

@@ -19,7 +19,7 @@ struct Arguments {
 void PrintTable(PlaylistRecord* playlist, Session& session) {
   Table table({
       {.title = "#", .align = Align::Right, .style = Style::Dim},
-      {.title = "Name", .weight = 3},
+      {.title = "Name", .weight = 3, .cut = Cut::Middle},
       {.title = "Artist", .weight = 2, .rank = 1},
       {.title = "Album", .weight = 2, .rank = 3},
       {.title = "Track", .align = Align::Right, .style = Style::Dim, .rank = 6},

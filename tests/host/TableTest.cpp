@@ -15,7 +15,7 @@ constexpr Terminal kUnlimited{0, false};
 
 Table Songs() {
   Table table({{.title = "#", .align = Align::Right},
-               {.title = "Name", .weight = 3},
+               {.title = "Name", .weight = 3, .cut = Cut::Middle},
                {.title = "Artist", .weight = 2, .rank = 1},
                {.title = "Plays", .align = Align::Right, .rank = 2}});
   for (const std::string text :
@@ -72,6 +72,14 @@ TEST(Table, ACutTextEndsInAnEllipsis) {
   table.Add("2");
   EXPECT_THAT(table.Lines({13, false}),
               ElementsAre("N           T", "Slavonic …  1", "交響曲第…   2"));
+}
+
+TEST(Table, ATextMayBeCutInTheMiddle) {
+  Table table({{.title = "N", .weight = 1, .cut = Cut::Middle}});
+  table.Add("Brandenburg Concerto No. 3: Allegro");
+  table.Add("交響曲第九番合唱付き");
+  EXPECT_THAT(table.Lines({16, false}), ElementsAre("N", "Brandenb…Allegro", "交響曲第…唱付き"));
+  EXPECT_THAT(table.Lines({1, false}), ElementsAre("N", "…", "…"));
 }
 
 TEST(Table, NarrowedColumnsKeepTheirProportions) {

@@ -90,6 +90,16 @@ TEST(Text, PrefixKeepsCombiningMarksWithTheirBase) {
   EXPECT_EQ(Prefix("or\u030Ca\u0301k", 2), "or\u030C");
 }
 
+TEST(Text, SuffixBeginsWithAWholeCharacter) {
+  EXPECT_EQ(Suffix("交響曲", 4), "響曲");
+  EXPECT_EQ(Suffix("交響曲", 5), "響曲");
+  EXPECT_EQ(Suffix("交響曲", 1), "");
+  EXPECT_EQ(Suffix("Nimrod", 6), "Nimrod");
+  EXPECT_EQ(Suffix("Nimrod", 0), "");
+  EXPECT_EQ(Suffix("or\u030Ca\u0301k", 2), "a\u0301k");
+  EXPECT_EQ(Suffix("or\u030Ck", 1), "k") << "a mark does not stand without its base";
+}
+
 TEST(Text, FoldingEqualsCaseAndComposition) {
   EXPECT_EQ(Fold("DVOŘÁK"), Fold("dvor\u030Ca\u0301k"));
   EXPECT_EQ(Fold("STRASSE"), Fold("Straße"));
