@@ -1,0 +1,148 @@
+// Loading, asking and unloading while memory runs out.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include <algorithm>
+
+#include "data/LibraryTexts.h"
+#include "fault/FailingNew.h"
+#include "fault/StateCheck.h"
+#include "system/CapturedStderr.h"
+#include "system/TemporaryHome.h"
+
+using namespace tavrel::test;
+namespace faults = tavrel::platform::faults;
+
+namespace {
+
+// More of everything than one block of a table or of the parser holds.
+std::string LargerLibraryText() {
+  std::string tracks;
+  std::string items;
+  for (int id = 1; id <= 150; ++id) {
+    tracks +=
+        Track(id, TextPair("Name", std::string("A name that no string holds in itself &#38; ")
+                                       .append(std::to_string(id))) +
+                      TextPair("Location", "file:///a/path/of/some/length/to%20allocate.mp3"));
+    items += PlaylistItem(id);
+  }
+  std::string playlists;
+  for (int i = 0; i < 40; ++i) {
+    playlists += Playlist(TextPair("Name", "p") + IntegerPair("Distinguished Kind", 4), {i, 2 * i});
+  }
+  return LibraryText(
+      {tracks, playlists + "<dict><key>Items</key><array>" + items + "</array></dict>"});
+}
+
+std::int32_t Load() {
+  return Inside([] { return AgentInitializer(); });
+}
+
+void Unload() {
+  EXPECT_EQ(Inside([] { return AgentFinalizer(); }), 0);
+}
+
+class LoadFaultsOn : public testing::TestWithParam<std::string (*)()> {
+ protected:
+  LoadFaultsOn() {
+    home_.WriteLibrary(GetParam()());
+    setenv("HOME", home_.path().c_str(), 1);
+    EXPECT_EQ(Load(), 0);
+    whole_ = SeeLibrary();
+    Unload();
+  }
+
+  const TemporaryHome home_;
+  const CapturedStderr log_;
+  SeenLibrary whole_;
+};
+
+}  // namespace
+
+TEST_P(LoadFaultsOn, LeaveASmallerLibraryThatCanBeAskedAndUnloaded) {
+  WithEachAllocationFailing(20, [this] {
+    const std::int32_t result = Load();
+    EXPECT_TRUE(result == 0 || result == -1);
+    ExpectConsistentState();
+    ExpectPartOf(SeeLibrary(), whole_);
+    ExpectConsistentState();
+    Unload();
+  });
+}
+
+TEST_P(LoadFaultsOn, DoNotHinderTheNextLoad) {
+  WithEachAllocationFailing(20, [this] {
+    Load();
+    Unload();
+    faults::Stop();
+    EXPECT_EQ(Load(), 0);
+    EXPECT_EQ(SeeLibrary(), whole_);
+    Unload();
+  });
+}
+
+TEST_P(LoadFaultsOn, OfAnsweringLoseTextsAndNothingElse) {
+  const auto load = [] { EXPECT_EQ(Load(), 0); };
+  WithEachAllocationFailing(5, load, [this] {
+    const SeenLibrary seen = SeeLibrary();
+    faults::Stop();
+    ExpectConsistentState();
+    ExpectPartOf(seen, whole_);
+    EXPECT_EQ(Summaries(seen.playlists), Summaries(whole_.playlists));
+    Unload();
+  });
+}
+
+TEST_P(LoadFaultsOn, OfUnloadingGiveEverythingBack) {
+  const auto load = [] { EXPECT_EQ(Load(), 0); };
+  WithEachAllocationFailing(5, load, [] { Unload(); });
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, LoadFaultsOn, testing::Values(&SmallLibraryText, &LargerLibraryText),
+                         [](const auto& parameter) {
+                           return parameter.index == 0 ? "ASmallLibrary" : "ALargerLibrary";
+                         });
+
+// So large that its buffer and its records are mapped from the system.
+TEST(HugeLibraryFaults, LeaveASmallerLibraryThatCanBeUnloaded) {
+  const TemporaryHome home;
+  std::string tracks;
+  for (int id = 1; id <= 12000; ++id) tracks += Track(id, IntegerPair("Total Time", 1));
+  home.WriteLibrary(LibraryText({tracks, Playlist(TextPair("Name", "p"), {1, 12000})}));
+  setenv("HOME", home.path().c_str(), 1);
+  const CapturedStderr log;
+  std::int32_t most = 0;
+  WithEachAllocationFailing(20, [&most] {
+    Load();
+    ExpectConsistentState();
+    most = std::max(most, kLinkedFunctions.getSongCount(kLinkedFunctions.openAllSongs()));
+    Unload();
+  });
+  EXPECT_EQ(most, 12000);
+}
+
+TEST(LoadFaults, OfTheGlobalRecordLeaveNothing) {
+  const TemporaryHome home;
+  setenv("HOME", home.path().c_str(), 1);
+  faults::FailAfter(0, false);
+  EXPECT_EQ(Load(), -1);
+  EXPECT_EQ(g_pGlobal, nullptr);
+  EXPECT_EQ(Inside([] { return GetPlaylistCount(0); }), 0);
+  EXPECT_EQ(Inside([] { return OpenAllSongs(); }), nullptr);
+  Unload();
+  faults::Stop();
+}
+
+TEST(LoadFaults, OfTheLibraryFileLogThatItWasNotOpened) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  setenv("HOME", home.path().c_str(), 1);
+  const CapturedStderr log;
+  faults::FailAfter(1, false);  // everything but the global record
+  EXPECT_EQ(Load(), -1);
+  faults::Stop();
+  EXPECT_THAT(log.Messages(), testing::ElementsAre("Open iTunes Library file error!"));
+  EXPECT_EQ(g_pGlobal->document, nullptr);
+  Unload();
+}
