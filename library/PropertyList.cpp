@@ -20,17 +20,6 @@ bool Equals(const char* bytes, const char* text) noexcept {
   return bytes != nullptr && std::strcmp(bytes, text) == 0;
 }
 
-// The value element of the first pair with that key; none when there is none.
-const TBXMLElement* FindValue(const TBXMLElement* dict, const char* key) noexcept {
-  const TBXMLElement* keyElement = dict == nullptr ? nullptr : dict->firstChild;
-  while (keyElement != nullptr) {
-    const TBXMLElement* valueElement = keyElement->nextSibling;
-    if (valueElement == nullptr || Equals(keyElement->text, key)) return valueElement;
-    keyElement = valueElement->nextSibling;
-  }
-  return nullptr;
-}
-
 // Decoded into zero-filled memory: a text in error is still terminated.
 char* DecodedCopy(const char* source, std::int32_t size) noexcept {
   auto* decoded = static_cast<char*>(platform::AllocateZeroed(static_cast<std::size_t>(size)));
@@ -55,7 +44,7 @@ char* PathCopy(const char* url, std::int32_t& length) noexcept {
 std::int32_t ReadSongProp(const TBXMLElement* dict, const char* key, char** text,
                           std::int32_t* value, std::int32_t flags) noexcept {
   if (key == nullptr || value == nullptr) return 0;
-  const TBXMLElement* element = FindValue(dict, key);
+  const TBXMLElement* element = tavrel::FindValue(dict, key);
   if (element == nullptr) return 0;
 
   // Before the flags: a boolean never yields a text, but it does set the size of one. Kept.
@@ -97,4 +86,14 @@ TBXMLElement* tavrel::TopLevelDictionary() noexcept {
   if (g_pGlobal == nullptr || g_pGlobal->document == nullptr) return nullptr;
   const TBXMLElement* root = g_pGlobal->document->rootXMLElement();
   return root == nullptr ? nullptr : root->firstChild;
+}
+
+const TBXMLElement* tavrel::FindValue(const TBXMLElement* dict, const char* key) noexcept {
+  const TBXMLElement* keyElement = dict == nullptr ? nullptr : dict->firstChild;
+  while (keyElement != nullptr) {
+    const TBXMLElement* valueElement = keyElement->nextSibling;
+    if (valueElement == nullptr || Equals(keyElement->text, key)) return valueElement;
+    keyElement = valueElement->nextSibling;
+  }
+  return nullptr;
 }

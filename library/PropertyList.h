@@ -33,6 +33,10 @@ namespace tavrel {
 // The first child of the document's root: the top-level dictionary; none when there is none.
 [[nodiscard]] TBXMLElement* TopLevelDictionary() noexcept;
 
+// The value element of the first pair whose key is exactly `key`; none when there is no such pair,
+// or no value behind the key, or no dictionary.
+[[nodiscard]] const TBXMLElement* FindValue(const TBXMLElement* dict, const char* key) noexcept;
+
 // The value element of a dictionary's first pair, whatever its key; none when `dict` is none or
 // empty.
 [[nodiscard]] inline const TBXMLElement* FirstValue(const TBXMLElement* dict) noexcept {

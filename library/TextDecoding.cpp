@@ -65,9 +65,8 @@ bool AppendNumericReference(Output& output, std::string_view reference) noexcept
 
 }  // namespace
 
-std::int32_t RestoreXMLEscChar(char* destination, const char* source,
-                               std::int32_t destinationSize) noexcept {
-  if (destination == nullptr || source == nullptr) return 0;
+tavrel::Decoding tavrel::DecodeReferences(char* destination, const char* source,
+                                          std::int32_t destinationSize) noexcept {
   Output output(destination, destinationSize);
   std::string_view rest = source;
   for (;;) {
@@ -78,17 +77,32 @@ std::int32_t RestoreXMLEscChar(char* destination, const char* source,
 
     const std::size_t semicolon = rest.find(';');
     if (semicolon == std::string_view::npos) {
-      tavrel::platform::Log({"XML text \"", source, "\" Escaping has no ending"});
-      return 0;
+      return {output.total(), DecodingError::kNoEnding, rest.data()};
     }
     if (const char* replacement = NamedReference(rest)) {
       output.Append(replacement);
     } else if (!AppendNumericReference(output, rest.substr(0, semicolon))) {
-      tavrel::platform::Log({"XML text \"", rest, "\" Escaping has no numeric"});
-      return 0;
+      return {output.total(), DecodingError::kNoNumeric, rest.data()};
     }
     rest.remove_prefix(semicolon + 1);
   }
   output.AppendWithTerminator(rest);
-  return output.total();
+  return {output.total(), DecodingError::kNone, nullptr};
+}
+
+std::int32_t RestoreXMLEscChar(char* destination, const char* source,
+                               std::int32_t destinationSize) noexcept {
+  if (destination == nullptr || source == nullptr) return 0;
+  const tavrel::Decoding decoding = tavrel::DecodeReferences(destination, source, destinationSize);
+  switch (decoding.error) {
+    case tavrel::DecodingError::kNone:
+      return decoding.length;
+    case tavrel::DecodingError::kNoEnding:
+      tavrel::platform::Log({"XML text \"", source, "\" Escaping has no ending"});
+      return 0;
+    case tavrel::DecodingError::kNoNumeric:
+      tavrel::platform::Log({"XML text \"", decoding.errorAt, "\" Escaping has no numeric"});
+      return 0;
+  }
+  return 0;
 }

@@ -33,3 +33,20 @@ TAVREL_API extern const XMLEntity XMLEntities[5];
 TAVREL_API std::int32_t RestoreXMLEscChar(char* destination, const char* source,
                                           std::int32_t destinationSize) noexcept;
 }
+
+namespace tavrel {
+
+enum class DecodingError { kNone, kNoEnding, kNoNumeric };
+
+struct Decoding {
+  std::int32_t length;  // of what was decoded, in bytes, without a terminator
+  DecodingError error;
+  const char* errorAt;  // the '&' that stopped the decoding
+};
+
+// As RestoreXMLEscChar(), without the log line: what was decoded before an error counts as well.
+// The arguments must not be null.
+[[nodiscard]] Decoding DecodeReferences(char* destination, const char* source,
+                                        std::int32_t destinationSize) noexcept;
+
+}  // namespace tavrel
