@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "platform/Processor.h"
+
 #if defined(__x86_64__)
 #include <immintrin.h>
 #endif
@@ -87,10 +89,7 @@ constexpr std::ptrdiff_t kStride = 4 * kVector;
 }  // namespace
 
 bool CanScan(ScanKind kind) noexcept {
-#if defined(__x86_64__)
-  if (kind == ScanKind::kAvx2) return __builtin_cpu_supports("avx2") != 0;
-#endif
-  return kind == ScanKind::kPortable;
+  return kind == ScanKind::kPortable || Features().avx2;
 }
 
 ScanKind FastestScan() noexcept {
