@@ -41,6 +41,11 @@ std::int32_t GetSongInfo(PlaylistRecord* playlist, std::int32_t index, SongInfo*
   return GetSongInfoImp(playlist, index, info);
 }
 
+std::int32_t SearchSong(const SongInfo* terms, SearchSongCallback callback,
+                        void* context) noexcept {
+  return SearchSongImp(terms, callback, context);
+}
+
 ArtworkHandle* OpenArtwork(PlaylistRecord* playlist, std::int32_t index) noexcept {
   return OpenArtworkImp(playlist, index);
 }

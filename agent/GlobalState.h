@@ -50,6 +50,7 @@ extern "C" TAVREL_API GlobalState* g_pGlobal;
 namespace tavrel {
 
 class ArtworkIndex;
+struct SearchIndex;
 
 // What the library keeps for itself stands behind the record that others know.
 struct PrivateState {
@@ -62,6 +63,8 @@ struct PrivateState {
   PlaylistRecord* allSongs;    // what OpenAllSongs() gives, made on first use among the tracks
   ArtworkIndex* artworkIndex;  // owned; none before the first search
   bool artworkDestroyed;
+  SearchIndex* searchIndex;       // made by the first search
+  std::uint32_t playlistChanges;  // counts the calls that may have changed the playlists
 };
 
 // The private half of `g_pGlobal`, which must be set.

@@ -45,6 +45,16 @@ TAVREL_API std::int32_t GetArtworkInfoImp(ArtworkHandle* handle, std::int32_t in
                                           ArtworkInfo* info) noexcept;
 TAVREL_API void CloseArtworkImp(ArtworkHandle* handle) noexcept;
 
+TAVREL_API std::int32_t SearchSongImp(const SongInfo* terms, SearchSongCallback callback,
+                                      void* context) noexcept;
+
 // A null path gives -1 here, after a message of its own.
 TAVREL_API std::int32_t AppendRingtoneImp(const char* path) noexcept;
 }
+
+namespace tavrel {
+
+// Gives back what searches have made. `g_pGlobal` must be set.
+void ReleaseSearchIndex() noexcept;
+
+}  // namespace tavrel

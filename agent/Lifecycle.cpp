@@ -51,6 +51,7 @@ std::int32_t AgentFinalizerImp() noexcept {
   if (!loaded) return 0;
   loaded = false;
   PrivateState& state = Private();
+  tavrel::ReleaseSearchIndex();
   DestroyArtworkArray();
   DestroyRingtoneArray();
   DestroyTrackArray();

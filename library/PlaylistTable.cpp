@@ -117,7 +117,9 @@ void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
 }  // namespace
 
 std::int32_t CreatePlaylistArray() noexcept {
-  if (g_pGlobal == nullptr || !CreateGroups(*g_pGlobal)) return 0;
+  if (g_pGlobal == nullptr) return 0;
+  ++tavrel::Private().playlistChanges;
+  if (!CreateGroups(*g_pGlobal)) return 0;
   const TBXMLElement* top = tavrel::TopLevelDictionary();
   const TBXMLElement* playlists = top == nullptr ? nullptr : TBXML::childElementNamed("array", top);
   if (playlists != nullptr) ReadPlaylists(playlists);
@@ -127,6 +129,7 @@ std::int32_t CreatePlaylistArray() noexcept {
 std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
                                  const TBXMLElement* playlistDict) noexcept {
   if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
+  ++tavrel::Private().playlistChanges;
   ReadItems(*playlist, playlistDict, TrackLookup(*g_pGlobal));
   return 0;
 }
@@ -134,6 +137,7 @@ std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
 // Names and the groups' arrays go to the pool, which gives them back when it is drained at unload.
 std::int32_t DestroyPlaylistArray() noexcept {
   if (g_pGlobal == nullptr || g_pGlobal->groups == nullptr) return 0;
+  ++tavrel::Private().playlistChanges;
   DestroyRingtoneArray();  // its songs and its name are not the table's; at unload it has gone
   platform::ReleasePool& pool = *g_pGlobal->pool;
   for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {

@@ -118,6 +118,7 @@ std::int32_t CreateRingtoneArray() noexcept {
   DestroyRingtoneArray();  // there is one such playlist at the most, and it is the last
   // Before the folder is looked at: the playlist stands there even when the folder is missing.
   PlaylistRecord* playlist = AppendPlaylistTo(*group);
+  ++Private().playlistChanges;
   Private().ringtones = playlist;
   const char* home = Private().home;
   if (playlist == nullptr || home == nullptr) return 0;
@@ -129,6 +130,7 @@ std::int32_t CreateRingtoneArray() noexcept {
 std::int32_t DestroyRingtoneArray() noexcept {
   PlaylistRecord* playlist = tavrel::RingtonePlaylist();
   if (playlist == nullptr) return 0;
+  ++Private().playlistChanges;
   Private().ringtones = nullptr;
   --FirstGroup()->count;
   for (std::int32_t i = 0; i < playlist->count; ++i) {

@@ -198,6 +198,41 @@ TAVREL_API void CloseArtwork(ArtworkHandle* handle) TAVREL_NOEXCEPT;
  * ended. */
 TAVREL_API int32_t AppendRingtone(const char* path) TAVREL_NOEXCEPT;
 
+/* ---- Search ---------------------------------------------------------------------------------- */
+
+/* What a search calls for each track.
+ * playlist: for a track that matches, the first playlist that holds it (groups and playlists in
+ *           their order), so that GetSongInfo can go on from there; null when no playlist holds it,
+ *           and for every track that does not match.
+ * index:    the track's position in that playlist; 0 when `playlist` is null.
+ * context:  as it was given to SearchSong.
+ * Result:   0 ends the search, any other value goes on.
+ * It may call every function of the library, SearchSong included, but AgentFinalizer, and must not
+ * unload the library. No exception may leave it. */
+typedef int32_t (*SearchSongCallback)(PlaylistRecord* playlist, int32_t index, void* context);
+
+/* Searches all tracks of the library file, also those that no playlist holds.
+ * terms:    borrowed; `name`, `artist` and `album` are read, before the first call of `callback`,
+ *           and nothing else. Each is a NUL-terminated UTF-8 text to look for in that property, or
+ *           null. They are alternatives: a track matches when any of them is found.
+ * callback: called exactly once for every track, matching or not, in the file's order, until it
+ *           returns 0.
+ * context:  handed to `callback`; may be null.
+ * Result:   the number of tracks that matched, the one included at which `callback` ended the
+ *           search; 0 for null `terms` or `callback`, or when no library is loaded.
+ * Cost:     the first search reads the texts of every track and keeps them, in about 50 bytes a
+ *           track, and 16 more once a track has matched; a later one is linear in the length of
+ *           the texts and the terms and in the number of tracks, whatever they hold.
+ *
+ * A term is found anywhere in a text. Case does not count (Unicode's full case folding), nor how a
+ * character is composed: "strasse" finds the same word with a sharp s, and an accented letter finds
+ * its like written as a letter and a combining accent. A match neither begins nor ends inside a
+ * character and the combining marks that follow it, inside a Hangul syllable, or inside what one
+ * character folds to: "e" does not find an accented e. No locale takes part. An empty term is never
+ * found, nor is one that is not valid UTF-8, nor anything in a text that is not. */
+TAVREL_API int32_t SearchSong(const SongInfo* terms, SearchSongCallback callback,
+                              void* context) TAVREL_NOEXCEPT;
+
 /* ---- Additions -------------------------------------------------------------------------------
  * Not part of the original interface. */
 
