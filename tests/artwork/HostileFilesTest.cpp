@@ -8,6 +8,7 @@
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
 #include "library/ArtworkFile.h"
+#include "platform/Files.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
@@ -179,6 +180,15 @@ TEST_F(HostileArtwork, OnlyRegularFilesAreOpened) {
     EXPECT_EQ(Images(folder, layouts), -1);
     EXPECT_EQ(Images("/dev/zero", layouts), -1);
     EXPECT_EQ(Images(folder_.PathOf("missing.itc2"), layouts), -1);
+  }
+}
+
+TEST_F(HostileArtwork, WhatIsNotRegularIsClosedUnread) {
+  const std::string fifo = folder_.PathOf("fifo");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  EXPECT_TRUE(platform::OpenRegularFile(folder_.Write("file", "").c_str()));
+  for (const std::string& path : {fifo, folder_.path(), std::string("/dev/zero")}) {
+    EXPECT_FALSE(platform::OpenRegularFile(path.c_str())) << path;
   }
 }
 
