@@ -245,6 +245,9 @@ TEST(Gzip, LessRoomThanTheMostThatCouldBeNeededMayDo) {
   const ByteBuffer stream = ByteBuffer::Copy(Compressed(text.view(), kGzip));
   faults::FailAfter(0, true);  // the first wish, for the largest possible output, is refused
   EXPECT_EQ(gzipInflate(stream).view(), text.view());
+  const ByteBuffer zlibStream = ByteBuffer::Copy(Compressed(text.view(), kZlib));
+  faults::FailAfter(0, true);
+  EXPECT_EQ(gzipInflate(zlibStream).view(), text.view());
   faults::FailAfter(0, true);
   EXPECT_EQ(gzipDeflate(text).view(), stream.view());
   faults::Stop();

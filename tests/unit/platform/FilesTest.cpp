@@ -27,6 +27,7 @@ std::string TextOf(const std::string& path) {
   FileText text = ReadFileText(path.c_str());
   if (text.block.address == nullptr) return "none";
   EXPECT_EQ(text.block.address[text.length], '\0');
+  EXPECT_EQ(text.lengthToZero, std::strlen(text.block.address));
   std::string copy(text.block.address, text.length);
   ReleaseBlock(text.block);
   return copy;
@@ -203,6 +204,27 @@ TEST(FileText, ZeroBytesAndAByteOrderMarkStayAndCount) {
   const TemporaryFolder folder;
   const std::string text("\xEF\xBB\xBF<a>\0</a>", 11);
   EXPECT_EQ(TextOf(folder.Write("file", text)), text);
+}
+
+TEST(FileText, TheFirstZeroByteIsFoundWhereverItStands) {
+  const TemporaryFolder folder;
+  for (const std::size_t place : {std::size_t{0}, std::size_t{1}, kPiece - 1, kPiece, kPiece + 1,
+                                  2 * kPiece - 1, 2 * kPiece}) {
+    for (const std::size_t behind : {std::size_t{0}, std::size_t{1}, kPiece}) {
+      std::string text = std::string(place, 'x') + '\0' + std::string(behind, 'y');
+      ASSERT_TRUE(TextOf(folder.Write("file", text)) == text) << place << ' ' << behind;
+      text += '\0';
+      ASSERT_TRUE(TextOf(folder.Write("file", text)) == text) << place << ' ' << behind;
+    }
+  }
+}
+
+TEST(FileText, AZeroByteIsFoundBehindACharacterAcrossPieces) {
+  const TemporaryFolder folder;
+  for (std::size_t before = kPiece - 4; before <= kPiece; ++before) {
+    const std::string text = std::string(before, 'x') + "\xF0\x9F\x98\x80" + std::string("\0yz", 3);
+    ASSERT_TRUE(TextOf(folder.Write("file", text)) == text) << before;
+  }
 }
 
 TEST(FileText, TextThatIsNotUtf8IsUnreadableWhereverThePiecesMeet) {
