@@ -49,9 +49,11 @@ enum class ArtworkLayouts {
   Every,     // what is known from real caches as well
 };
 
-// Lists the images of a cache file. path: NUL-terminated, borrowed. Result: a handle to be released
-// with CloseArtwork(); null when there is no regular file that begins with a header, or memory is
-// exhausted before the first block. Damaged blocks are lost, but not what stands before them.
+// Lists the images of a cache file.
+// path:   NUL-terminated, borrowed.
+// Result: a handle to be released with CloseArtwork(); null when there is no regular file that
+//         begins with a header, or memory is exhausted before the first block. Damaged blocks are
+//         lost, but not what stands before them.
 [[nodiscard]] ArtworkHandle* OpenArtworkHandle(const char* path, ArtworkLayouts layouts) noexcept;
 
 // The descriptor of the handle's file; negative when none is open.

@@ -18,8 +18,9 @@ using ArtworkIds = std::array<std::uint8_t, 16>;
 [[nodiscard]] std::optional<ArtworkIds> ArtworkIdsIn(std::string_view path) noexcept;
 
 // The path of the first file of the catalogue whose name stands for `ids`; borrowed, null when
-// there is none. Cost: constant, plus a look at each file that the catalogue has gained since the
-// last search. Without memory for an index, every name is tried.
+// there is none.
+// Cost: constant, plus a look at each file that the catalogue has gained since the last search.
+//       Without memory for an index, every name is tried.
 [[nodiscard]] const char* FindArtworkFile(const ArtworkIds& ids) noexcept;
 
 void ReleaseArtworkIndex() noexcept;

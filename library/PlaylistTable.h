@@ -47,8 +47,9 @@ TAVREL_API extern const std::int32_t arrGeniusKind[1];
 
 // Appends the tracks that the items of a playlist's dictionary name to `playlist`, which may be a
 // record of the caller's own; its array is then of the malloc family and the caller's. Items that
-// name no track are dropped; null arguments change nothing. Result: always 0. Tracks are found by
-// binary search: in a file whose Track IDs do not ascend, items are lost. Kept.
+// name no track are dropped; null arguments change nothing.
+// Result: always 0.
+// Tracks are found by binary search: in a file whose Track IDs do not ascend, items are lost. Kept.
 TAVREL_API std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
                                             const TBXMLElement* playlistDict) noexcept;
 

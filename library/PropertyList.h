@@ -15,11 +15,10 @@ inline constexpr std::int32_t SONGPROP_URL = 4;  // together with SONGPROP_TEXT
 // text:   with SONGPROP_TEXT, receives a new text, NUL-terminated, which the caller releases with
 //         free(); may be null without. Not touched when there is no text to give.
 // value:  receives the number, the boolean (1 or 0, whatever the flags) or the text's size in
-// bytes,
-//         terminator included. Not touched when the key is missing.
+//         bytes, terminator included. Not touched when the key is missing.
 // flags:  0 reads a decimal number, SONGPROP_TEXT a text, SONGPROP_TEXT | SONGPROP_URL the path of
-// a URL. Result: the length of the value as it stands in the file (of a URL: of its path) in bytes;
-// 0 when
+//         a URL.
+// Result: the length of the value as it stands in the file (of a URL: of its path) in bytes; 0 when
 //         there is none, when it is a boolean, when the URL is malformed or memory is exhausted.
 //
 // The size of a text is that of the text as it stands in the file plus 1, which the decoded text

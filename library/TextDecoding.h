@@ -17,13 +17,12 @@ extern "C" {
 TAVREL_API extern const XMLEntity XMLEntities[5];
 
 // Decodes `source` into `destination`.
-// destination:     room for `destinationSize` bytes; nothing is written at or behind that size. The
-//                  text is complete and terminated only if the result is below destinationSize;
-//                  otherwise the pieces that fitted stand there, unterminated.
-// source:          NUL-terminated, borrowed.
+// destination: room for `destinationSize` bytes; nothing is written at or behind that size. The
+//              text is complete and terminated only if the result is below destinationSize;
+//              otherwise the pieces that fitted stand there, unterminated.
+// source:      NUL-terminated, borrowed.
 // Result: the decoded length in bytes without the terminator. 0, after a line in the system log,
-// for a
-//         '&' without a later ';' or one that begins no reference; what was decoded before it
+//         for a '&' without a later ';' or one that begins no reference; what was decoded before it
 //         stands in `destination`, unterminated. Null arguments give 0. Decoding never makes a text
 //         longer.
 //

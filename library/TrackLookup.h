@@ -21,8 +21,8 @@ class TrackLookup {
   ~TrackLookup();
 
   // Makes each answer cost one look into an array, where that pays: when the IDs ascend strictly,
-  // so that the search would find each one, and are not too far apart. Cost: linear in the number
-  // of tracks.
+  // so that the search would find each one, and are not too far apart.
+  // Cost: linear in the number of tracks.
   void Prepare() noexcept;
 
   [[nodiscard]] TrackRecord* Find(std::int32_t trackId) const noexcept {

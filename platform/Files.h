@@ -40,8 +40,8 @@ class FileDescriptor {
 [[nodiscard]] FileDescriptor OpenRegularFile(const char* path) noexcept;
 
 // Reads up to `bytes` bytes from position `offset`; the descriptor's own position is neither used
-// nor moved. Result: how many there were, fewer at the file's end or when an error stops the
-// reading.
+// nor moved.
+// Result: how many there were, fewer at the file's end or when an error stops the reading.
 [[nodiscard]] std::size_t ReadAt(int descriptor, std::uint64_t offset, void* to,
                                  std::size_t bytes) noexcept;
 

@@ -24,8 +24,10 @@ struct FoldingTarget {
 };
 
 // Folds `text` to `target`, from byte `at` on, where there must be room for kFoldingGrowth times
-// its size. Result: the number of bytes written; 0 when the text is not valid UTF-8. None when
-// memory is exhausted, which takes more than 64 combining marks on one character. Cost: linear.
+// its size.
+// Result: the number of bytes written; 0 when the text is not valid UTF-8. None when memory is
+//         exhausted, which takes more than 64 combining marks on one character.
+// Cost: linear.
 [[nodiscard]] std::optional<std::size_t> FoldText(std::string_view text,
                                                   const FoldingTarget& target,
                                                   std::size_t at) noexcept;

@@ -10,7 +10,8 @@ class AttributeScanner {
 
   // Scans the bytes from `from` up to and including the zero byte at `end`, and hangs a record for
   // each attribute with a quoted value on the element. A name that never gets a quoted value leaves
-  // none. Result: false when memory is exhausted.
+  // none.
+  // Result: false when memory is exhausted.
   [[nodiscard]] bool Scan(char* from, char* end) noexcept;
 
  private:

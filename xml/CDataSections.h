@@ -5,11 +5,10 @@ namespace tavrel::xml {
 
 // Takes the markers of a run of CDATA sections out of character data. The run starts with the
 // opener at `opener` and goes on through every section with no other '<' in between; its contents
-// and what stands between them move together, and blanks fill the gap up to the next '<'. end:
-// where the text ends (a zero byte). Result: the first byte behind the last section's content,
-// where scanning goes on: contents are never
-//         scanned for tags. Null, with nothing moved, when a section of the run has no end or no
-//         '<' follows the run.
+// and what stands between them move together, and blanks fill the gap up to the next '<'.
+// end:    where the text ends (a zero byte).
+// Result: that '<', where scanning goes on: contents are never scanned for tags. Null, with nothing
+//         moved, when a section of the run has no end or no '<' follows the run.
 [[nodiscard]] char* JoinSections(char* opener, const char* end) noexcept;
 
 // Takes the markers out of an attribute value, the zero-terminated text from `value` to `end`.

@@ -41,8 +41,9 @@ class DocumentPass {
   void CloseElement() noexcept;
 
   // Handles "<name>text</...>", most of what library files are made of, when nothing about it is
-  // special. marks:  the positions of the next four '<' and '>'. Result: false, with nothing
-  // changed, when it is something else.
+  // special.
+  // marks:  the positions of the next four '<' and '>'.
+  // Result: false, with nothing changed, when it is something else.
   [[nodiscard]] bool TakeLeaf(const std::uint32_t* marks) noexcept;
 
   [[nodiscard]] char* FindTagEnd(char* from) noexcept;

@@ -7,21 +7,22 @@
  * Conventions, said once for the whole interface:
  *
  *  1. Home folder. $HOME when it is an absolute path, else the user's entry in the password
- * database; read once, at load. Changing $HOME later changes nothing.
+ *     database; read once, at load. Changing $HOME later changes nothing.
  *  2. Results are plain integers or handles. 0 or null means failure, a bad position or "nothing";
- *     the only other failure is the -1 of AgentInitializer. No exception leaves the library.
+ *     AgentInitializer and AppendRingtone, which answer 0 when all went well, state theirs. No
+ *     exception leaves the library.
  *  3. When the library file cannot be used, loading still succeeds, one line goes to the system log
  *     (standard error), and every query answers 0 or null.
  *  4. Playlist handles are pointers into the library's own data. They are never released by the
- * host, stay valid until the library is unloaded, and must not be used after that. Artwork handles
- * are the host's, from the function that opens them to CloseArtwork. A null handle is allowed
- * wherever a handle is taken, and answers like a bad position.
+ *     host, stay valid until the library is unloaded, and must not be used after that. Artwork
+ *     handles are the host's, from the function that opens them to CloseArtwork. A null handle is
+ *     allowed wherever a handle is taken, and answers like a bad position.
  *  5. Positions count from 0. A negative position, or one at or past the end, is a bad position.
  *  6. Texts are NUL-terminated UTF-8, copied into buffers that the host owns. Sizes are in bytes
- * and count the terminator. The library never truncates: ask for the size first, with null text
+ *     and count the terminator. The library never truncates: ask for the size first, with null text
  *     pointers, then call again with buffers of that size. A size is that of the text as the
- * library file writes it; the decoded text that is copied may be shorter ("AC&#38;DC" has size 10
- * and delivers "AC&DC").
+ *     library file writes it; the decoded text that is copied may be shorter ("AC&#38;DC" has size
+ *     10 and delivers "AC&DC").
  *  7. Text pointers of one call must not overlap, neither each other nor the record they stand in.
  *  8. Threads. All calls are expected from one thread at a time; nothing is locked.
  *  9. Records are laid out with the platform's natural alignment. Integers are signed 32-bit.
@@ -120,7 +121,7 @@ TAVREL_API int32_t ClosePlaylist(PlaylistRecord* playlist) TAVREL_NOEXCEPT;
  * buffer:     room for `bufferSize` bytes, owned by the caller; null asks for the size only.
  * bufferSize: in bytes. When it is below the name's size nothing is written.
  * Result:     the name's size in bytes, terminator included; 0 for a bad position, or for a
- * playlist without a name (whose buffer, if it has room, receives an empty text). */
+ *             playlist without a name (whose buffer, if it has room, receives an empty text). */
 TAVREL_API int32_t GetPlaylistName(int32_t groupIndex, int32_t index, char* buffer,
                                    int32_t bufferSize) TAVREL_NOEXCEPT;
 
@@ -138,8 +139,9 @@ TAVREL_API int32_t GetSongCount(const PlaylistRecord* playlist) TAVREL_NOEXCEPT;
  *         copied when its pointer is not null and the song has that text. The size fields are not
  *         read: a buffer must have room for the size that an earlier call reported.
  * Result: sizeof(SongInfo) plus the five sizes, in bytes; 0, with nothing written, for a null
- * argument or a bad position. Cost:   the first request for a track reads its properties from the
- * library file's text; every later one, through any playlist, is five copies. */
+ *         argument or a bad position.
+ * Cost:   the first request for a track reads its properties from the library file's text; every
+ *         later one, through any playlist, is five copies. */
 TAVREL_API int32_t GetSongInfo(PlaylistRecord* playlist, int32_t index,
                                SongInfo* info) TAVREL_NOEXCEPT;
 
