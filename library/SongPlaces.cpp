@@ -13,8 +13,7 @@ namespace {
 using IdAndTrack = std::uint64_t;
 
 constexpr IdAndTrack Join(std::int32_t trackId, std::size_t track) noexcept {
-  constexpr std::uint32_t kSign = std::uint32_t{1} << 31;  // brings negative IDs to the front
-  return std::uint64_t{static_cast<std::uint32_t>(trackId) ^ kSign} << 32 | track;
+  return std::uint64_t{static_cast<std::uint32_t>(trackId)} << 32 | track;
 }
 
 constexpr std::size_t TrackOf(IdAndTrack pair) noexcept {
@@ -27,14 +26,12 @@ constexpr bool HaveSameId(IdAndTrack a, IdAndTrack b) noexcept {
 
 // Puts the places of all songs of the playlists to the first track of their Track ID.
 void FindPlaces(std::span<const IdAndTrack> sorted, SongPlace* places) noexcept {
-  const PlaylistRecord* ringtones = RingtonePlaylist();
   for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {
     const PlaylistGroup& group = *g_pGlobal->groups[g];
     for (PlaylistRecord* playlist :
          std::span(group.playlists, static_cast<std::size_t>(group.count))) {
       for (std::int32_t i = 0; i < playlist->count; ++i) {
         const std::int32_t trackId = playlist->tracks[i]->trackId;
-        if (trackId == 0 && playlist == ringtones) continue;
         const auto found = std::lower_bound(sorted.begin(), sorted.end(), Join(trackId, 0));
         if (found == sorted.end() || !HaveSameId(*found, Join(trackId, 0))) continue;
         SongPlace& place = places[TrackOf(*found)];
@@ -70,8 +67,8 @@ bool SongPlaces::Renew(std::span<const std::int32_t> trackIds) noexcept {
   return true;
 }
 
-// Ringtones have the Track ID 0 and come and go: their playlist, the last of the first group, is
-// looked at each time that it may decide.
+// Ringtones have the Track ID 0, and one may have joined its playlist, the last of the first group,
+// since the places were found.
 SongPlace SongPlaces::Find(std::span<const std::int32_t> trackIds, std::size_t track) noexcept {
   SongPlace place = {};
   const bool isCurrent = places_ != nullptr && changes_ == Private().playlistChanges;

@@ -120,6 +120,13 @@ TEST(SongPlaces, ARingtoneImportedByTheCallbackCountsFromThenOn) {
   EXPECT_EQ(GetSongCount(OpenPlaylist(0, 0)), 2) << "one for each search";
 }
 
+PlaylistGroup** abandonedGroups = nullptr;  // stay allocated when they are made anew
+
+std::int32_t MakePlaylistsAnew() {
+  abandonedGroups = g_pGlobal->groups;
+  return CreatePlaylistArray();
+}
+
 TEST(SongPlaces, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   const auto tracks = Numbered({0, 1, 2, 3, 4});
   const std::vector<Playlist> playlists = {{4, {0}}, {0, {4, 3, 2, 1, 0}}};
@@ -139,6 +146,14 @@ TEST(SongPlaces, PlaylistsThatTheCallbackChangesCountFromThenOn) {
       [](std::size_t) { return CreateTrackArray() + 1; }};
   for (const InCallback& change : changes) {
     const SongLibrary library(tracks, playlists, {"Bell.m4r"});
+    CheckAgainstPlainScan(tracks, change);
+  }
+  const std::vector<InCallback> changesWithoutRingtones = {
+      [](std::size_t) { return DestroyPlaylistArray() + 1; },
+      [](std::size_t) { return MakePlaylistsAnew() + 1; }};
+  for (const InCallback& change : changesWithoutRingtones) {
+    const SongLibrary library(tracks, playlists);
+    DestroyRingtoneArray();
     CheckAgainstPlainScan(tracks, change);
   }
 }
