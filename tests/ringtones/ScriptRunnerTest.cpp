@@ -201,7 +201,7 @@ TEST(RunScript, TheRunnerHasDefaultSignalActionsAndNoneBlocked) {
   sigset_t former;
   sigemptyset(&blocked);
   for (const int number : {SIGINT, SIGUSR1, SIGCHLD, SIGRTMIN + 1}) sigaddset(&blocked, number);
-  sigprocmask(SIG_BLOCK, &blocked, &former);
+  sigprocmask(SIG_SETMASK, &blocked, &former);
   const std::string report = Report();
   sigset_t after;
   sigprocmask(SIG_SETMASK, &former, &after);
@@ -209,7 +209,6 @@ TEST(RunScript, TheRunnerHasDefaultSignalActionsAndNoneBlocked) {
 
   // The host's own state is as it was.
   for (int number = 1; number < NSIG; ++number) {
-    if (sigismember(&former, number) == 1) continue;
     EXPECT_EQ(sigismember(&after, number), sigismember(&blocked, number)) << number;
   }
   for (const int number : ignored) EXPECT_EQ(signal(number, SIG_DFL), SIG_IGN) << number;
