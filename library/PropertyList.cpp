@@ -1,5 +1,6 @@
 #include "library/PropertyList.h"
 
+#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
@@ -44,7 +45,11 @@ char* PathCopy(const char* url, std::int32_t& length) noexcept {
 std::int32_t ReadSongProp(const TBXMLElement* dict, const char* key, char** text,
                           std::int32_t* value, std::int32_t flags) noexcept {
   if (key == nullptr || value == nullptr) return 0;
-  const TBXMLElement* element = tavrel::FindValue(dict, key);
+  return tavrel::ReadValue(tavrel::FindValue(dict, key), text, value, flags);
+}
+
+std::int32_t tavrel::ReadValue(const TBXMLElement* element, char** text, std::int32_t* value,
+                               std::int32_t flags) noexcept {
   if (element == nullptr) return 0;
 
   // Before the flags: a boolean never yields a text, but it does set the size of one. Kept.
@@ -96,4 +101,19 @@ const TBXMLElement* tavrel::FindValue(const TBXMLElement* dict, const char* key)
     keyElement = valueElement->nextSibling;
   }
   return nullptr;
+}
+
+void tavrel::FindValues(const TBXMLElement* dict, std::span<const char* const> keys,
+                        const TBXMLElement** values) noexcept {
+  std::fill_n(values, keys.size(), nullptr);
+  const TBXMLElement* keyElement = dict == nullptr ? nullptr : dict->firstChild;
+  while (keyElement != nullptr && keyElement->nextSibling != nullptr) {
+    const TBXMLElement* valueElement = keyElement->nextSibling;
+    const char* text = keyElement->text;
+    for (std::size_t i = 0; text != nullptr && i < keys.size(); ++i) {
+      if (text[0] != keys[i][0] || values[i] != nullptr) continue;
+      if (std::strcmp(text, keys[i]) == 0) values[i] = valueElement;
+    }
+    keyElement = valueElement->nextSibling;
+  }
 }

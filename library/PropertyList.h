@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
@@ -35,6 +36,15 @@ namespace tavrel {
 // The value element of the first pair whose key is exactly `key`; none when there is no such pair,
 // or no value behind the key, or no dictionary.
 [[nodiscard]] const TBXMLElement* FindValue(const TBXMLElement* dict, const char* key) noexcept;
+
+// The value elements of several keys in one walk; each as FindValue() gives it.
+// values: room for as many elements as there are keys.
+void FindValues(const TBXMLElement* dict, std::span<const char* const> keys,
+                const TBXMLElement** values) noexcept;
+
+// What ReadSongProp() does once the value element is found, which may be none.
+std::int32_t ReadValue(const TBXMLElement* element, char** text, std::int32_t* value,
+                       std::int32_t flags) noexcept;
 
 // The value element of a dictionary's first pair, whatever its key; none when `dict` is none or
 // empty.

@@ -1,5 +1,6 @@
 #include "library/TrackTable.h"
 
+#include <iterator>
 #include <span>
 
 #include "library/GrowingTable.h"
@@ -57,10 +58,10 @@ void ReadTracks(const TBXMLElement* trackDictionary) noexcept {
   }
 }
 
-void ReadPersistentId(const TBXMLElement* dict, const char* key, std::uint8_t* bytes) noexcept {
+void ReadPersistentId(const TBXMLElement* value, std::uint8_t* bytes) noexcept {
   char* text = nullptr;
   std::int32_t size = 0;
-  ReadSongProp(dict, key, &text, &size, SONGPROP_TEXT);
+  tavrel::ReadValue(value, &text, &size, SONGPROP_TEXT);
   PersistentId2Buf(text, bytes);
   tavrel::platform::Release(text);
 }
@@ -83,19 +84,25 @@ std::int32_t tavrel::TrackIdOf(const TBXMLElement* trackDict) noexcept {
   return value == nullptr || value->text == nullptr ? 0 : ReadDecimal(value->text);
 }
 
+// The keys are found in one walk, and their values then read in the order of the record.
 void tavrel::LoadTrackProperties(TrackRecord& track) noexcept {
-  const TBXMLElement* dict = track.pendingDict;
+  static constexpr const char* kKeys[] = {"Name",         "Location",     "Artist",     "Album",
+                                          "Genre",        "Total Time",   "Play Count", "Movie",
+                                          "Track Number", "Persistent ID"};
+  const TBXMLElement* values[std::size(kKeys)];
+  FindValues(track.pendingDict, kKeys, values);
+  const TBXMLElement* const* value = values;
   SongInfo& info = track.info;
-  ReadSongProp(dict, "Name", &info.name, &info.nameSize, SONGPROP_TEXT);
-  ReadSongProp(dict, "Location", &info.location, &info.locationSize, SONGPROP_TEXT | SONGPROP_URL);
-  ReadSongProp(dict, "Artist", &info.artist, &info.artistSize, SONGPROP_TEXT);
-  ReadSongProp(dict, "Album", &info.album, &info.albumSize, SONGPROP_TEXT);
-  ReadSongProp(dict, "Genre", &info.genre, &info.genreSize, SONGPROP_TEXT);
-  ReadSongProp(dict, "Total Time", nullptr, &info.totalTime, 0);
-  ReadSongProp(dict, "Play Count", nullptr, &info.playCount, 0);
-  ReadSongProp(dict, "Movie", nullptr, &info.movie, 0);
-  ReadSongProp(dict, "Track Number", nullptr, &info.trackNumber, 0);
-  ReadPersistentId(dict, "Persistent ID", track.persistentId);
+  ReadValue(*value++, &info.name, &info.nameSize, SONGPROP_TEXT);
+  ReadValue(*value++, &info.location, &info.locationSize, SONGPROP_TEXT | SONGPROP_URL);
+  ReadValue(*value++, &info.artist, &info.artistSize, SONGPROP_TEXT);
+  ReadValue(*value++, &info.album, &info.albumSize, SONGPROP_TEXT);
+  ReadValue(*value++, &info.genre, &info.genreSize, SONGPROP_TEXT);
+  ReadValue(*value++, nullptr, &info.totalTime, 0);
+  ReadValue(*value++, nullptr, &info.playCount, 0);
+  ReadValue(*value++, nullptr, &info.movie, 0);
+  ReadValue(*value++, nullptr, &info.trackNumber, 0);
+  ReadPersistentId(*value, track.persistentId);
   track.pendingDict = nullptr;
 }
 
@@ -103,7 +110,7 @@ std::int32_t CreateTrackArray() noexcept {
   const TBXMLElement* tracks = tavrel::TrackDictionary();
   if (tracks == nullptr) return 0;
   ReadTracks(tracks);
-  ReadPersistentId(tavrel::TopLevelDictionary(), "Library Persistent ID",
+  ReadPersistentId(tavrel::FindValue(tavrel::TopLevelDictionary(), "Library Persistent ID"),
                    g_pGlobal->libraryPersistentId);
   return 0;
 }
