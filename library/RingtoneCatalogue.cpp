@@ -118,7 +118,6 @@ std::int32_t CreateRingtoneArray() noexcept {
   DestroyRingtoneArray();  // there is one such playlist at the most, and it is the last
   // Before the folder is looked at: the playlist stands there even when the folder is missing.
   PlaylistRecord* playlist = AppendPlaylistTo(*group);
-  ++Private().playlistChanges;
   Private().ringtones = playlist;
   const char* home = Private().home;
   if (playlist == nullptr || home == nullptr) return 0;

@@ -158,6 +158,22 @@ TEST(SongPlaces, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   }
 }
 
+TEST(SongPlaces, TheRingtonePlaylistMayComeAndGo) {
+  const auto tracks = Numbered({0, 0, 0, 0, 1, 2});
+  const std::vector<Playlist> playlists = {{4, {1}}, {0, {2, 1, 0}}};
+  const std::vector<InCallback> changes = {
+      [](std::size_t) { return DestroyRingtoneArray() + 1; },
+      [](std::size_t) { return CreateRingtoneArray() + 1; },
+      [](std::size_t) { return DestroyRingtoneArray() + CreateRingtoneArray() + 1; }};
+  for (const InCallback& change : changes) {
+    for (const bool atFirst : {true, false}) {
+      const SongLibrary library(tracks, playlists, {"Bell.m4r"});
+      if (!atFirst) DestroyRingtoneArray();
+      CheckAgainstPlainScan(tracks, change);
+    }
+  }
+}
+
 TEST(SongPlaces, ACallbackMaySearchItself) {
   const auto tracks = Numbered({1, 2, 3});
   const SongLibrary library(tracks, {{0, {3, 1, 2}}});
