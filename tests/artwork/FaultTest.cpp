@@ -1,28 +1,12 @@
 // Every allocation fails once, and from there on all of them: nothing crashes, nothing is lost,
 // nothing stays open. AddressSanitizer sees the rest.
-#include <cstdlib>
-#include <new>
+#include <algorithm>
 
 #include "agent/Implementations.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
+#include "fault/FailingNew.h"
 #include "platform/Memory.h"
-
-// operator new takes part.
-void* operator new(std::size_t bytes, const std::nothrow_t&) noexcept {
-  return tavrel::platform::AllocationAllowed() ? std::malloc(bytes == 0 ? 1 : bytes) : nullptr;
-}
-void* operator new(std::size_t bytes) {
-  void* block = operator new(bytes, std::nothrow);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
 
 namespace tavrel::test {
 namespace {
@@ -37,7 +21,10 @@ void FailEach(Body body) {
     for (;; ++n) {
       const std::size_t open = OpenDescriptors();
       faults::FailAfter(n, once);
-      body();
+      {
+        const InsideLibrary inside;
+        body();
+      }
       const bool reached = faults::Asked() > n;
       faults::Stop();
       EXPECT_EQ(OpenDescriptors(), open) << n;
@@ -83,6 +70,7 @@ TEST(ArtworkFaults, OpeningASongsArtwork) {
       const std::size_t open = OpenDescriptors();
       faults::FailAfter(n, once);
       for (int song = 0; song < 40; song += 13) {
+        const InsideLibrary inside;
         ArtworkHandle* handle = OpenArtwork(OpenAllSongs(), song);
         found = handle != nullptr;
         CloseArtwork(handle);

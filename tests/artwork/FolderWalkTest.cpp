@@ -61,9 +61,13 @@ TEST(FolderWalk, FolderThatCannotBeReadIsListedAndSurvived) {
   ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
   ASSERT_EQ(chmod(folder.PathOf("closed").c_str(), 0), 0);
   const uid_t user = geteuid();
-  if (user == 0) ASSERT_EQ(seteuid(65534), 0);  // root may read every folder
+  if (user == 0) {
+    ASSERT_EQ(seteuid(65534), 0);  // root may read every folder
+  }
   const Paths paths = Walk(folder.path());
-  if (user == 0) ASSERT_EQ(seteuid(user), 0);
+  if (user == 0) {
+    ASSERT_EQ(seteuid(user), 0);
+  }
   chmod(folder.PathOf("closed").c_str(), 0700);
   EXPECT_EQ(paths, (Paths{"a", "a/file", "closed", "z"}));
 }
