@@ -13,7 +13,9 @@ target_compile_options(tavrel_options INTERFACE
 
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel_options INTERFACE
-    -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
+    # These two need a C++ runtime, which hosts in C do not have.
+    $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function,vptr>)
   target_link_options(tavrel_options INTERFACE -fsanitize=${TAVREL_SANITIZE})
 endif()
 if(TAVREL_COVERAGE)

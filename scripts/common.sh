@@ -36,9 +36,17 @@ binutils nm
 LIST
 }
 
-# A sign is a header file or a command.
+# Clang's sanitizers stand in a package of their own, named after its version. Asked once Clang is there.
+sanitizer_needs() {
+  local version
+  version=$(clang++ --version | sed -n 's/.*clang version \([0-9]*\).*/\1/p')
+  echo "libclang-rt-$version-dev sanitizer"
+}
+
+# A sign is a header file, a command, or "sanitizer".
 has() {
   case $1 in
+    sanitizer) echo 'int main() {}' | clang++ -x c++ - -fsanitize=address,undefined -o /dev/null 2>/dev/null ;;
     *.h|*.hpp) [ -e "/usr/include/$1" ] || [ -e "/usr/local/include/$1" ] || [ -e "/opt/homebrew/include/$1" ] ;;
     *) command -v "$1" >/dev/null 2>&1 ;;
   esac
