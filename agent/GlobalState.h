@@ -63,13 +63,16 @@ struct PrivateState {
   PlaylistRecord* allSongs;    // what OpenAllSongs() gives, made on first use among the tracks
   ArtworkIndex* artworkIndex;  // owned; none before the first search
   bool artworkDestroyed;
-  SearchIndex* searchIndex;       // made by the first search
-  std::uint32_t playlistChanges;  // counts the calls that may have changed the playlists
+  SearchIndex* searchIndex;  // made by the first search
 };
 
 // The private half of `g_pGlobal`, which must be set.
 [[nodiscard]] inline PrivateState& Private() noexcept {
   return *reinterpret_cast<PrivateState*>(g_pGlobal);
 }
+
+// Counts the calls that may have changed the playlists. Not behind the global record: such a call
+// can be given a playlist, elements and a global record that are all the caller's own.
+extern constinit std::uint32_t playlistChanges;
 
 }  // namespace tavrel

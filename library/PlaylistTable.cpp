@@ -17,6 +17,8 @@ using tavrel::TrackLookup;
 const std::int32_t arrLibraryKind[7] = {4, 2, 3, 10, 31, 5, 19};
 const std::int32_t arrGeniusKind[1] = {26};
 
+constinit std::uint32_t tavrel::playlistChanges = 0;
+
 namespace {
 
 template <class Record>
@@ -118,7 +120,7 @@ void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
 
 std::int32_t CreatePlaylistArray() noexcept {
   if (g_pGlobal == nullptr) return 0;
-  ++tavrel::Private().playlistChanges;
+  ++tavrel::playlistChanges;
   if (!CreateGroups(*g_pGlobal)) return 0;
   const TBXMLElement* top = tavrel::TopLevelDictionary();
   const TBXMLElement* playlists = top == nullptr ? nullptr : TBXML::childElementNamed("array", top);
@@ -129,7 +131,7 @@ std::int32_t CreatePlaylistArray() noexcept {
 std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
                                  const TBXMLElement* playlistDict) noexcept {
   if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
-  ++tavrel::Private().playlistChanges;
+  ++tavrel::playlistChanges;
   ReadItems(*playlist, playlistDict, TrackLookup(*g_pGlobal));
   return 0;
 }
@@ -137,7 +139,7 @@ std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
 // Names and the groups' arrays go to the pool, which gives them back when it is drained at unload.
 std::int32_t DestroyPlaylistArray() noexcept {
   if (g_pGlobal == nullptr || g_pGlobal->groups == nullptr) return 0;
-  ++tavrel::Private().playlistChanges;
+  ++tavrel::playlistChanges;
   DestroyRingtoneArray();  // its songs and its name are not the table's; at unload it has gone
   platform::ReleasePool& pool = *g_pGlobal->pool;
   for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {

@@ -129,7 +129,7 @@ std::int32_t CreateRingtoneArray() noexcept {
 std::int32_t DestroyRingtoneArray() noexcept {
   PlaylistRecord* playlist = tavrel::RingtonePlaylist();
   if (playlist == nullptr) return 0;
-  ++Private().playlistChanges;
+  ++tavrel::playlistChanges;
   Private().ringtones = nullptr;
   --FirstGroup()->count;
   for (std::int32_t i = 0; i < playlist->count; ++i) {

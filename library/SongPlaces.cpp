@@ -53,7 +53,7 @@ bool SongPlaces::Renew(std::span<const std::int32_t> trackIds) noexcept {
     return false;
   }
   places_ = reinterpret_cast<SongPlace*>(block_.address);
-  changes_ = Private().playlistChanges;
+  changes_ = playlistChanges;
 
   const std::span sorted(reinterpret_cast<IdAndTrack*>(pairs.address), trackIds.size());
   for (std::size_t i = 0; i < sorted.size(); ++i) sorted[i] = Join(trackIds[i], i);
@@ -71,7 +71,7 @@ bool SongPlaces::Renew(std::span<const std::int32_t> trackIds) noexcept {
 // since the places were found.
 SongPlace SongPlaces::Find(std::span<const std::int32_t> trackIds, std::size_t track) noexcept {
   SongPlace place = {};
-  const bool isCurrent = places_ != nullptr && changes_ == Private().playlistChanges;
+  const bool isCurrent = places_ != nullptr && changes_ == playlistChanges;
   if (!isCurrent && !Renew(trackIds)) {
     place.playlist = GetPlaylistByTrackId(trackIds[track], &place.position);
     return place;

@@ -32,7 +32,7 @@ class SongPlaces {
 
   platform::ZeroedBlock block_;
   SongPlace* places_;      // for each track; none: not known
-  std::uint32_t changes_;  // PrivateState::playlistChanges when they were found
+  std::uint32_t changes_;  // playlistChanges when they were found
 };
 
 }  // namespace tavrel

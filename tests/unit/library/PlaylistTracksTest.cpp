@@ -20,11 +20,13 @@ namespace {
 class PlaylistTracks : public testing::Test {
  protected:
   PlaylistTracks() {
-    g_pGlobal = &state_;
     std::memset(guarded_.behind, 0x5A, sizeof guarded_.behind);
+    std::memset(global_.behind, 0x5A, sizeof global_.behind);
+    g_pGlobal = &global_.state;
   }
   ~PlaylistTracks() override {
     g_pGlobal = nullptr;
+    EXPECT_THAT(global_.behind, Each(0x5A)) << "written behind the global record";
     std::free(guarded_.playlist.tracks);
   }
 
@@ -35,8 +37,8 @@ class PlaylistTracks : public testing::Test {
       records_[i].trackId = ids[i];
       table_.push_back(&records_[i]);
     }
-    state_.tracks = table_.data();
-    state_.trackCount = state_.trackCapacity = static_cast<std::int32_t>(ids.size());
+    global_.state.tracks = table_.data();
+    global_.state.trackCount = global_.state.trackCapacity = static_cast<std::int32_t>(ids.size());
   }
 
   // Appends the tracks of a playlist dictionary that is written as XML.
@@ -68,7 +70,10 @@ class PlaylistTracks : public testing::Test {
   } guarded_;
 
  private:
-  GlobalState state_ = {};
+  struct {
+    GlobalState state = {};
+    unsigned char behind[256];
+  } global_;
   std::vector<TrackRecord> records_;
   std::vector<TrackRecord*> table_;
 };
