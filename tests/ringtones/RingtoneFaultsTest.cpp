@@ -1,86 +1,60 @@
-// Every allocation fails once, and from there on all of them: nothing crashes, nothing is lost, and
-// what stays is whole. AddressSanitizer sees the rest.
-#include <gmock/gmock.h>
+// Ringtones while every allocation fails in turn: what stays is whole, and nothing is lost.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <set>
 
 #include "agent/Implementations.h"
+#include "fault/FailingNew.h"
 #include "library/RingtoneCatalogue.h"
-#include "platform/Memory.h"
 #include "ringtones/RingtoneScene.h"
 #include "system/CapturedStderr.h"
 
-namespace tavrel {
+namespace tavrel::test {
 namespace {
 
-namespace faults = platform::faults;
+// Longer than what a string holds without an allocation.
+constexpr const char* kPath = "/a/path/that/is/longer/than/a/short/string/My.Tone.m4r";
 
-// Runs `body` with the n-th allocation failing, for every n, until none fails any more.
-template <class Body>
-void FailEach(bool once, Body body) {
-  std::int64_t failures = 0;
-  for (bool hasFailed = true; hasFailed; ++failures) {
-    ASSERT_LT(failures, 5000);
-    faults::FailAfter(failures, once);
-    body();
-    hasFailed = faults::Asked() > failures;
-    faults::Stop();
-  }
-  EXPECT_GT(failures, 10);
+bool IsWhole(const PlaylistRecord& ringtones) {
+  return std::all_of(ringtones.tracks, ringtones.tracks + ringtones.count,
+                     [](const TrackRecord* ringtone) {
+                       return ringtone->info.name != nullptr && ringtone->info.location != nullptr;
+                     });
 }
 
-bool IsWhole(const TrackRecord* ringtone) {
-  return ringtone->info.name != nullptr && ringtone->info.location != nullptr;
-}
-
-class RingtoneFaults : public testing::TestWithParam<bool> {};
-
-TEST_P(RingtoneFaults, ALoadKeepsWhatIsWhole) {
-  test::RingtoneScene scene;
+TEST(RingtoneFaults, ALoadKeepsTheRingtonesThatAreWhole) {
+  const RingtoneScene scene;
   for (int i = 0; i < 40; ++i) scene.Put(std::to_string(i) + ".m4r");
-  const test::CapturedStderr log;
-  bool isWhole = true;
+  const CapturedStderr log;
   std::int32_t most = 0;
-  FailEach(GetParam(), [&] {
-    AgentInitializer();
-    const PlaylistRecord* ringtones = RingtonePlaylist();
-    for (std::int32_t i = 0; i < GetSongCount(ringtones); ++i) {
-      isWhole = isWhole && IsWhole(ringtones->tracks[i]);
+  WithEachAllocationFailing(120, [&] {
+    Inside(AgentInitializer);
+    if (const PlaylistRecord* ringtones = RingtonePlaylist()) {
+      EXPECT_TRUE(IsWhole(*ringtones));
+      most = std::max(most, ringtones->count);
     }
-    most = std::max(most, GetSongCount(ringtones));
-    AgentFinalizer();
+    Inside(AgentFinalizer);
   });
-  EXPECT_TRUE(isWhole);
   EXPECT_EQ(most, 40);
 }
 
-TEST_P(RingtoneFaults, AnImportListsTheFileOnlyWhenItAnswersZero) {
-  test::RingtoneScene scene;
+TEST(RingtoneFaults, AnImportListsTheFileOnlyWhenItAnswersZero) {
+  const RingtoneScene scene;
   for (int i = 0; i < 32; ++i) scene.Put(std::to_string(i) + ".m4r");
-  scene.Load();
-  const test::StandInRunner runner("exit 0");
-  const test::CapturedStderr log;
-  std::set<std::int32_t> answers;
-  FailEach(GetParam(), [&] {
-    const PlaylistRecord* ringtones = RingtonePlaylist();
-    const std::int32_t before = ringtones->count;
-    const std::int32_t answer =
-        AppendRingtone("/a/path/that/is/too/long/to/stand/inside/a/string/itself/My.Tone.m4r");
-    const std::int32_t added = ringtones->count - before;
-    faults::Stop();
-    answers.insert(answer);
-    EXPECT_EQ(added, answer == 0 ? 1 : 0);
-    EXPECT_TRUE(IsWhole(ringtones->tracks[ringtones->count - 1]));
+  const StandInRunner runner("exit 0");
+  const CapturedStderr log;
+  bool seen[3] = {};
+  WithEachAllocationFailing(6, AgentInitializer, [&] {
+    const std::int32_t answer = Inside([] { return AppendRingtone(kPath); });
+    platform::faults::Stop();
+    const PlaylistRecord& ringtones = *RingtonePlaylist();
+    EXPECT_EQ(ringtones.count, answer == 0 ? 33 : 32);
+    EXPECT_TRUE(IsWhole(ringtones));
+    seen[answer + 1] = true;
+    AgentFinalizer();
   });
-  EXPECT_THAT(answers, testing::ElementsAre(-1, 0, 1));
+  EXPECT_TRUE(seen[0] && seen[1] && seen[2]) << "not every answer was reached";
 }
 
-INSTANTIATE_TEST_SUITE_P(Memory, RingtoneFaults, testing::Values(true, false),
-                         [](const testing::TestParamInfo<bool>& once) {
-                           return once.param ? "FailsOnce" : "FailsFromThenOn";
-                         });
-
 }  // namespace
-}  // namespace tavrel
+}  // namespace tavrel::test
