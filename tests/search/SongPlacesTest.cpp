@@ -120,10 +120,12 @@ TEST(SongPlaces, ARingtoneImportedByTheCallbackCountsFromThenOn) {
   EXPECT_EQ(GetSongCount(OpenPlaylist(0, 0)), 2) << "one for each search";
 }
 
-PlaylistGroup** abandonedGroups = nullptr;  // stay allocated when they are made anew
+// Groups stay allocated when they are made anew. What is remembered here does not count as a leak.
+std::vector<PlaylistGroup**>* abandonedGroups = nullptr;
 
 std::int32_t MakePlaylistsAnew() {
-  abandonedGroups = g_pGlobal->groups;
+  if (abandonedGroups == nullptr) abandonedGroups = new std::vector<PlaylistGroup**>;
+  abandonedGroups->push_back(g_pGlobal->groups);
   return CreatePlaylistArray();
 }
 
