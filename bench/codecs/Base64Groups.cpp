@@ -1,0 +1,186 @@
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "bench/Random.h"
+#include "bench/codecs/CodecGroups.h"
+#include "bench/codecs/Peers.h"
+#include "codecs/Base64.h"
+#include "codecs/Base64Coding.h"
+
+namespace tavrel::bench {
+namespace {
+
+using platform::ByteBuffer;
+
+// The input of all of it, and a place for output that is resident as they are.
+struct Material {
+  Resident bytes;
+  Resident text;   // without line breaks
+  Resident lines;  // of 76 characters
+  Resident output;
+
+  [[nodiscard]] std::string_view Bytes() const { return {bytes.data(), bytes.size()}; }
+  [[nodiscard]] std::string_view Text() const { return {text.data(), text.size()}; }
+  [[nodiscard]] std::string_view Lines() const { return {lines.data(), lines.size()}; }
+};
+
+void Fill(const Resident& bytes) {
+  Random random(1);
+  for (std::size_t at = 0; at + 8 <= bytes.size(); at += 8) {
+    const std::uint64_t value = random.Next();
+    std::memcpy(bytes.data() + at, &value, sizeof value);
+  }
+}
+
+void Encode(const Material& material, Base64Path path) {
+  const std::size_t taken =
+      BlocksOf(path).encode(reinterpret_cast<const std::uint8_t*>(material.bytes.data()),
+                            material.bytes.size(), material.output.data());
+  Require(taken == material.bytes.size(), "encoding stopped early");
+}
+
+void Decode(const Material& material, std::string_view text, Base64Path path) {
+  auto* output = reinterpret_cast<std::uint8_t*>(material.output.data());
+  Require(DecodeBase64Into(output, text, path).has_value(), "decoding stopped early");
+}
+
+// Whether the output is what is expected; it is cleared for the next check.
+void RequireOutput(const Material& material, std::string_view expected, const char* what) {
+  char* output = material.output.data();
+  Require(std::memcmp(output, expected.data(), expected.size()) == 0, what);
+  std::memset(output, 0, expected.size());
+}
+
+void Check(const Material& material) {
+  for (const Base64Path path : {Base64Path::kPortable, BestBase64Path()}) {
+    Encode(material, path);
+    RequireOutput(material, material.Text(), "encoding went wrong");
+    Decode(material, material.Text(), path);
+    RequireOutput(material, material.Bytes(), "decoding went wrong");
+    Decode(material, material.Lines(), path);
+    RequireOutput(material, material.Bytes(), "decoding lines went wrong");
+  }
+  if (!HasOpenSsl()) return;
+  EncodeWithOpenSsl(material.Bytes(), material.output.data());
+  RequireOutput(material, material.Text(), "OpenSSL encodes otherwise");
+  DecodeWithOpenSsl(material.Text(), material.output.data());
+  RequireOutput(material, material.Bytes(), "OpenSSL decodes otherwise");
+  DecodeLinesWithOpenSsl(material.Lines(), material.output.data());
+  RequireOutput(material, material.Bytes(), "OpenSSL decodes lines otherwise");
+}
+
+void AddCopy(Group& group, const Material& material, std::string_view from) {
+  group.Add("memcpy of the input",
+            [&material, from] { std::memcpy(material.output.data(), from.data(), from.size()); });
+}
+
+void MeasureEncoding(const Material& material, std::uint32_t rounds, std::vector<Target>& targets) {
+  Group group("base64, encoding into resident memory", material.bytes.size());
+  group.Add("ours", [&] { Encode(material, BestBase64Path()); });
+  group.Add("ours, portable", [&] { Encode(material, Base64Path::kPortable); });
+  if (HasOpenSsl()) {
+    group.Add("EVP_EncodeBlock",
+              [&] { EncodeWithOpenSsl(material.Bytes(), material.output.data()); });
+  }
+  AddCopy(group, material, material.Bytes());
+  group.Measure(rounds, 0);
+  if (HasOpenSsl()) {
+    targets.push_back({"encoding: EVP_EncodeBlock / ours", group.RatioTo("EVP_EncodeBlock"), 4, 6});
+  }
+}
+
+using DecodePeer = void (*)(std::string_view, char*);
+
+Group MeasureDecoding(const Material& material, std::string_view text, std::string name,
+                      const char* peerName, DecodePeer peer, std::uint32_t rounds) {
+  Group group("base64, decoding " + std::move(name) + " into resident memory", text.size());
+  group.Add("ours", [&material, text] { Decode(material, text, BestBase64Path()); });
+  group.Add("ours, portable", [&material, text] { Decode(material, text, Base64Path::kPortable); });
+  group.Add("ours, by the rules alone",
+            [&material, text] { Decode(material, text, Base64Path::kPlain); });
+  if (HasOpenSsl() && peer != nullptr) {
+    group.Add(peerName, [&material, text, peer] { peer(text, material.output.data()); });
+  }
+  AddCopy(group, material, text);
+  group.Measure(rounds, 0);
+  return group;
+}
+
+// The operations as they are called, each into memory that it takes from the system and gives back.
+void MeasureFresh(const std::string& name, std::string_view input, std::size_t room,
+                  std::function<void()> ours, DecodePeer peer, std::uint32_t rounds) {
+  const auto intoFresh = [room](const std::function<void(char*)>& work) {
+    const std::unique_ptr<char, void (*)(void*)> output(static_cast<char*>(std::malloc(room)),
+                                                        std::free);
+    Require(output != nullptr, "there is not enough memory");
+    work(output.get());
+  };
+  Group group(name + ", with fresh memory for the result", input.size());
+  group.Add("ours", std::move(ours));
+  if (HasOpenSsl()) {
+    group.Add("EVP into malloc()", [=] { intoFresh([=](char* output) { peer(input, output); }); });
+  }
+  group.Add("memcpy into malloc()", [=] {
+    intoFresh(
+        [=](char* output) { std::memcpy(output, input.data(), std::min(input.size(), room)); });
+  });
+  group.Measure(rounds, 2 * room);
+}
+
+}  // namespace
+
+std::vector<Target> MeasureBase64(std::size_t size, std::uint32_t rounds) {
+  size = size / 57 * 57;  // whole lines: OpenSSL's functions count padding as bytes
+  const std::size_t textSize = size / 3 * 4;
+  const Material material{Resident(size), Resident(textSize), Resident(textSize + size / 57),
+                          Resident(textSize + size / 57 + 64)};
+  Fill(material.bytes);
+  const std::string text = EncodeBase64(material.Bytes(), 0, Base64Path::kPlain);
+  const std::string lines = EncodeBase64(material.Bytes(), 76, Base64Path::kPlain);
+  std::memcpy(material.text.data(), text.data(), text.size());
+  std::memcpy(material.lines.data(), lines.data(), lines.size());
+  Check(material);
+
+  std::vector<Target> targets;
+  MeasureEncoding(material, rounds, targets);
+  const Group clean = MeasureDecoding(material, material.Text(), "clean text", "EVP_DecodeBlock",
+                                      DecodeWithOpenSsl, rounds);
+  const Group broken = MeasureDecoding(material, material.Lines(), "lines of 76",
+                                       "EVP_DecodeUpdate", DecodeLinesWithOpenSsl, rounds);
+  if (HasOpenSsl()) {
+    targets.push_back(
+        {"decoding clean text: EVP_DecodeBlock / ours", clean.RatioTo("EVP_DecodeBlock"), 4, 6});
+    targets.push_back({"decoding lines of 76: EVP_DecodeUpdate / ours",
+                       broken.RatioTo("EVP_DecodeUpdate"), 8, 20});
+  }
+  // The worst for blocks: a break in the middle of every group.
+  const std::string odd = EncodeBase64(material.Bytes().substr(0, size / 4), 4, Base64Path::kPlain);
+  MeasureDecoding(material, odd, "lines of 4", nullptr, nullptr, rounds);
+  std::string worst = odd;
+  for (std::size_t at = 0; at < worst.size(); ++at) {
+    if (at % 5 == 3) std::swap(worst[at], worst[at + 1]);
+  }
+  MeasureDecoding(material, worst, "a break in every group", nullptr, nullptr, rounds);
+
+  const ByteBuffer bytes = ByteBuffer::Copy(material.Bytes());
+  MeasureFresh(
+      "base64Encoding", bytes.view(), textSize + 1,
+      [&] { Require(!base64Encoding(bytes).empty(), "there is no text"); }, EncodeWithOpenSsl,
+      rounds);
+  const std::optional<std::string> cleanText = text;
+  MeasureFresh(
+      "initWithBase64EncodedString, clean text", text, textSize,
+      [&] { Require(bool{initWithBase64EncodedString(cleanText)}, "there are no bytes"); },
+      DecodeWithOpenSsl, rounds);
+  const std::optional<std::string> brokenText = lines;
+  MeasureFresh(
+      "initWithBase64EncodedString, lines of 76", lines, textSize,
+      [&] { Require(bool{initWithBase64EncodedString(brokenText)}, "there are no bytes"); },
+      DecodeLinesWithOpenSsl, rounds);
+  return targets;
+}
+
+}  // namespace tavrel::bench
