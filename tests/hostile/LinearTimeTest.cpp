@@ -153,7 +153,11 @@ class HostileFamily : public testing::TestWithParam<Family> {};
 TEST_P(HostileFamily, TakesTimeLinearInItsLength) {
   const TemporaryHome home;
   const double small = BestSeconds(home, TextOf(GetParam(), kSmall), 4);
-  const double large = BestSeconds(home, TextOf(GetParam(), kSmall * kGrowth), 1);
+  double large = BestSeconds(home, TextOf(GetParam(), kSmall * kGrowth), 1);
+  // A busy machine may be in the way of one run, but hardly of all.
+  for (int more = 0; more < 5 && large > kBlink && large / small >= kMostGrowth; ++more) {
+    large = std::min(large, BestSeconds(home, TextOf(GetParam(), kSmall * kGrowth), 1));
+  }
   // AddressSanitizer looks at the whole rest of a text before each search in it: no ratio then.
   if (large > kBlink && !kSanitized) {
     EXPECT_LT(large / small, kMostGrowth) << small << " s, then " << large << " s";
