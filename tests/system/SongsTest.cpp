@@ -86,6 +86,15 @@ TEST_F(Songs, OverwriteTheSizesOfTheHostAndNeverReadThem) {
   }
 }
 
+TEST_F(Songs, WriteNothingBehindTheTerminatorOfADecodedText) {
+  LoadOne(TextPair("Name", "AC&amp;DC"));
+  SongInfo info = {};
+  char name[] = "##########";
+  info.name = name;
+  EXPECT_EQ(functions().getSongInfo(All(), 0, &info), 106);
+  EXPECT_EQ(std::string(name, 10), std::string("AC&DC\0####", 10));
+}
+
 TEST_F(Songs, LeaveTheBuffersOfMissingTextsAlone) {
   LoadOne(TextPair("Name", "x"));
   SongInfo info = {};
