@@ -12,7 +12,8 @@
 #include "host/StandardStreams.h"
 #include "host/Terminal.h"
 
-#define TAVREL_HOST_SUBCOMMANDS(Add) Add(Artwork) Add(Playlists) Add(Ringtones) Add(Songs)
+#define TAVREL_HOST_SUBCOMMANDS(Add) \
+  Add(Artwork) Add(Playlists) Add(Ringtones) Add(Search) Add(Songs)
 
 namespace tavrel::host {
 

@@ -75,6 +75,7 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "GetPlaylistKind", getPlaylistKind);
   Find(handle, "GetSongCount", getSongCount);
   Find(handle, "GetSongInfo", getSongInfo);
+  Find(handle, "SearchSong", searchSong);
   Find(handle, "AppendRingtone", appendRingtone);
   Find(handle, "GetArtworkCount", getArtworkCount);
   Find(handle, "GetArtworkInfo", getArtworkInfo);

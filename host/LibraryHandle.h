@@ -17,6 +17,7 @@ struct LibraryFunctions {
   decltype(&::GetPlaylistKind) getPlaylistKind;
   decltype(&::GetSongCount) getSongCount;
   decltype(&::GetSongInfo) getSongInfo;
+  decltype(&::SearchSong) searchSong;
   decltype(&::AppendRingtone) appendRingtone;
   decltype(&::GetArtworkCount) getArtworkCount;
   decltype(&::GetArtworkInfo) getArtworkInfo;

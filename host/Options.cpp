@@ -18,6 +18,8 @@ constexpr const char* kFooter =
   tavrel songs "My Favourites"      the songs of a playlist, by its name
   tavrel songs 2:0                  the same by group and position
   tavrel songs --all --json         every song, for other programs
+  tavrel search dvořák              songs by name, artist or album
+  tavrel search --artist dvořák     by the artist alone
   tavrel ringtones                  the ringtones
   tavrel ringtones add Tone.m4r     add one to iTunes
   tavrel artwork Music 3            the cover of a song, as a file here

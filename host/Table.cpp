@@ -89,6 +89,11 @@ void Table::Add(std::int64_t number) {
   Add(fmt::format_int(number).c_str());
 }
 
+void Table::AddMarked(std::string_view clean, std::size_t from, std::size_t to) {
+  if (from < to) marks_.push_back({cells_.size(), from, to});
+  Add(clean);
+}
+
 std::vector<std::size_t> Table::FittedWidths(std::size_t limit) const {
   std::vector<std::size_t> widths = naturalWidths_;
   for (std::size_t i = 0; i < columns_.size(); ++i) {
@@ -105,10 +110,23 @@ std::size_t Table::Width(const Terminal& terminal) const {
   return Total(FittedWidths(terminal.width));
 }
 
+std::string Table::StyledCell(std::size_t cell, std::string_view shown, std::size_t kept,
+                              const Terminal& terminal) const {
+  const Style style = cell < columns_.size() ? Style::Bold : columns_[cell % columns_.size()].style;
+  const auto mark =
+      std::lower_bound(marks_.begin(), marks_.end(), cell,
+                       [](const Mark& each, std::size_t wanted) { return each.cell < wanted; });
+  if (mark == marks_.end() || mark->cell != cell) return terminal.Styled(style, shown);
+  const std::size_t from = std::min(mark->from, kept);
+  const std::size_t to = std::min(mark->to, kept);
+  return terminal.Styled(style, shown.substr(0, from)) +
+         terminal.Styled(Style::Marked, shown.substr(from, to - from)) +
+         terminal.Styled(style, shown.substr(to));
+}
+
 void Table::AppendCell(std::string& line, std::size_t cell, std::size_t width,
                        const Terminal& terminal) const {
   const Column& column = columns_[cell % columns_.size()];
-  const Style style = cell < columns_.size() ? Style::Bold : column.style;
   const std::size_t start = cell == 0 ? 0 : cells_[cell - 1].end;
   const std::string_view whole(text_.data() + start, cells_[cell].end - start);
 
@@ -117,7 +135,8 @@ void Table::AppendCell(std::string& line, std::size_t cell, std::size_t width,
   const std::size_t shownWidth = isCut ? host::Width(shown) : cells_[cell].width;
   const std::size_t padding = width - shownWidth;
   if (column.align == Align::Right) line.append(padding, ' ');
-  line += terminal.Styled(style, shown);
+  const std::size_t kept = shown.size() - (isCut ? kEllipsis.size() : 0);
+  line += StyledCell(cell, shown, kept, terminal);
   if (column.align == Align::Left) line.append(padding, ' ');
 }
 

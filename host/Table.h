@@ -41,6 +41,9 @@ class Table {
   // here.
   void Add(std::string_view text);
   void Add(std::int64_t number);
+  // Adds a clean text, of which a part is to catch the eye; only where a text is cut at its end.
+  // from, to: byte offsets of that part; the same when there is none.
+  void AddMarked(std::string_view clean, std::size_t from, std::size_t to);
 
   // The header and the rows, none wider than the terminal. A cut text ends in "…". Below about ten
   // columns the numbers alone may be wider than the terminal.
@@ -58,7 +61,16 @@ class Table {
     std::size_t width;  // in terminal columns
   };
 
+  struct Mark {
+    std::size_t cell;
+    std::size_t from;  // in the cell's text
+    std::size_t to;
+  };
+
   [[nodiscard]] std::vector<std::size_t> FittedWidths(std::size_t limit) const;
+  // shown: the cell's text as far as it fits, of which `kept` bytes are the text's own.
+  [[nodiscard]] std::string StyledCell(std::size_t cell, std::string_view shown, std::size_t kept,
+                                       const Terminal& terminal) const;
   void AppendCell(std::string& line, std::size_t cell, std::size_t width,
                   const Terminal& terminal) const;
 
@@ -67,6 +79,7 @@ class Table {
   std::vector<bool> isFilled_;  // whether a column has any text under its title
   std::string text_;  // all cells, one behind the other, cleaned; the header is the first row
   std::vector<Cell> cells_;
+  std::vector<Mark> marks_;  // in the order of their cells
 };
 
 }  // namespace tavrel::host

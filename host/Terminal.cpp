@@ -29,11 +29,25 @@ std::size_t WidthOfEnvironment() {
   return error == std::errc() && end == text.data() + text.size() ? width : 0;
 }
 
+std::string_view Start(Style style) {
+  switch (style) {
+    case Style::Bold:
+      return "\x1b[1m";
+    case Style::Dim:
+      return "\x1b[2m";
+    case Style::Marked:
+      return "\x1b[1;33m";  // bold and yellow
+    case Style::Plain:
+      break;
+  }
+  return {};
+}
+
 }  // namespace
 
 std::string Terminal::Styled(Style style, std::string_view text) const {
   if (!styled || style == Style::Plain || text.empty()) return std::string(text);
-  return (style == Style::Bold ? "\x1b[1m" : "\x1b[2m") + std::string(text) + "\x1b[0m";
+  return std::string(Start(style)).append(text).append("\x1b[0m");
 }
 
 Terminal DescribeStandardOutput() {

@@ -7,11 +7,11 @@
 
 namespace tavrel::host {
 
-enum class Style { Plain, Bold, Dim };
+enum class Style { Plain, Bold, Dim, Marked };
 
 struct Terminal {
   std::size_t width;  // in columns; 0: no limit
-  bool styled;        // bold and dim text may be used
+  bool styled;        // bold, dim and marked text may be used
 
   [[nodiscard]] std::string Styled(Style style, std::string_view text) const;
 };

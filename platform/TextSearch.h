@@ -37,6 +37,9 @@ class SearchTerm {
   // False when memory was exhausted: the term is never found then.
   [[nodiscard]] bool IsPrepared() const noexcept { return isPrepared_; }
 
+  // The length of every match, in folded bytes.
+  [[nodiscard]] std::size_t foldedSize() const noexcept { return pattern_.bytes.size(); }
+
   // The offset of the first match in the bytes from `from` to `end`, where a text ends; kNotFound
   // when there is none. Cost: linear, whatever the term and the texts.
   [[nodiscard]] std::size_t FindIn(const FoldedTexts& texts, std::size_t from,

@@ -3,8 +3,8 @@
 
 #include "host/Commands.h"
 #include "host/Format.h"
-#include "host/Json.h"
 #include "host/PlaylistSearch.h"
+#include "host/SongJson.h"
 #include "host/SongReader.h"
 #include "host/Table.h"
 
@@ -52,19 +52,9 @@ void PrintJson(PlaylistRecord* playlist, Session& session) {
   JsonList list(session.output);
   const std::int32_t count = session.library.getSongCount(playlist);
   for (std::int32_t position = 0; position < count; ++position) {
-    const Song& song = reader.Read(playlist, position);
-    std::optional<std::string> location;
-    if (song.location) location = UserPath(session, *song.location);
-    list.Add({{"position", position},
-              {"name", JsonText(song.name)},
-              {"artist", JsonText(song.artist)},
-              {"album", JsonText(song.album)},
-              {"genre", JsonText(song.genre)},
-              {"trackNumber", song.trackNumber},
-              {"totalTime", song.totalTime},
-              {"playCount", song.playCount},
-              {"movie", song.isMovie},
-              {"location", JsonText(location)}});
+    Json element = {{"position", position}};
+    element.update(JsonSong(reader.Read(playlist, position), session));
+    list.Add(element);
   }
   list.End();
 }

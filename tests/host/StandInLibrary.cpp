@@ -92,6 +92,10 @@ std::int32_t GetSongInfo(PlaylistRecord*, std::int32_t index, SongInfo* info) no
   return 1;
 }
 
+std::int32_t SearchSong(const SongInfo*, SearchSongCallback, void*) noexcept {
+  return 0;
+}
+
 std::int32_t AppendRingtone(const char*) noexcept {
   return 0;
 }

@@ -109,6 +109,18 @@ TEST(Table, LinesDoNotEndInBlanks) {
   for (const std::string& line : Songs().Lines({100, false})) EXPECT_FALSE(line.ends_with(' '));
 }
 
+TEST(Table, AMarkedPartIsStyledAsFarAsItIsShown) {
+  Table table({{.title = "Name", .style = Style::Dim, .weight = 1}});
+  table.AddMarked("Slavonic Dances", 4, 8);
+  table.AddMarked("Rusalka", 3, 3);
+  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name", "Slavonic Dances", "Rusalka"));
+  EXPECT_EQ(table.Lines({0, true})[1],
+            "\x1b[2mSlav\x1b[0m\x1b[1;33monic\x1b[0m\x1b[2m Dances\x1b[0m");
+  EXPECT_EQ(table.Lines({0, true})[2], "\x1b[2mRusalka\x1b[0m");
+  EXPECT_EQ(table.Lines({7, true})[1], "\x1b[2mSlav\x1b[0m\x1b[1;33mon\x1b[0m\x1b[2m…\x1b[0m");
+  EXPECT_EQ(table.Lines({4, true})[1], "\x1b[2mSla\x1b[0m\x1b[2m…\x1b[0m");
+}
+
 TEST(Table, OnlyAStyledTerminalGetsEscapes) {
   Table table({{.title = "Name", .style = Style::Dim}});
   table.Add("Nimrod");

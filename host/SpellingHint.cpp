@@ -1,0 +1,86 @@
+#include "host/SpellingHint.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/Format.h"
+#include "host/Highlight.h"
+#include "host/SongReader.h"
+#include "host/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kMostSpellings = 3;
+
+// A spelling as the library writes it, and how many songs have it.
+struct Spelling {
+  std::string text;
+  std::int64_t songs = 0;
+};
+
+using Spellings = std::map<std::string, Spelling>;  // by their folded form
+
+std::optional<std::string> SpellingIn(const std::optional<std::string_view>& text,
+                                      const std::optional<std::string>& term) {
+  if (!text || !term) return std::nullopt;
+  const std::optional<TextRange> range = FindRangeWithoutAccents(*text, *term);
+  if (!range) return std::nullopt;
+  return std::string(text->substr(range->from, range->to - range->from));
+}
+
+void Count(const Song& song, const SearchTerms& terms, Spellings& spellings) {
+  std::optional<std::string> found = SpellingIn(song.name, terms.name);
+  if (!found) found = SpellingIn(song.artist, terms.artist);
+  if (!found) found = SpellingIn(song.album, terms.album);
+  if (!found) return;
+  Spelling& spelling = spellings[Fold(*found)];
+  if (spelling.text.empty()) spelling.text = Compose(*found);
+  ++spelling.songs;
+}
+
+std::vector<Spelling> MostFrequent(const Spellings& spellings) {
+  std::vector<Spelling> list;
+  for (const auto& [folded, spelling] : spellings) list.push_back(spelling);
+  std::stable_sort(list.begin(), list.end(),
+                   [](const Spelling& a, const Spelling& b) { return a.songs > b.songs; });
+  if (list.size() > kMostSpellings) list.resize(kMostSpellings);
+  return list;
+}
+
+std::string Named(const SearchTerms& terms) {
+  std::vector<std::string> all;
+  for (const auto& term : {terms.name, terms.artist, terms.album}) {
+    if (term && std::find(all.begin(), all.end(), *term) == all.end()) all.push_back(*term);
+  }
+  std::string names;
+  for (const std::string& term : all) {
+    if (!names.empty()) names += " or ";
+    names += '"' + Clean(term) + '"';
+  }
+  return names;
+}
+
+}  // namespace
+
+std::string NothingFound(const Library& library, const SearchTerms& terms) {
+  Spellings spellings;
+  SongReader reader(library);
+  PlaylistRecord* all = library.openAllSongs();
+  const std::int32_t count = library.getSongCount(all);
+  for (std::int32_t i = 0; i < count; ++i) Count(reader.Read(all, i), terms, spellings);
+
+  std::string message = "no song matches " + Named(terms);
+  if (spellings.empty()) return message;
+  message += "; accents count. Do you mean:";
+  for (const Spelling& spelling : MostFrequent(spellings)) {
+    message += "\n  " + Clean(spelling.text) + "  (" + Counted(spelling.songs, "song") + ")";
+  }
+  return message;
+}
+
+}  // namespace tavrel::host

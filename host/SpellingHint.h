@@ -1,0 +1,15 @@
+// What to say when nothing is found.
+#pragma once
+
+#include <string>
+
+#include "host/LibraryHandle.h"
+#include "host/SongSearch.h"
+
+namespace tavrel::host {
+
+// The message; it names spellings that would be found, if accents are all that stands between them
+// and the terms.
+[[nodiscard]] std::string NothingFound(const Library& library, const SearchTerms& terms);
+
+}  // namespace tavrel::host
