@@ -97,7 +97,7 @@ TEST(Construction, AFileIsReadByItsUrl) {
 
 TEST(Construction, AFileKeepsItsByteOrderMarkAndCountsItsZeroBytes) {
   const TemporaryFolder folder;
-  const std::string text("\xEF\xBB\xBF<a>x</a>\0<b/>", 16);
+  const std::string text("\xEF\xBB\xBF<a>x\0<b/></a>", 16);
   TBXML document;
   document.initWithURL(FileUrlOfPath(folder.Write("file", text)));
   EXPECT_EQ(TreeOf(document.rootXMLElement()), "a'x'");

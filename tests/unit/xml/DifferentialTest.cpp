@@ -6,20 +6,17 @@
 #include <unordered_map>
 #include <vector>
 
-#include "unit/support/GuardedPages.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/LiteralPass.h"
+#include "unit/xml/Sequences.h"
 #include "unit/xml/TreeText.h"
-#include "xml/CDataSections.h"
 #include "xml/DocumentPass.h"
 #include "xml/TagIndex.h"
 
 using namespace tavrel::test;
 
 namespace {
-
-using Alphabet = std::vector<std::string_view>;
 
 const std::vector<PassChoice>& AllPasses() {
   using tavrel::xml::InstructionSet;
@@ -106,34 +103,6 @@ void ExpectSameInside(const std::string& text) {
   ExpectSame(std::string("<r><k>v</k>").append(text).append("<k>v</k></r><k>v</k>"));
 }
 
-// A value after its markers were taken out one by one.
-std::string LiterallyCleaned(std::string value) {
-  for (;;) {
-    const std::size_t opener = value.find("<![CDATA[");
-    if (opener == kNone) return value;
-    value.erase(opener, 9);
-    const std::size_t end = value.find("]]>", opener);
-    if (end == kNone) return value;
-    value.erase(end, 3);
-  }
-}
-
-void ExpectSameValue(GuardedPages& pages, std::string_view value) {
-  char* place = pages.PlaceAtEnd(value);
-  tavrel::xml::RemoveValueMarkers(place, place + value.size());
-  ASSERT_EQ(std::string(place), LiterallyCleaned(std::string(value))) << value;
-}
-
-// Calls `expect` with every sequence of up to `most` pieces of the alphabet.
-template <class Expect>
-void ForEverySequence(const Alphabet& alphabet, int most, Expect expect, std::string text = "") {
-  expect(text);
-  if (most == 0 || testing::Test::HasFatalFailure()) return;
-  for (const std::string_view piece : alphabet) {
-    ForEverySequence(alphabet, most - 1, expect, text + std::string(piece));
-  }
-}
-
 const Alphabet& Documents() {
   static const Alphabet alphabet = {
       "<![CDATA[", "<![CDATA[", "]]>",      "]]>",  "<!--", "-->", "</", "</a>", "/>", ">",
@@ -167,13 +136,6 @@ const Alphabet& Tags() {
   static const Alphabet alphabet = {"<![CDATA[", "<![CDATA[", "]]>", "]]>",  "\"",    "\"",  "'",
                                     "'",         "=",         " ",   "b",    "c=",    "d='", "e=\"",
                                     "]",         "/",         "\n",  "<![C", "DATA[", "<",   ">"};
-  return alphabet;
-}
-
-const Alphabet& Markers() {
-  static const Alphabet alphabet = {"<![CDATA[", "<![CDATA[", "<![CDATA[", "]]>",     "]]>", "]]>",
-                                    "]",         "]>",        "]]",        ">",       "x",   "[",
-                                    "<![CD",     "ATA[",      "<",         "![CDATA["};
   return alphabet;
 }
 
@@ -270,31 +232,5 @@ TEST(Differential, RandomBytesGiveTheSameTree) {
   Random random(20150630);
   for (int round = 0; round < Rounds(20000) && !HasFatalFailure(); ++round) {
     ExpectSame("<a b='" + random.Bytes(random.Below(300)) + "'>" + random.Bytes(random.Below(300)));
-  }
-}
-
-TEST(Differential, EveryShortValueKeepsTheSameBytes) {
-  GuardedPages pages(4096);
-  const Alphabet pieces = {"<![CDATA[", "]]>", "]", ">", "<![CD", "ATA[", "x"};
-  ForEverySequence(pieces, kSanitized ? 5 : 7,
-                   [&](const std::string& value) { ExpectSameValue(pages, value); });
-}
-
-TEST(Differential, RandomValuesWithNestedAndJoinedMarkersKeepTheSameBytes) {
-  GuardedPages pages(4096);
-  Random random(20180917);
-  for (int round = 0; round < Rounds(300000) && !HasFatalFailure(); ++round) {
-    ExpectSameValue(pages, random.Text(Markers(), random.Below(60)));
-  }
-}
-
-TEST(Differential, EveryPrefixOfARandomValueKeepsTheSameBytes) {
-  GuardedPages pages(4096);
-  Random random(20191007);
-  for (int round = 0; round < Rounds(3000); ++round) {
-    const std::string value = random.Text(Markers(), random.Below(40));
-    for (std::size_t length = 0; length <= value.size() && !HasFatalFailure(); ++length) {
-      ExpectSameValue(pages, std::string_view(value).substr(0, length));
-    }
   }
 }
