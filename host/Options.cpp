@@ -28,7 +28,7 @@ constexpr const char* kFooter =
 
 Without --home and --library, "Music/iTunes/iTunes Music Library.xml" below
 the home folder is read. Tables fit the terminal; what goes to a pipe or a
-file is not cut, unless COLUMNS is set. NO_COLOR turns bold and dim text off.
+file is not cut, unless COLUMNS is set. NO_COLOR turns all styles off.
 
 Exit codes: 0 done, 1 nothing found or something failed, 2 wrong usage,
 3 there is no library file, 4 it cannot be read.)";
