@@ -19,10 +19,11 @@ std::string LongText() {
   return text;
 }
 
+// least: allocations there are at least, those of zlib among them.
 template <class Call>
-void ExpectWholeOrNone(const std::string& expected, Call call) {
+void ExpectWholeOrNone(std::int64_t least, const std::string& expected, Call call) {
   int whole = 0;
-  WithEachAllocationFailing(1, [&] {
+  WithEachAllocationFailing(least, [&] {
     const ByteBuffer result = Inside(call);
     if (!result) return;
     EXPECT_TRUE(result.view() == expected);
@@ -36,7 +37,7 @@ void ExpectWholeOrNone(const std::string& expected, Call call) {
 TEST(CodecFaults, OfInflatingGiveNone) {
   for (const std::string& text : {std::string("short"), LongText()}) {
     const ByteBuffer packed = tavrel::gzipDeflate(ByteBuffer::Copy(text));
-    ExpectWholeOrNone(text, [&packed] { return tavrel::gzipInflate(packed); });
+    ExpectWholeOrNone(3, text, [&packed] { return tavrel::gzipInflate(packed); });
   }
 }
 
@@ -44,7 +45,7 @@ TEST(CodecFaults, OfDeflatingGiveNone) {
   for (const std::string& text : {std::string("short"), LongText()}) {
     const ByteBuffer plain = ByteBuffer::Copy(text);
     const std::string packed(tavrel::gzipDeflate(plain).view());
-    ExpectWholeOrNone(packed, [&plain] { return tavrel::gzipDeflate(plain); });
+    ExpectWholeOrNone(6, packed, [&plain] { return tavrel::gzipDeflate(plain); });
   }
 }
 
@@ -57,7 +58,7 @@ TEST(CodecFaults, OfDamagedStreamsLoseNothing) {
 
 TEST(CodecFaults, OfCopyingABufferGiveNone) {
   for (const std::string& text : {std::string(), std::string("short"), LongText()}) {
-    ExpectWholeOrNone(text, [&text] { return ByteBuffer::Copy(text); });
+    ExpectWholeOrNone(2, text, [&text] { return ByteBuffer::Copy(text); });
   }
 }
 
