@@ -10,7 +10,6 @@
 
 #include "codecs/Crc32.h"
 #include "platform/Files.h"
-#include "platform/Memory.h"
 #include "platform/PathNames.h"
 
 namespace tavrel {
@@ -44,19 +43,8 @@ ZeroedBlock ReserveOutput(std::size_t largest, std::size_t least, std::size_t& b
   return {};
 }
 
-// zlib takes its memory where the library takes its own.
-voidpf TakeMemory(voidpf /*unused*/, uInt count, uInt bytes) noexcept {
-  return platform::Allocate(std::size_t{count} * bytes);
-}
-
-void GiveMemoryBack(voidpf /*unused*/, voidpf block) noexcept {
-  platform::Release(block);
-}
-
 void SetStreams(z_stream& stream, std::string_view input, const ZeroedBlock& output,
                 std::size_t outputBytes) noexcept {
-  stream.zalloc = TakeMemory;
-  stream.zfree = GiveMemoryBack;
   // zlib only reads its input, but declares it without const.
   stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(input.data()));
   stream.avail_in = static_cast<uInt>(input.size());
