@@ -19,6 +19,8 @@
 #include <vector>
 
 #include "bench/ChildRun.h"
+#include "bench/report/Machine.h"
+#include "bench/report/Program.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {
@@ -167,13 +169,14 @@ double ScanNames(const std::vector<std::string>& files, int songs) {
   return SecondsNow() - start;
 }
 
+// Seconds.
 struct Delivery {
-  double library;  // seconds
-  double read;
+  Series library;
+  Series read;
 };
 
 Delivery Deliver(const Library& library, const std::vector<std::string>& files, std::size_t bytes,
-                 int rounds) {
+                 std::uint32_t rounds) {
   std::vector<std::uint8_t> buffer(bytes);
   ArtworkHandle* handles[kOpenTogether];
   int descriptors[kOpenTogether];
@@ -181,14 +184,14 @@ Delivery Deliver(const Library& library, const std::vector<std::string>& files, 
     handles[i] = library.openArtwork(library.openAllSongs(), i);
     descriptors[i] = open(files[static_cast<std::size_t>(i)].c_str(), O_RDONLY | O_CLOEXEC);
   }
-  Delivery best{1e9, 1e9};
-  for (int round = 0; round < rounds; ++round) {
+  Delivery delivery;
+  for (std::uint32_t round = 0; round < rounds; ++round) {
     double start = SecondsNow();
     for (ArtworkHandle* handle : handles) {
       ArtworkInfo info{0, 0, 0, buffer.data(), static_cast<std::int32_t>(bytes)};
       library.getArtworkInfo(handle, 0, &info);
     }
-    best.library = std::min(best.library, SecondsNow() - start);
+    delivery.library.Add(SecondsNow() - start);
     start = SecondsNow();
     for (const int descriptor : descriptors) {
       lseek(descriptor, 284 + 208, SEEK_SET);
@@ -196,57 +199,70 @@ Delivery Deliver(const Library& library, const std::vector<std::string>& files, 
         throw std::runtime_error("a file cannot be read");
       }
     }
-    best.read = std::min(best.read, SecondsNow() - start);
+    delivery.read.Add(SecondsNow() - start);
   }
   for (ArtworkHandle* handle : handles) library.closeArtwork(handle);
   for (const int descriptor : descriptors) close(descriptor);
-  return best;
+  return delivery;
 }
 
-void MeasureOpening(int songs) {
+void MeasureOpening(int songs, std::uint32_t rounds, Report& report) {
   const ArtworkHome home(songs, 100);
   const Library library(home.path());
-  double start = SecondsNow();
+  const double start = SecondsNow();
   library.createArtworkArray();
   const double catalogue = SecondsNow() - start;
   const double first = OpenAll(library, songs);
-  const double again = OpenAll(library, songs);
-  const double floor = OpenFiles(home.files());
+  Series again;
+  Series floor;
+  for (std::uint32_t round = 0; round < rounds; ++round) {
+    again.Add(OpenAll(library, songs));
+    floor.Add(OpenFiles(home.files()));
+  }
   const int sample = std::min(songs, 500);
   const double scan = ScanNames(home.files(), sample) / sample * songs * (songs / (sample * 0.5));
-  const auto micro = [songs](double seconds) { return seconds / songs * 1e6; };
-  fmt::print(
-      "{:>7} songs: catalogue {:.3f} s; open all {:.3f} s ({:.2f} us each), again {:.3f} s; "
-      "open(2) and read(2) alone {:.3f} s, ratio {:.2f}; scanning names would take {:.1f} s\n",
-      songs, catalogue, first, micro(first), again, floor, again / floor, scan);
+  report.Section(fmt::format("{} songs", songs));
+  report.Seconds("the catalogue", catalogue);
+  report.Seconds("opening all for the first time, one song", first / songs);
+  report.Seconds("opening all again, one song", again.Times(1.0 / songs));
+  report.Seconds("open(2) and read(2) alone, one file", floor.Times(1.0 / songs));
+  report.Figure("  ours / open(2) and read(2)", "", again.Over(floor));
+  report.Seconds("all songs, if every name was tried (estimate)", scan);
 }
 
-void MeasureDelivery(std::size_t bytes) {
+void MeasureDelivery(std::size_t bytes, Report& report) {
   const ArtworkHome home(kOpenTogether, bytes);
   const Library library(home.path());
-  const Delivery best = Deliver(library, home.files(), bytes, 200);
-  const double gigabytes = static_cast<double>(bytes) * kOpenTogether / 1e9;
-  fmt::print("{:>7} bytes an image: library {:.2f} GB/s, read(2) {:.2f} GB/s, ratio {:.2f}\n",
-             bytes, gigabytes / best.library, gigabytes / best.read, best.library / best.read);
+  const Delivery delivery = Deliver(library, home.files(), bytes, 200);
+  report.Section(fmt::format("{} images of {} bytes", kOpenTogether, bytes));
+  report.Seconds("GetArtworkInfo", delivery.library);
+  report.Seconds("read(2)", delivery.read);
+  report.Figure("  ours / read(2)", "", delivery.library.Over(delivery.read));
+}
+
+struct Options {
+  CommonOptions common{5, ""};
+  int songs = 100000;
+};
+
+void Measure(const Options& options) {
+  Report report("artwork");
+  AddMachineFacts(report);
+  MeasureOpening(options.songs / 10, options.common.rounds, report);
+  MeasureOpening(options.songs, options.common.rounds, report);
+  for (const std::size_t bytes : {4096U, 131072U, 4194304U}) MeasureDelivery(bytes, report);
+  report.Finish(options.common.jsonFile);
 }
 
 }  // namespace
 }  // namespace tavrel::bench
 
-int main(int count, char** arguments) {
-  CLI::App parser("Measures the artwork functions.");
-  int songs = 100000;
-  parser.add_option("--songs", songs, "Songs and cache files of the largest library")
-      ->check(CLI::Range(1600, 1000000));
-  CLI11_PARSE(parser, count, arguments);
-  try {
-    tavrel::bench::MeasureOpening(songs / 10);
-    tavrel::bench::MeasureOpening(songs);
-    for (const std::size_t bytes : {4096U, 131072U, 4194304U})
-      tavrel::bench::MeasureDelivery(bytes);
-  } catch (const std::exception& error) {
-    fmt::print(stderr, "{}\n", error.what());
-    return 1;
-  }
-  return 0;
+int main(int argc, char** argv) {
+  tavrel::bench::Options options;
+  CLI::App app("Measures the artwork functions.", "artwork");
+  tavrel::bench::AddCommonOptions(app, options.common);
+  app.add_option("--songs", options.songs, "Songs and cache files of the largest library")
+      ->check(CLI::Range(1600, 1000000))
+      ->capture_default_str();
+  return tavrel::bench::RunProgram(app, argc, argv, [&] { tavrel::bench::Measure(options); });
 }

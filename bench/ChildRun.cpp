@@ -1,7 +1,6 @@
 #include "bench/ChildRun.h"
 
 #include <sys/mman.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
@@ -11,6 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace tavrel::bench {
@@ -20,21 +20,12 @@ namespace {
   throw std::system_error(errno, std::generic_category(), what);
 }
 
-double Seconds(const timeval& time) noexcept {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-}
-
-struct Ended {
-  int status;
-  rusage usage;
-};
-
-Ended WaitFor(pid_t child) {
-  Ended ended{};
-  while (wait4(child, &ended.status, 0, &ended.usage) < 0) {
+int WaitFor(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
     if (errno != EINTR) Fail("cannot wait for the child process");
   }
-  return ended;
+  return status;
 }
 
 // Ends the child. The answer is short enough for the pipe to take it at once.
@@ -43,10 +34,11 @@ Ended WaitFor(pid_t child) {
   _exit(whole ? status : 2);
 }
 
-[[noreturn]] void RunAndAnswer(const std::function<LoadTimes()>& work, int descriptor) noexcept {
+[[noreturn]] void RunAndAnswer(const std::function<void()>& work, const void* result,
+                               std::size_t byteCount, int descriptor) noexcept {
   try {
-    const LoadTimes times = work();
-    Answer(descriptor, &times, sizeof times, 0);
+    work();
+    Answer(descriptor, result, byteCount, 0);
   } catch (const std::exception& error) {
     const std::string_view message(error.what());
     Answer(descriptor, message.data(), std::min<std::size_t>(message.size(), 2000), 1);
@@ -93,46 +85,34 @@ double SecondsNow() noexcept {
   return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-ChildRun RunInChild(const std::function<LoadTimes()>& work) {
+void RunInChild(const std::function<void()>& work, void* result, std::size_t byteCount) {
   int ends[2];
   if (pipe(ends) != 0) Fail("cannot make a pipe");
   const pid_t child = fork();
   if (child == 0) {
     close(ends[0]);
-    RunAndAnswer(work, ends[1]);
+    RunAndAnswer(work, result, byteCount, ends[1]);
   }
   close(ends[1]);
   const std::string answer = child < 0 ? std::string() : ReadAll(ends[0]);
   close(ends[0]);
   if (child < 0) Fail("cannot start a child process");
 
-  const Ended ended = WaitFor(child);
-  if (WIFSIGNALED(ended.status)) {
+  const int status = WaitFor(child);
+  if (WIFSIGNALED(status)) {
     throw std::runtime_error(std::string("the child process was ended by: ") +
-                             strsignal(WTERMSIG(ended.status)));
+                             strsignal(WTERMSIG(status)));
   }
-  ChildRun run{};
-  if (WEXITSTATUS(ended.status) != 0) throw std::runtime_error(answer);
-  if (answer.size() != sizeof run.times)
-    throw std::runtime_error("the child process gave no answer");
-  std::memcpy(&run.times, answer.data(), sizeof run.times);
-  run.userSeconds = Seconds(ended.usage.ru_utime);
-  run.systemSeconds = Seconds(ended.usage.ru_stime);
-#if defined(__APPLE__)
-  constexpr std::uint64_t peakUnit = 1;
-#else
-  constexpr std::uint64_t peakUnit = 1024;
-#endif
-  run.peakBytes = static_cast<std::uint64_t>(ended.usage.ru_maxrss) * peakUnit;
-  run.pageFaults = static_cast<std::uint64_t>(ended.usage.ru_minflt);
-  return run;
+  if (WEXITSTATUS(status) != 0) throw std::runtime_error(answer);
+  if (answer.size() != byteCount) throw std::runtime_error("the child process gave no answer");
+  std::memcpy(result, answer.data(), byteCount);
 }
 
 void WarmMemory(std::uint64_t byteCount) {
   const pid_t child = fork();
   if (child < 0) Fail("cannot start a child process");
   if (child == 0) TouchAndEnd(std::min(byteCount, MostToTouch()));
-  if (WaitFor(child).status != 0) throw std::runtime_error("cannot touch enough memory beforehand");
+  if (WaitFor(child) != 0) throw std::runtime_error("cannot touch enough memory beforehand");
 }
 
 }  // namespace tavrel::bench

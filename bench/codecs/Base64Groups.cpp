@@ -6,6 +6,7 @@
 
 #include "bench/Random.h"
 #include "bench/codecs/CodecGroups.h"
+#include "bench/codecs/Measuring.h"
 #include "bench/codecs/Peers.h"
 #include "codecs/Base64.h"
 #include "codecs/Base64Coding.h"
@@ -72,12 +73,16 @@ void Check(const Material& material) {
   RequireOutput(material, material.Bytes(), "OpenSSL decodes lines otherwise");
 }
 
+void AddTarget(Report& report, const char* name, Series ratio, double pass, double moonshot) {
+  report.Add({15, name, std::move(ratio), Bound::kAtLeast, pass, moonshot});
+}
+
 void AddCopy(Group& group, const Material& material, std::string_view from) {
   group.Add("memcpy of the input",
             [&material, from] { std::memcpy(material.output.data(), from.data(), from.size()); });
 }
 
-void MeasureEncoding(const Material& material, std::uint32_t rounds, std::vector<Target>& targets) {
+void MeasureEncoding(const Material& material, std::uint32_t rounds, Report& report) {
   Group group("base64, encoding into resident memory", material.bytes.size());
   group.Add("ours", [&] { Encode(material, BestBase64Path()); });
   group.Add("ours, portable", [&] { Encode(material, Base64Path::kPortable); });
@@ -86,16 +91,17 @@ void MeasureEncoding(const Material& material, std::uint32_t rounds, std::vector
               [&] { EncodeWithOpenSsl(material.Bytes(), material.output.data()); });
   }
   AddCopy(group, material, material.Bytes());
-  group.Measure(rounds, 0);
+  group.Measure(rounds, 0, report);
   if (HasOpenSsl()) {
-    targets.push_back({"encoding: EVP_EncodeBlock / ours", group.RatioTo("EVP_EncodeBlock"), 4, 6});
+    AddTarget(report, "base64 encoding: EVP_EncodeBlock / ours", group.RatioTo("EVP_EncodeBlock"),
+              4, 6);
   }
 }
 
 using DecodePeer = void (*)(std::string_view, char*);
 
 Group MeasureDecoding(const Material& material, std::string_view text, std::string name,
-                      const char* peerName, DecodePeer peer, std::uint32_t rounds) {
+                      const char* peerName, DecodePeer peer, std::uint32_t rounds, Report& report) {
   Group group("base64, decoding " + std::move(name) + " into resident memory", text.size());
   group.Add("ours", [&material, text] { Decode(material, text, BestBase64Path()); });
   group.Add("ours, portable", [&material, text] { Decode(material, text, Base64Path::kPortable); });
@@ -105,13 +111,14 @@ Group MeasureDecoding(const Material& material, std::string_view text, std::stri
     group.Add(peerName, [&material, text, peer] { peer(text, material.output.data()); });
   }
   AddCopy(group, material, text);
-  group.Measure(rounds, 0);
+  group.Measure(rounds, 0, report);
   return group;
 }
 
 // The operations as they are called, each into memory that it takes from the system and gives back.
 void MeasureFresh(const std::string& name, std::string_view input, std::size_t room,
-                  std::function<void()> ours, DecodePeer peer, std::uint32_t rounds) {
+                  std::function<void()> ours, DecodePeer peer, std::uint32_t rounds,
+                  Report& report) {
   const auto intoFresh = [room](const std::function<void(char*)>& work) {
     const std::unique_ptr<char, void (*)(void*)> output(static_cast<char*>(std::malloc(room)),
                                                         std::free);
@@ -127,12 +134,12 @@ void MeasureFresh(const std::string& name, std::string_view input, std::size_t r
     intoFresh(
         [=](char* output) { std::memcpy(output, input.data(), std::min(input.size(), room)); });
   });
-  group.Measure(rounds, 2 * room);
+  group.Measure(rounds, 2 * room, report);
 }
 
 }  // namespace
 
-std::vector<Target> MeasureBase64(std::size_t size, std::uint32_t rounds) {
+void MeasureBase64(std::size_t size, std::uint32_t rounds, Report& report) {
   size = size / 57 * 57;  // whole lines: OpenSSL's functions count padding as bytes
   const std::size_t textSize = size / 3 * 4;
   const Material material{Resident(size), Resident(textSize), Resident(textSize + size / 57),
@@ -144,43 +151,41 @@ std::vector<Target> MeasureBase64(std::size_t size, std::uint32_t rounds) {
   std::memcpy(material.lines.data(), lines.data(), lines.size());
   Check(material);
 
-  std::vector<Target> targets;
-  MeasureEncoding(material, rounds, targets);
+  MeasureEncoding(material, rounds, report);
   const Group clean = MeasureDecoding(material, material.Text(), "clean text", "EVP_DecodeBlock",
-                                      DecodeWithOpenSsl, rounds);
+                                      DecodeWithOpenSsl, rounds, report);
   const Group broken = MeasureDecoding(material, material.Lines(), "lines of 76",
-                                       "EVP_DecodeUpdate", DecodeLinesWithOpenSsl, rounds);
+                                       "EVP_DecodeUpdate", DecodeLinesWithOpenSsl, rounds, report);
   if (HasOpenSsl()) {
-    targets.push_back(
-        {"decoding clean text: EVP_DecodeBlock / ours", clean.RatioTo("EVP_DecodeBlock"), 4, 6});
-    targets.push_back({"decoding lines of 76: EVP_DecodeUpdate / ours",
-                       broken.RatioTo("EVP_DecodeUpdate"), 8, 20});
+    AddTarget(report, "base64 decoding, clean: EVP_DecodeBlock / ours",
+              clean.RatioTo("EVP_DecodeBlock"), 4, 6);
+    AddTarget(report, "base64 decoding, lines of 76: EVP_DecodeUpdate / ours",
+              broken.RatioTo("EVP_DecodeUpdate"), 8, 20);
   }
   // The worst for blocks: a break in the middle of every group.
   const std::string odd = EncodeBase64(material.Bytes().substr(0, size / 4), 4, Base64Path::kPlain);
-  MeasureDecoding(material, odd, "lines of 4", nullptr, nullptr, rounds);
+  MeasureDecoding(material, odd, "lines of 4", nullptr, nullptr, rounds, report);
   std::string worst = odd;
   for (std::size_t at = 0; at < worst.size(); ++at) {
     if (at % 5 == 3) std::swap(worst[at], worst[at + 1]);
   }
-  MeasureDecoding(material, worst, "a break in every group", nullptr, nullptr, rounds);
+  MeasureDecoding(material, worst, "a break in every group", nullptr, nullptr, rounds, report);
 
   const ByteBuffer bytes = ByteBuffer::Copy(material.Bytes());
   MeasureFresh(
       "base64Encoding", bytes.view(), textSize + 1,
       [&] { Require(!base64Encoding(bytes).empty(), "there is no text"); }, EncodeWithOpenSsl,
-      rounds);
+      rounds, report);
   const std::optional<std::string> cleanText = text;
   MeasureFresh(
       "initWithBase64EncodedString, clean text", text, textSize,
       [&] { Require(bool{initWithBase64EncodedString(cleanText)}, "there are no bytes"); },
-      DecodeWithOpenSsl, rounds);
+      DecodeWithOpenSsl, rounds, report);
   const std::optional<std::string> brokenText = lines;
   MeasureFresh(
       "initWithBase64EncodedString, lines of 76", lines, textSize,
       [&] { Require(bool{initWithBase64EncodedString(brokenText)}, "there are no bytes"); },
-      DecodeLinesWithOpenSsl, rounds);
-  return targets;
+      DecodeLinesWithOpenSsl, rounds, report);
 }
 
 }  // namespace tavrel::bench

@@ -4,18 +4,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 #include <string_view>
-#include <vector>
 
-#include "bench/codecs/Measuring.h"
+#include "bench/report/Report.h"
 
 namespace tavrel::bench {
 
 // On that many random bytes.
-std::vector<Target> MeasureBase64(std::size_t size, std::uint32_t rounds);
+void MeasureBase64(std::size_t size, std::uint32_t rounds, Report& report);
 
 // On the bytes of a file, which gzip programs read and write in a temporary folder.
-std::vector<Target> MeasureGzip(std::string_view contents, std::uint32_t rounds);
+void MeasureGzip(std::string_view contents, std::uint32_t rounds, Report& report);
 
 }  // namespace tavrel::bench

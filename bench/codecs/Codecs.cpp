@@ -1,20 +1,18 @@
 // codecs: measures base64 and gzip beside OpenSSL, zlib and the gzip program.
 #include <fmt/format.h>
-#include <stdlib.h>
 #include <zlib.h>
 
 #include <CLI/CLI.hpp>
-#include <cstdint>
-#include <cstdio>
-#include <exception>
+#include <cstddef>
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <string_view>
-#include <vector>
 
 #include "bench/codecs/CodecGroups.h"
+#include "bench/codecs/Measuring.h"
 #include "bench/codecs/Peers.h"
+#include "bench/report/Machine.h"
+#include "bench/report/Program.h"
 #include "codecs/Base64Blocks.h"
 #include "codecs/Crc32.h"
 
@@ -31,31 +29,10 @@ constexpr char footer[] =
     "  generate_library --tracks 42000 -o library.xml && codecs library.xml";
 
 struct Options {
-  std::uint32_t rounds = 15;
+  CommonOptions common{15, ""};
   std::size_t megabytes = 64;
   std::string file;
 };
-
-// The first line of /proc/cpuinfo that names the processor.
-std::string ProcessorName() {
-  std::ifstream file("/proc/cpuinfo");
-  for (std::string line; std::getline(file, line);) {
-    if (line.starts_with("model name")) return line.substr(line.find(':') + 2);
-  }
-  return "unknown processor";
-}
-
-void PrintHeader(const Options& options) {
-  double load = 0;
-  if (getloadavg(&load, 1) != 1) load = -1;
-  fmt::print("{}; base64 {}, checksum {}\n", ProcessorName(),
-             tavrel::BestBase64Path() == tavrel::Base64Path::kAvx2 ? "with AVX2" : "portable",
-             tavrel::IsCrc32Fast() ? "with PCLMULQDQ" : "by zlib");
-  fmt::print("compiler {}; {}; zlib {}\n", __VERSION__, OpenSslVersion(), zlibVersion());
-  fmt::print("{} MB of random bytes, {}; {} rounds, load average {:.2f}\n", options.megabytes,
-             options.file, options.rounds, load);
-  if (!HasOpenSsl()) fmt::print("Built without OpenSSL, the peer of base64: it is left out.\n");
-}
 
 std::string ContentsOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
@@ -66,11 +43,18 @@ std::string ContentsOf(const std::string& path) {
 
 void Measure(const Options& options) {
   const std::string contents = ContentsOf(options.file);
-  PrintHeader(options);
-  std::vector<Target> targets = MeasureBase64(options.megabytes << 20, options.rounds);
-  for (const Target& target : MeasureGzip(contents, options.rounds)) targets.push_back(target);
-  fmt::print("\n");
-  for (const Target& target : targets) Print(target);
+  Report report("codecs");
+  AddMachineFacts(report);
+  const bool isWide = tavrel::BestBase64Path() == tavrel::Base64Path::kAvx2;
+  report.Fact("base64", isWide ? "with AVX2" : "portable");
+  report.Fact("checksum", tavrel::IsCrc32Fast() ? "with PCLMULQDQ" : "by zlib");
+  report.Fact("OpenSSL", HasOpenSsl() ? OpenSslVersion() : "missing: base64 is measured alone");
+  report.Fact("zlib", zlibVersion());
+  report.Fact("random bytes", fmt::format("{} MB", options.megabytes));
+  report.Fact("gzip's input", fmt::format("{} bytes", contents.size()));
+  MeasureBase64(options.megabytes << 20, options.common.rounds, report);
+  MeasureGzip(contents, options.common.rounds, report);
+  report.Finish(options.common.jsonFile);
 }
 
 }  // namespace
@@ -79,23 +63,12 @@ int main(int argc, char** argv) {
   Options options;
   CLI::App app("Measures base64 and gzip beside OpenSSL, zlib and the gzip program.", "codecs");
   app.footer(footer);
-  app.add_option("--rounds", options.rounds, "Measured runs of each")
-      ->check(CLI::Range(1, 10000))
-      ->capture_default_str();
+  AddCommonOptions(app, options.common);
   app.add_option("--megabytes", options.megabytes, "Random bytes for base64")
       ->check(CLI::Range(1, 1024))
       ->capture_default_str();
   app.add_option("FILE", options.file, "Text for gzip, for instance a library file")
       ->required()
       ->check(CLI::ExistingFile);
-  try {
-    app.parse(argc, argv);
-    Measure(options);
-    return 0;
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  } catch (const std::exception& error) {
-    fmt::print(stderr, "codecs: {}\n", error.what());
-    return 1;
-  }
+  return RunProgram(app, argc, argv, [&] { Measure(options); });
 }

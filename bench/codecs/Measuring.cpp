@@ -1,10 +1,8 @@
 #include "bench/codecs/Measuring.h"
 
-#include <fmt/format.h>
 #include <sys/resource.h>
 #include <time.h>
 
-#include <algorithm>
 #include <cstring>
 #include <stdexcept>
 
@@ -36,11 +34,6 @@ void WarmUp(std::size_t size) {
   const Resident touched(size);
 }
 
-Spread SpreadOf(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return {values.front(), values[values.size() / 2], values.back()};
-}
-
 }  // namespace
 
 void Require(bool holds, const char* what) {
@@ -52,7 +45,7 @@ Resident::Resident(std::size_t size) : size_(size), block_(platform::AllocateBlo
   std::memset(block_.address, 1, size);
 }
 
-void Group::Measure(std::uint32_t rounds, std::size_t freshBytes) {
+void Group::Measure(std::uint32_t rounds, std::size_t freshBytes, Report& report) {
   for (std::uint32_t round = 0; round <= rounds; ++round) {
     for (std::size_t i = 0; i < programs_.size(); ++i) {
       Program& program = programs_[(i + round) % programs_.size()];
@@ -61,48 +54,32 @@ void Group::Measure(std::uint32_t rounds, std::size_t freshBytes) {
       const double start = now();
       program.run();
       const double seconds = now() - start;
-      if (round > 0) program.seconds.push_back(seconds);  // the first round warms the caches
+      if (round > 0) program.seconds.Add(seconds);  // the first round warms the caches
     }
   }
-  Print();
+  AddTo(report);
 }
 
-Spread Group::RatioTo(const Program& peer) const {
-  std::vector<double> ratios;
-  for (std::size_t i = 0; i < peer.seconds.size(); ++i) {
-    ratios.push_back(peer.seconds[i] / programs_.front().seconds[i]);
-  }
-  return SpreadOf(std::move(ratios));
-}
-
-Spread Group::RatioTo(std::string_view peer) const {
+Series Group::RatioTo(std::string_view peer) const {
   for (const Program& program : programs_) {
-    if (program.name == peer) return RatioTo(program);
+    if (program.name == peer) return program.seconds.Over(programs_.front().seconds);
   }
   throw std::logic_error("there is no such program");
 }
 
-void Group::Print() const {
-  fmt::print("\n{}\n", name_);
+void Group::AddTo(Report& report) const {
+  report.Section(name_);
   for (const Program& program : programs_) {
-    const double median = SpreadOf(program.seconds).median;
-    fmt::print("  {:<28}{:>9.2f} ms {:>6.2f} GB/s", program.name, median * 1e3,
-               static_cast<double>(bytes_) * 1e-9 / median);
-    if (&program != &programs_.front()) {
-      const Spread ratio = RatioTo(program);
-      fmt::print("  {:>6.2f} times as long ({:.2f} to {:.2f})", ratio.median, ratio.least,
-                 ratio.most);
+    report.Seconds(program.name, program.seconds);
+    Series speeds;
+    for (const double seconds : program.seconds.values()) {
+      speeds.Add(static_cast<double>(bytes_) * 1e-9 / seconds);
     }
-    fmt::print("\n");
+    report.Figure("  speed", "GB/s", speeds);
+    if (&program != &programs_.front()) {
+      report.Figure("  time / ours", "", RatioTo(program.name));
+    }
   }
-}
-
-void Print(const Target& target) {
-  const double ratio = target.ratio.median;
-  const char* verdict = ratio >= target.pass ? "PASS" : "FAIL";
-  fmt::print("{:<52}{:>7.2f} ({:.2f} to {:.2f})  at least {:.1f}  moonshot {:.1f}  {}{}\n",
-             target.name, ratio, target.ratio.least, target.ratio.most, target.pass,
-             target.moonshot, verdict, ratio >= target.moonshot ? ", moonshot" : "");
 }
 
 }  // namespace tavrel::bench

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/report/Report.h"
 #include "platform/Memory.h"
 
 namespace tavrel::bench {
@@ -30,17 +31,11 @@ class Resident {
   platform::ZeroedBlock block_;
 };
 
-struct Spread {
-  double least;
-  double median;
-  double most;
-};
-
 struct Program {
   std::string name;
   std::function<void()> run;
   bool isChild = false;  // whether the work is done by a child process
-  std::vector<double> seconds{};
+  Series seconds{};
 };
 
 // The first program is ours, the others are its peers.
@@ -53,31 +48,19 @@ class Group {
     programs_.push_back({std::move(name), std::move(run), isChild});
   }
 
-  // Runs the programs in turn and prints their times and speeds.
+  // Runs the programs in turn and reports their times, speeds and ratios.
   // freshBytes: how much memory a program takes from the system.
-  void Measure(std::uint32_t rounds, std::size_t freshBytes);
+  void Measure(std::uint32_t rounds, std::size_t freshBytes, Report& report);
 
   // How many times as long as ours the program of that name takes, round by round.
-  [[nodiscard]] Spread RatioTo(std::string_view peer) const;
+  [[nodiscard]] Series RatioTo(std::string_view peer) const;
 
  private:
-  [[nodiscard]] Spread RatioTo(const Program& peer) const;
-  void Print() const;
+  void AddTo(Report& report) const;
 
   std::string name_;
   std::size_t bytes_;
   std::vector<Program> programs_;
 };
-
-// A ratio to reach. `pass` and `moonshot` are the marks.
-struct Target {
-  std::string name;
-  Spread ratio;
-  double pass;
-  double moonshot;
-};
-
-// The verdict is on the median.
-void Print(const Target& target);
 
 }  // namespace tavrel::bench
