@@ -74,6 +74,14 @@ TEST(PathOfUrl, IsNoneWhenAPercentSignLacksTwoHexadecimalDigits) {
   }
 }
 
+TEST(PathOfUrl, NothingBehindTheUrlIsRead) {
+  const std::string_view longer = "file:///a%41";
+  EXPECT_EQ(PathOfUrl(longer), "/aA");
+  EXPECT_EQ(PathOfUrl(longer.substr(0, longer.size() - 1)), std::nullopt);
+  EXPECT_EQ(PathOfUrl(longer.substr(0, longer.size() - 2)), std::nullopt);
+  EXPECT_EQ(PathOfUrl(longer.substr(0, longer.size() - 3)), "/a");
+}
+
 TEST(PathOfUrl, IsNoneWhenItsEscapesAreNotUtf8OrAZeroByte) {
   for (const char* escape : {"%FF", "%E9", "%C3", "%80", "%C0%AF", "%ED%A0%80", "%F4%90%80%80"}) {
     EXPECT_EQ(PathOfUrl(std::string("file:///a") + escape), std::nullopt) << escape;
