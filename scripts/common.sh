@@ -36,6 +36,21 @@ binutils nm
 LIST
 }
 
+# The programs that the benchmarks measure beside ours.
+bench_needs() {
+  run_needs
+  cat <<'LIST'
+libpugixml-dev pugixml.hpp
+librapidxml-dev rapidxml/rapidxml.hpp
+libexpat1-dev expat.h
+libxml2-dev libxml2/libxml/parser.h
+libplist-dev plist/plist.h
+libicu-dev unicode/stsearch.h
+libssl-dev openssl/evp.h
+python3 python3
+LIST
+}
+
 # Clang's sanitizers stand in a package of their own, named after its version. Asked once Clang is there.
 sanitizer_needs() {
   local version
