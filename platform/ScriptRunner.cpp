@@ -35,9 +35,9 @@ FileDescriptor NamelessFile() noexcept {
   if (inMemory) return inMemory;
 #endif
   char name[] = "/tmp/tavrel-script-XXXXXX";
-  FileDescriptor file = AboveStandard(mkostemp(name, O_CLOEXEC));
-  if (file) unlink(name);
-  return file;
+  const int descriptor = mkostemp(name, O_CLOEXEC);
+  if (descriptor >= 0) unlink(name);
+  return AboveStandard(descriptor);
 }
 
 // A file that is read from the script's start; nothing is open when it cannot be made.
