@@ -36,6 +36,17 @@ struct TBXMLAttributeBuffer {
   TBXMLAttributeBuffer* previous;
 };
 
+// What every document begins with.
+struct TBXMLFields {
+  TBXMLElement* rootXMLElement;                  // the first record handed out, or none
+  TBXMLElementBuffer* currentElementBuffer;      // the newest chunk, or none
+  TBXMLAttributeBuffer* currentAttributeBuffer;  // the newest chunk, or none
+  std::ptrdiff_t currentElement;                 // index of the last record in the newest chunk
+  std::ptrdiff_t currentAttribute;
+  char* bytes;                 // the text, with a zero byte behind it; owned by the document
+  std::ptrdiff_t bytesLength;  // of the text, without that zero byte
+};
+
 #if defined(__LP64__)
 static_assert(sizeof(TBXMLElement) == 64);
 static_assert(sizeof(TBXMLAttribute) == 24);

@@ -1,0 +1,125 @@
+#include "bench/pass/Passes.h"
+
+#include <iterator>
+#include <stdexcept>
+
+#include "bench/ChildRun.h"
+#include "bench/Random.h"
+#include "bench/reference/LiteralPass.h"
+#include "xml/DocumentPass.h"
+#include "xml/TBXML.h"
+
+namespace tavrel::bench {
+namespace {
+
+using xml::InstructionSet;
+
+Pass Literal() {
+  const auto run = [](char* text, std::size_t) {
+    reference::LiteralPass pass;
+    const double start = SecondsNow();
+    pass.Run(text);
+    return SecondsNow() - start;
+  };
+  const auto summary = [](char* text, std::size_t) {
+    reference::LiteralPass pass;
+    pass.Run(text);
+    return reference::SummaryOf(pass.fields());
+  };
+  return {"literal form", run, summary};
+}
+
+void Build(TBXML& document, const PassChoice& choice, char* text, std::size_t length) {
+  DocumentPass pass(document, text, text + length);
+  if (choice.indexed) {
+    pass.RunIndexed(choice.set);
+  } else {
+    pass.Run();
+  }
+}
+
+Pass Ours(std::string_view name, PassChoice choice) {
+  const auto run = [=](char* text, std::size_t length) {
+    TBXML document;
+    const double start = SecondsNow();
+    Build(document, choice, text, length);
+    return SecondsNow() - start;
+  };
+  const auto summary = [=](char* text, std::size_t length) {
+    TBXML document;
+    Build(document, choice, text, length);
+    TBXMLFields fields = document.fields();
+    fields.bytes = text;
+    return reference::SummaryOf(fields);
+  };
+  return {std::string(name), run, summary};
+}
+
+std::string RandomText(Random& random) {
+  // Leaves and the like most of the time, so that trees grow; everything special now and then.
+  static constexpr std::string_view kUsual[] = {"<key>Name</key>",
+                                                "<string>a&#38;b</string>",
+                                                "<integer>7</integer>",
+                                                "<k></k>",
+                                                "<true/>",
+                                                "<dict>",
+                                                "</dict>",
+                                                "\n\t\t"};
+  static constexpr std::string_view kSpecial[] = {"<a b='c' d=\"e'\">",
+                                                  "</a>",
+                                                  "<a b='<![CDATA[>]]>x'>",
+                                                  "<!-- c -->",
+                                                  "<![CDATA[<x>]]>",
+                                                  "<?x?>",
+                                                  "<!D>",
+                                                  "<eightone> x\n</k>",
+                                                  "<k/x>y</k>",
+                                                  "<k i = '1' j>",
+                                                  "<k>\xC3\xA9</k>",
+                                                  "text",
+                                                  " ",
+                                                  "<a b='",
+                                                  "<k>>y</k>",
+                                                  "<k\n>y</k>",
+                                                  "'>",
+                                                  "<kkkkkkk/>y</k>",
+                                                  "<!k>y</k>",
+                                                  "<k>y</k"};
+  std::string text = "<plist>";
+  for (std::uint32_t pieces = random.LowBelow(3000); pieces > 0; --pieces) {
+    text += random.Chance(850) ? kUsual[random.Below(std::size(kUsual))]
+                               : kSpecial[random.Below(std::size(kSpecial))];
+  }
+  return text;
+}
+
+}  // namespace
+
+std::vector<Pass> AllPasses() {
+  std::vector<Pass> passes = {Literal(), Ours("plain pass", {false, InstructionSet::kPlain})};
+  const auto add = [&](std::string_view name, InstructionSet set) {
+    if (xml::IsSupported(set)) passes.push_back(Ours(name, {true, set}));
+  };
+  add("indexed, plain", InstructionSet::kPlain);
+  add("indexed, baseline", InstructionSet::kBaseline);
+  add(kAvx2Name, InstructionSet::kAvx2);
+  add(kAvx512Name, InstructionSet::kAvx512);
+  return passes;
+}
+
+void CheckRandomTexts(const std::vector<Pass>& passes) {
+  Random random(20);
+  for (int round = 0; round < 300; ++round) {
+    const std::string text = RandomText(random);
+    const auto summaryOf = [&](const Pass& pass) {
+      std::string copy = text;
+      return pass.summary(copy.data(), copy.size());
+    };
+    const reference::TreeSummary expected = summaryOf(passes.front());
+    for (const Pass& pass : passes) {
+      if (summaryOf(pass) != expected) throw std::runtime_error("another tree: " + pass.name);
+    }
+  }
+}
+
+}  // namespace tavrel::bench
