@@ -6,8 +6,8 @@
 #include <string>
 
 #include "agent/GlobalState.h"
-#include "bench/Loaders.h"
 #include "bench/SearchPeers.h"
+#include "bench/TemporaryHome.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {

@@ -1,35 +1,45 @@
-// The programs that load_library measures. Each is called in a process of its own, reads the file,
-// counts its songs (outside the measured times) and gives everything back. Failures are exceptions.
+// The programs that load_library measures. Each is called in a process of its own, reads a file,
+// counts its tracks (outside the measured time) and gives everything back.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <vector>
 
-#include "bench/ChildRun.h"
+#include "bench/load/LoadMeter.h"
 
 namespace tavrel::bench {
 
-// A home folder of our own whose library file is a link to `file`; removed at the end.
-class TemporaryHome {
- public:
-  explicit TemporaryHome(const std::string& file);
-  ~TemporaryHome();
-  TemporaryHome(const TemporaryHome&) = delete;
-  TemporaryHome& operator=(const TemporaryHome&) = delete;
-
-  const std::string& Path() const noexcept { return path; }
-
- private:
-  std::string path;
+struct Program {
+  std::string name;
+  std::string version;
+  bool slow;  // takes long, and much memory, for large files
+  // Failures are exceptions.
+  std::function<LoadFigures(const std::string& file)> load;
 };
 
-// Loads and unloads the shared library `library` with `home` as the home folder. The load is the
-// whole one: reading, parsing and all tables.
-LoadTimes LoadWithTavrel(const std::string& library, const std::string& home);
+// Loads and unloads the shared library. The load is the whole one: reading, parsing and all tables.
+[[nodiscard]] Program TavrelProgram(const std::string& library);
 
-// Whether pugixml was there when this was built.
-bool HasPugixml() noexcept;
+// The others only read and parse, each with its cheapest settings, and make no tables.
+[[nodiscard]] Program PugixmlProgram();
+[[nodiscard]] Program PugixmlHugeProgram();  // with huge pages behind its nodes and its buffer
+[[nodiscard]] Program RapidxmlProgram();
+[[nodiscard]] Program ExpatProgram();
+[[nodiscard]] Program LibxmlProgram();
+[[nodiscard]] Program LibplistProgram();
+[[nodiscard]] Program PlistlibProgram();
+[[nodiscard]] bool HasPlistlib();
 
-// Parses `file` in place with pugixml's cheapest settings, and makes no tables.
-LoadTimes LoadWithPugixml(const std::string& file);
+// The names that the targets are about.
+inline constexpr char kTavrel[] = "libTavrel";
+inline constexpr char kPugixml[] = "pugixml";
+inline constexpr char kPugixmlHuge[] = "pugixml, huge pages";
+inline constexpr char kLibxml[] = "libxml2";
+inline constexpr char kLibplist[] = "libplist";
+inline constexpr char kPlistlib[] = "Python plistlib";
+
+// Those whose packages were there when this was built, and Python's when it is there now.
+[[nodiscard]] std::vector<Program> AllPeers();
 
 }  // namespace tavrel::bench

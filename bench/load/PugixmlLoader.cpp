@@ -1,87 +1,74 @@
+#include <fmt/format.h>
+
+#include <pugixml.hpp>
 #include <stdexcept>
 
-#include "bench/Loaders.h"
-
-#if defined(TAVREL_HAS_PUGIXML)
-
-#include <fcntl.h>
-#include <stdlib.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <memory>
-#include <pugixml.hpp>
-#include <system_error>
+#include "bench/load/HugeRegions.h"
+#include "bench/load/Programs.h"
+#include "bench/load/WholeFile.h"
 
 namespace tavrel::bench {
 namespace {
 
-struct Freed {
-  void operator()(char* memory) const noexcept { free(memory); }
-};
-using Buffer = std::unique_ptr<char, Freed>;
+// Parses in place, without declarations, comments and blanks, and without a node for each text.
+void Parse(pugi::xml_document& document, char* text, std::size_t size) {
+  const pugi::xml_parse_result result = document.load_buffer_inplace(
+      text, size, pugi::parse_minimal | pugi::parse_embed_pcdata, pugi::encoding_utf8);
+  if (!result) throw std::runtime_error(std::string("pugixml: ") + result.description());
+}
 
-Buffer ReadFile(const std::string& file, std::size_t& size) {
-  const int descriptor = open(file.c_str(), O_RDONLY | O_CLOEXEC);
-  struct stat status {};
-  if (descriptor < 0 || fstat(descriptor, &status) != 0) {
-    throw std::system_error(errno, std::generic_category(), "cannot read \"" + file + "\"");
-  }
-  size = static_cast<std::size_t>(status.st_size);
-  Buffer buffer(static_cast<char*>(malloc(size)));
+std::int64_t CountTracks(const pugi::xml_document& document) {
+  std::int64_t count = 0;
+  const pugi::xml_node tracks = document.document_element().first_child().child("dict");
+  for (const pugi::xml_node track : tracks.children("dict")) count += track ? 1 : 0;
+  return count;
+}
+
+LoadFigures Load(const std::string& path) {
+  LoadMeter meter;
+  std::size_t size = 0;
+  Buffer buffer = ReadWholeFile(path, size);
+  pugi::xml_document document;
+  Parse(document, buffer.get(), size);
+  meter.Loaded();
+  meter.Found(CountTracks(document));
+
+  meter.ReleaseBegins();
+  document.reset();
+  buffer.reset();
+  return meter.Released();
+}
+
+LoadFigures LoadWithHugePages(const std::string& path) {
+  pugi::set_memory_management_functions(TakeHuge, [](void*) {});
+  LoadMeter meter;
+  const WholeFile file(path);
+  auto* buffer = static_cast<char*>(TakeHuge(file.size()));
   if (buffer == nullptr) throw std::bad_alloc();
-  for (std::size_t got = 0; got < size;) {
-    const ssize_t piece = read(descriptor, buffer.get() + got, size - got);
-    if (piece < 0 && errno == EINTR) continue;
-    if (piece <= 0) throw std::runtime_error("cannot read \"" + file + "\" to its end");
-    got += static_cast<std::size_t>(piece);
-  }
-  close(descriptor);
-  return buffer;
+  file.ReadInto(buffer);
+  pugi::xml_document document;
+  Parse(document, buffer, file.size());
+  meter.Loaded();
+  meter.Found(CountTracks(document));
+
+  meter.ReleaseBegins();
+  document.reset();
+  ReleaseAllHuge();
+  return meter.Released();
+}
+
+std::string Version() {
+  return fmt::format("{}.{}", PUGIXML_VERSION / 1000, PUGIXML_VERSION % 1000 / 10);
 }
 
 }  // namespace
 
-bool HasPugixml() noexcept {
-  return true;
+Program PugixmlProgram() {
+  return {kPugixml, Version(), false, Load};
 }
 
-LoadTimes LoadWithPugixml(const std::string& file) {
-  LoadTimes times{};
-  const double start = SecondsNow();
-  std::size_t size = 0;
-  Buffer buffer = ReadFile(file, size);
-  pugi::xml_document document;
-  const pugi::xml_parse_result result = document.load_buffer_inplace(
-      buffer.get(), size, pugi::parse_minimal | pugi::parse_embed_pcdata, pugi::encoding_utf8);
-  times.loadSeconds = SecondsNow() - start;
-  if (!result) throw std::runtime_error(std::string("pugixml: ") + result.description());
-
-  const pugi::xml_node tracks = document.document_element().first_child().child("dict");
-  for (const pugi::xml_node track : tracks.children("dict")) times.songCount += track ? 1 : 0;
-
-  const double end = SecondsNow();
-  document.reset();
-  buffer.reset();
-  times.releaseSeconds = SecondsNow() - end;
-  return times;
+Program PugixmlHugeProgram() {
+  return {kPugixmlHuge, Version(), false, LoadWithHugePages};
 }
 
 }  // namespace tavrel::bench
-
-#else
-
-namespace tavrel::bench {
-
-bool HasPugixml() noexcept {
-  return false;
-}
-
-LoadTimes LoadWithPugixml(const std::string&) {
-  throw std::runtime_error("built without pugixml");
-}
-
-}  // namespace tavrel::bench
-
-#endif

@@ -1,12 +1,10 @@
 #include <dlfcn.h>
 #include <stdlib.h>
 
-#include <cerrno>
-#include <filesystem>
 #include <stdexcept>
-#include <system_error>
 
-#include "bench/Loaders.h"
+#include "bench/TemporaryHome.h"
+#include "bench/load/Programs.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {
@@ -19,45 +17,38 @@ Function* FindFunction(void* library, const char* name) {
   return reinterpret_cast<Function*>(address);
 }
 
-}  // namespace
-
-TemporaryHome::TemporaryHome(const std::string& file) {
-  namespace fs = std::filesystem;
-  path = (fs::temp_directory_path() / "load_library.XXXXXX").string();
-  if (mkdtemp(path.data()) == nullptr) {
-    throw std::system_error(errno, std::generic_category(), "cannot make a temporary home folder");
-  }
-  const fs::path folder = fs::path(path) / "Music" / "iTunes";
-  fs::create_directories(folder);
-  fs::create_symlink(fs::canonical(file), folder / "iTunes Music Library.xml");
-}
-
-TemporaryHome::~TemporaryHome() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path, ignored);
-}
-
-LoadTimes LoadWithTavrel(const std::string& library, const std::string& home) {
-  setenv("HOME", home.c_str(), 1);
-  LoadTimes times{};
-  const double start = SecondsNow();
+LoadFigures Load(const std::string& library, const std::string& file) {
+  const TemporaryHome home(file);
+  setenv("HOME", home.Path().c_str(), 1);
+  LoadMeter meter;
   void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
-  times.loadSeconds = SecondsNow() - start;
+  meter.Loaded();
   if (handle == nullptr) throw std::runtime_error(dlerror());
 
   auto* openAllSongs = FindFunction<decltype(OpenAllSongs)>(handle, "OpenAllSongs");
   auto* getSongCount = FindFunction<decltype(GetSongCount)>(handle, "GetSongCount");
   const PlaylistRecord* songs = openAllSongs();
   if (songs == nullptr) throw std::runtime_error("the library could not use the file");
-  times.songCount = getSongCount(songs);
+  meter.Found(getSongCount(songs));
 
-  const double end = SecondsNow();
+  meter.ReleaseBegins();
   dlclose(handle);
-  times.releaseSeconds = SecondsNow() - end;
+  const LoadFigures figures = meter.Released();
   if (dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr) {
     throw std::runtime_error("the library stayed in memory after dlclose");
   }
-  return times;
+  return figures;
+}
+
+std::string VersionOf(const std::string& library) {
+  return library == TAVREL_LIBRARY_NAME ? TAVREL_VERSION : library;
+}
+
+}  // namespace
+
+Program TavrelProgram(const std::string& library) {
+  return {kTavrel, VersionOf(library), false,
+          [library](const std::string& file) { return Load(library, file); }};
 }
 
 }  // namespace tavrel::bench

@@ -1,0 +1,33 @@
+#include <plist/plist.h>
+
+#include <stdexcept>
+
+#include "bench/load/Programs.h"
+#include "bench/load/WholeFile.h"
+
+namespace tavrel::bench {
+namespace {
+
+LoadFigures Load(const std::string& path) {
+  LoadMeter meter;
+  std::size_t size = 0;
+  Buffer buffer = ReadWholeFile(path, size);
+  plist_t root = nullptr;
+  plist_from_xml(buffer.get(), static_cast<std::uint32_t>(size), &root);
+  meter.Loaded();
+  if (root == nullptr) throw std::runtime_error("libplist cannot parse the file");
+  meter.Found(plist_dict_get_size(plist_dict_get_item(root, "Tracks")));
+
+  meter.ReleaseBegins();
+  plist_free(root);
+  buffer.reset();
+  return meter.Released();
+}
+
+}  // namespace
+
+Program LibplistProgram() {
+  return {kLibplist, TAVREL_LIBPLIST_VERSION, true, Load};
+}
+
+}  // namespace tavrel::bench

@@ -1,0 +1,127 @@
+#include "bench/load/LoadReport.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <string>
+
+#include "bench/report/Machine.h"
+
+namespace tavrel::bench {
+namespace {
+
+struct Goal {
+  int number;
+  const char* peer;
+  double pass;
+  double moonshot;
+};
+
+constexpr Goal kOnTheLargest[] = {{1, kPugixml, 3.0, 4.0}, {2, kPugixmlHuge, 1.3, 1.75}};
+constexpr Goal kOfTheSlow[] = {
+    {5, kLibxml, 25, 45}, {5, kLibplist, 15, 25}, {5, kPlistlib, 50, 90}};
+
+const Case* Find(const std::vector<Case>& cases, const Input& input, std::string_view program) {
+  const auto found = std::find_if(cases.begin(), cases.end(), [&](const Case& each) {
+    return each.input == &input && each.program->name == program;
+  });
+  return found == cases.end() ? nullptr : &*found;
+}
+
+// The largest of the files that this program took part in.
+const Input* LargestOf(const std::vector<Input>& inputs, const std::vector<Case>& cases,
+                       std::string_view program) {
+  const Input* largest = nullptr;
+  for (const Input& input : inputs) {
+    if (Find(cases, input, program) != nullptr) largest = &input;
+  }
+  return largest;
+}
+
+Series NanosecondsAByte(const Case& run) {
+  return run.Seconds().Times(1e9 / static_cast<double>(run.input->bytes));
+}
+
+void AddCase(const Case& run, Report& report) {
+  report.Section(fmt::format("{}, {}", run.input->name, run.program->name));
+  report.Seconds("load", run.Seconds());
+  report.Seconds("user", run.Values(&LoadFigures::userSeconds));
+  report.Seconds("system", run.Values(&LoadFigures::systemSeconds));
+  report.Seconds("release", run.Values(&LoadFigures::releaseSeconds));
+  report.Figure("peak memory of the load", "MB", run.Values(&LoadFigures::peakBytes).Times(1e-6));
+  report.Figure("page faults of the load", "", run.Values(&LoadFigures::pageFaults));
+  report.Figure("load, a byte", "ns", NanosecondsAByte(run));
+}
+
+void AddRatios(const Input& input, const std::vector<Case>& cases, Report& report) {
+  const Case* ours = Find(cases, input, kTavrel);
+  report.Section(fmt::format("{}, load over that of {}", input.name, kTavrel));
+  for (const Case& run : cases) {
+    if (run.input == &input && &run != ours)
+      report.Figure(run.program->name, "x", Ratio(run, *ours));
+  }
+}
+
+void AddGoal(const Goal& goal, const Input* input, const std::vector<Case>& cases, Report& report) {
+  const Case* peer = input == nullptr ? nullptr : Find(cases, *input, goal.peer);
+  if (peer == nullptr) return;
+  report.Add({goal.number, fmt::format("{} / {}, {}", goal.peer, kTavrel, input->name),
+              Ratio(*peer, *Find(cases, *input, kTavrel)), Bound::kAtLeast, goal.pass,
+              goal.moonshot});
+}
+
+// The text and the records, and nothing else: 64 bytes for an element, 24 for an attribute, for a
+// track the 120 of its record and a pointer, for an item a pointer.
+double LeastMemory(const Input& input) {
+  const std::int64_t records =
+      64 * input.elements + 24 * input.attributes + 128 * input.tracks + 8 * input.items;
+  return static_cast<double>(input.bytes) + static_cast<double>(records);
+}
+
+void AddMemory(const Input& input, const std::vector<Case>& cases, Report& report) {
+  const Series peak = Find(cases, input, kTavrel)->Values(&LoadFigures::peakBytes);
+  report.Add({6, "peak memory / text and records, " + input.name,
+              peak.Times(1 / LeastMemory(input)), Bound::kAtMost, 1.03, 1.01});
+}
+
+// Of the fastest run with each file: what else the machine does must not look like a difference
+// between the files.
+void AddEvenness(const std::vector<Input>& inputs, const std::vector<Case>& cases, Report& report) {
+  Series fastest;
+  for (const Input& input : inputs) {
+    fastest.Add(NanosecondsAByte(*Find(cases, input, kTavrel)).Least());
+  }
+  if (fastest.size() < 2) return;
+  report.Add({8, "fastest load, ns a byte: most / least of all files",
+              fastest.Most() / fastest.Least(), Bound::kAtMost, 1.4, 1.2});
+}
+
+}  // namespace
+
+void AddFacts(const std::vector<Input>& inputs, const std::vector<Program>& programs,
+              Report& report) {
+  AddMachineFacts(report);
+  for (const Program& program : programs) report.Fact(program.name, program.version);
+  for (const Input& input : inputs) {
+    report.Fact(input.name, fmt::format("{} bytes, FNV-1a {:016x}, {} elements, {} attributes, "
+                                        "{} tracks, {} items",
+                                        input.bytes, input.hash, input.elements, input.attributes,
+                                        input.tracks, input.items));
+  }
+}
+
+void AddResults(const std::vector<Input>& inputs, const std::vector<Case>& cases, Report& report) {
+  for (const Case& run : cases) AddCase(run, report);
+  for (const Input& input : inputs) AddRatios(input, cases, report);
+  const std::size_t first = inputs.size() < 2 ? 0 : inputs.size() - 2;
+  for (const Goal& goal : kOnTheLargest) {
+    for (std::size_t i = first; i < inputs.size(); ++i) AddGoal(goal, &inputs[i], cases, report);
+  }
+  for (const Goal& goal : kOfTheSlow) {
+    AddGoal(goal, LargestOf(inputs, cases, goal.peer), cases, report);
+  }
+  for (const Input& input : inputs) AddMemory(input, cases, report);
+  AddEvenness(inputs, cases, report);
+}
+
+}  // namespace tavrel::bench

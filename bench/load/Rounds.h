@@ -1,0 +1,36 @@
+// Runs every program on every file, round by round.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "bench/load/Input.h"
+#include "bench/load/Programs.h"
+#include "bench/report/Series.h"
+
+namespace tavrel::bench {
+
+// One program on one file; its runs are those of the first rounds.
+struct Case {
+  const Input* input;
+  const Program* program;
+  std::vector<LoadFigures> runs;
+
+  [[nodiscard]] Series Values(double LoadFigures::*figure) const;
+  [[nodiscard]] Series Seconds() const { return Values(&LoadFigures::seconds); }
+};
+
+struct RoundCounts {
+  std::uint32_t all;
+  std::uint32_t slow;  // for a program that takes more than a second
+};
+
+// Runs all cases once a round, in random order, each in a process of its own, with memory warmed
+// before it. Throws when one finds another number of tracks than its file has: then no figure is
+// worth anything.
+void RunRounds(std::vector<Case>& cases, const RoundCounts& counts);
+
+// Time of the one over that of the other, for the rounds that both took part in.
+[[nodiscard]] Series Ratio(const Case& over, const Case& under);
+
+}  // namespace tavrel::bench
