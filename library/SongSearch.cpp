@@ -38,21 +38,20 @@ SearchIndex* PreparedIndex(const TBXMLElement* trackDictionary) noexcept {
   return index;
 }
 
-// The tracks at which one term's column has something to tell, in their order.
+// The tracks at which one term's column has something to tell, in their order: a match, or a faulty
+// text to be logged.
 class ColumnCursor {
  public:
   ColumnCursor(const platform::FoldedTexts& texts, const SearchColumn& column,
                const platform::SearchTerm& term) noexcept
       : texts_(texts), runs_(column.runs), faulty_(column.faulty), term_(term) {
     FindMatch();
+    NoteEvent();
   }
 
-  // The first track, from the present one on, whose text matches or is to be logged; the number of
-  // tracks when there is none.
-  [[nodiscard]] std::uint32_t NextEvent() const noexcept {
-    const std::uint32_t match = runs_.front().firstTrack;
-    return faulty_.empty() ? match : std::min(match, faulty_.front().firstTrack);
-  }
+  // The first track, from the present one on or before it, of which there is something to tell; the
+  // number of tracks when there is none.
+  [[nodiscard]] std::uint32_t event() const noexcept { return event_; }
 
   // Tests the text of `track`, to which the cursor has come.
   [[nodiscard]] bool Test(std::uint32_t track) const noexcept {
@@ -60,17 +59,20 @@ class ColumnCursor {
     return runs_.front().firstTrack <= track;
   }
 
-  // Comes to `track`, which is at most one behind the next event.
+  // Comes to `track`, which is at most one behind the event.
   void MoveTo(std::uint32_t track) noexcept {
+    if (track < eventEnd_) return;
     if (!faulty_.empty() && faulty_.front().endTrack <= track) faulty_ = faulty_.subspan(1);
     if (runs_.size() > 1 && runs_[1].firstTrack <= track) {
       runs_ = runs_.subspan(1);
       FindMatch();
     }
+    NoteEvent();
   }
 
  private:
   void FindMatch() noexcept;
+  void NoteEvent() noexcept;
 
   // Decoding once more, with no room for the result, writes the line.
   static void LogFault(const char* source) noexcept {
@@ -82,6 +84,8 @@ class ColumnCursor {
   std::span<const TextRun> runs_;  // from the matching one on; only the end when none is left
   std::span<const FaultyText> faulty_;
   const platform::SearchTerm& term_;
+  std::uint32_t event_ = 0;
+  std::uint32_t eventEnd_ = 0;  // the first track at which the event may be another one
 };
 
 // Leaves the runs from the first one that matches.
@@ -99,6 +103,14 @@ void ColumnCursor::FindMatch() noexcept {
       std::upper_bound(runs_.begin() + static_cast<std::ptrdiff_t>(step / 2), last, place,
                        [](std::size_t text, const TextRun& run) { return text < run.text; });
   runs_ = runs_.subspan(static_cast<std::size_t>(behind - runs_.begin()) - 1);
+}
+
+void ColumnCursor::NoteEvent() noexcept {
+  event_ = runs_.front().firstTrack;
+  eventEnd_ = runs_.size() > 1 ? runs_[1].firstTrack : event_;
+  if (faulty_.empty()) return;
+  event_ = std::min(event_, faulty_.front().firstTrack);
+  eventEnd_ = std::min(eventEnd_, faulty_.front().endTrack);
 }
 
 // One search.
@@ -140,10 +152,13 @@ bool IndexedSearch::Prepare(const SongInfo& terms) noexcept {
 
 std::int32_t IndexedSearch::Run() noexcept {
   const auto trackCount = static_cast<std::uint32_t>(index_.columns.trackIds.size());
+  // Copies, which no callback can change: they need not be read again for each track.
+  const SearchSongCallback callback = callback_;
+  void* const context = context_;
   std::int32_t count = 0;
   for (std::uint32_t track = 0;; ++track) {
     for (const std::uint32_t next = NextEvent(track); track < next; ++track) {
-      if (callback_(nullptr, 0, context_) == 0) return count;
+      if (callback(nullptr, 0, context) == 0) return count;
     }
     if (track == trackCount) return count;
     SongPlace place = {};
@@ -151,7 +166,7 @@ std::int32_t IndexedSearch::Run() noexcept {
       place = PlaceOf(track);
       ++count;
     }
-    if (callback_(place.playlist, place.position, context_) == 0) return count;
+    if (callback(place.playlist, place.position, context) == 0) return count;
     MoveTo(track + 1);
   }
 }
@@ -160,7 +175,7 @@ std::int32_t IndexedSearch::Run() noexcept {
 std::uint32_t IndexedSearch::NextEvent(std::uint32_t track) const noexcept {
   auto next = static_cast<std::uint32_t>(index_.columns.trackIds.size());
   for (const auto& cursor : cursors_) {
-    if (cursor) next = std::min(next, cursor->NextEvent());
+    if (cursor) next = std::min(next, cursor->event());
   }
   return std::max(next, track);
 }

@@ -1,6 +1,7 @@
 #include "platform/ByteSearch.h"
 
 #include <cstring>
+#include <optional>
 
 #include "platform/Processor.h"
 
@@ -11,10 +12,13 @@
 namespace tavrel::platform {
 namespace {
 
-// How common a byte is in folded texts: the less, the better it serves as a probe.
+// How common a byte is in folded texts: the less, the better it serves as a probe. The bytes of one
+// script share few first bytes among many characters, so that a later byte tells more.
 std::size_t Frequency(char byte) noexcept {
-  constexpr std::string_view kRareToCommon = "zqjxkvbpygfwmucdlhrsnioate ";
-  const std::size_t rank = kRareToCommon.find(byte);
+  constexpr std::string_view kRareToCommon = "zqjxk\x80vbpy\xC0gfwmucdlhrsnioate ";
+  const auto value = static_cast<unsigned char>(byte);
+  const char kind = value >= 0xC0 ? '\xC0' : value >= 0x80 ? '\x80' : byte;
+  const std::size_t rank = kRareToCommon.find(kind);
   return rank == std::string_view::npos ? 0 : rank + 1;
 }
 
@@ -58,12 +62,32 @@ constexpr std::ptrdiff_t kStride = 4 * kVector;
                           _mm256_cmpeq_epi8(_mm256_loadu_si256(secondPlace), second));
 }
 
+// The first of the places in `mask`, counted from `from`, where the whole pattern stands.
+[[gnu::always_inline]] inline std::optional<FoundBytes> FirstAmong(unsigned mask,
+                                                                   const BytePattern& pattern,
+                                                                   const char* from,
+                                                                   SearchEffort& effort) noexcept {
+  for (; mask != 0; mask &= mask - 1) {
+    const char* at = from + __builtin_ctz(mask);
+    if (effort.IsExcessive(at)) return FoundBytes{at, false};
+    if (StandsAt(pattern, at, effort)) return FoundBytes{at, true};
+  }
+  return std::nullopt;
+}
+
 [[gnu::target("avx2")]] FoundBytes FindAvx2(const BytePattern& pattern, const char* from,
                                             const char* end, SearchEffort& effort) noexcept {
   const __m256i first = _mm256_set1_epi8(pattern.bytes[pattern.firstProbe]);
   const __m256i second = _mm256_set1_epi8(pattern.bytes[pattern.secondProbe]);
   const auto size = static_cast<std::ptrdiff_t>(pattern.bytes.size());
-  // While the pattern may stand at the last place of the stride, so that every load is inside.
+  // One vector first: the next match may be near. From then on four at a time, while the pattern
+  // may stand at the last place of the stride, so that every load is inside.
+  if (end - from >= kVector + size - 1) {
+    const __m256i hits = ProbeBoth(pattern, from, first, second);
+    const auto mask = static_cast<unsigned>(_mm256_movemask_epi8(hits));
+    if (const auto found = FirstAmong(mask, pattern, from, effort)) return *found;
+    from += kVector;
+  }
   for (; end - from >= kStride + size - 1; from += kStride) {
     __m256i hits[kStride / kVector];
     for (std::ptrdiff_t i = 0; i < kStride / kVector; ++i) {
@@ -73,12 +97,8 @@ constexpr std::ptrdiff_t kStride = 4 * kVector;
         _mm256_or_si256(_mm256_or_si256(hits[0], hits[1]), _mm256_or_si256(hits[2], hits[3]));
     if (_mm256_testz_si256(any, any) != 0) continue;
     for (std::ptrdiff_t i = 0; i < kStride / kVector; ++i) {
-      auto mask = static_cast<unsigned>(_mm256_movemask_epi8(hits[i]));
-      for (; mask != 0; mask &= mask - 1) {
-        const char* at = from + i * kVector + __builtin_ctz(mask);
-        if (effort.IsExcessive(at)) return {at, false};
-        if (StandsAt(pattern, at, effort)) return {at, true};
-      }
+      const auto mask = static_cast<unsigned>(_mm256_movemask_epi8(hits[i]));
+      if (const auto found = FirstAmong(mask, pattern, from + i * kVector, effort)) return *found;
     }
   }
   return FindPortable(pattern, from, end, effort);
