@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "platform/Utf8Blocks.h"
+
 namespace tavrel::platform {
 namespace {
 
@@ -42,7 +44,7 @@ std::size_t CharacterLength(const unsigned char* bytes, std::size_t length) noex
 
 }  // namespace
 
-std::size_t ValidUtf8Prefix(const char* text, std::size_t length) noexcept {
+std::size_t ValidUtf8Characters(const char* text, std::size_t length) noexcept {
   const auto* bytes = reinterpret_cast<const unsigned char*>(text);
   std::size_t at = 0;
   while (at < length) {
@@ -56,6 +58,21 @@ std::size_t ValidUtf8Prefix(const char* text, std::size_t length) noexcept {
     at += size;
   }
   return at;
+}
+
+std::size_t ValidUtf8Prefix(const char* bytes, std::size_t length) noexcept {
+  // Most texts are names of a few bytes, over before anything better has begun.
+  constexpr std::size_t kShort = 256;
+  if (length < kShort) return ValidUtf8Characters(bytes, length);
+  return ValidTextPrefix(bytes, length).length;
+}
+
+TextPrefix ValidTextPrefix(const char* bytes, std::size_t length, Utf8Path path) noexcept {
+  const Utf8Blocks blocks = ValidUtf8Blocks(bytes, length, path);
+  const std::size_t valid =
+      blocks.length + ValidUtf8Characters(bytes + blocks.length, length - blocks.length);
+  const std::size_t withoutZero = blocks.hasZero ? 0 : blocks.length;
+  return {valid, withoutZero + strnlen(bytes + withoutZero, valid - withoutZero)};
 }
 
 }  // namespace tavrel::platform

@@ -15,4 +15,22 @@ namespace tavrel::platform {
   return ValidUtf8Prefix(text.data(), text.size()) == text.size();
 }
 
+// kPlain goes from character to character on every machine; it is what the others are compared
+// with. kBaseline is what every processor of the machine's kind has.
+enum class Utf8Path { kPlain, kBaseline, kAvx2 };
+
+// The fastest that this machine has.
+[[nodiscard]] Utf8Path BestUtf8Path() noexcept;
+[[nodiscard]] bool IsSupported(Utf8Path path) noexcept;
+
+struct TextPrefix {
+  std::size_t length;        // as ValidUtf8Prefix() gives it
+  std::size_t lengthToZero;  // of what stands before its first zero byte
+};
+
+// Finds both in one sweep.
+// path: a supported one.
+[[nodiscard]] TextPrefix ValidTextPrefix(const char* bytes, std::size_t length,
+                                         Utf8Path path = BestUtf8Path()) noexcept;
+
 }  // namespace tavrel::platform
