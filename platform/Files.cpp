@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstring>
 #include <utility>
 
 #include "platform/Utf8.h"
@@ -14,7 +13,9 @@
 namespace tavrel::platform {
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{256} << 10;
+// Small enough to stay in the second-level cache until it is checked; with smaller ones the calls
+// begin to count.
+constexpr std::size_t kPiece = std::size_t{128} << 10;
 
 // Reads up to `bytes` bytes, fewer only at the end of the file; -1 on an error.
 ssize_t ReadPiece(int descriptor, char* to, std::size_t bytes) noexcept {
@@ -40,9 +41,9 @@ class TextProgress {
  public:
   // Whether the first `length` bytes may still become valid text.
   bool Accepts(const char* text, std::size_t length) noexcept {
-    if (lengthToZero_ == valid_) lengthToZero_ += strnlen(text + valid_, length - valid_);
-    valid_ += ValidUtf8Prefix(text + valid_, length - valid_);
-    lengthToZero_ = std::min(lengthToZero_, valid_);
+    const TextPrefix prefix = ValidTextPrefix(text + valid_, length - valid_);
+    if (lengthToZero_ == valid_) lengthToZero_ += prefix.lengthToZero;
+    valid_ += prefix.length;
     return length - valid_ < 4;  // at most the start of one character is open
   }
   [[nodiscard]] std::size_t valid() const noexcept { return valid_; }

@@ -20,7 +20,7 @@ using tavrel::test::TemporaryFolder;
 
 namespace {
 
-constexpr std::size_t kPiece = std::size_t{256} << 10;  // what is read and checked at once
+constexpr std::size_t kPiece = std::size_t{128} << 10;  // what is read and checked at once
 
 // The text of a file, or "none".
 std::string TextOf(const std::string& path) {
