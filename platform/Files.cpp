@@ -108,24 +108,24 @@ FileText ReadFileText(const char* path) noexcept {
   if (!file) return {};
   FileText text{AllocateBlock(size + 1)};
   if (text.block.address == nullptr) return {};
+  if (ReadText(file.get(), size, text)) return text;
+  ReleaseBlock(text.block);
+  return {};
+}
 
+bool ReadText(int descriptor, std::size_t size, FileText& text) noexcept {
   TextProgress progress;
-  bool good = true;
+  text.length = 0;
   while (text.length < size) {
     const std::size_t wanted = std::min(kPiece, size - text.length);
-    const ssize_t got = ReadPiece(file.get(), text.block.address + text.length, wanted);
-    good = got >= 0;
-    if (got <= 0) break;  // an error, or the file has become shorter
+    const ssize_t got = ReadPiece(descriptor, text.block.address + text.length, wanted);
+    if (got < 0) return false;
+    if (got == 0) break;  // the file has become shorter
     text.length += static_cast<std::size_t>(got);
-    good = progress.Accepts(text.block.address, text.length);
-    if (!good) break;
-  }
-  if (!good || progress.valid() != text.length) {
-    ReleaseBlock(text.block);
-    return {};
+    if (!progress.Accepts(text.block.address, text.length)) return false;
   }
   text.lengthToZero = progress.lengthToZero();
-  return text;
+  return progress.valid() == text.length;
 }
 
 }  // namespace tavrel::platform

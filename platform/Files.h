@@ -55,8 +55,14 @@ struct FileText {
   std::size_t lengthToZero = 0;  // of the text before the first zero byte
 };
 
-// Reads a file as UTF-8 text. The caller owns the block. The text is checked piece by piece while
-// it is still in the processor's cache, so that it is read from memory only once.
+// Reads a file as UTF-8 text. The caller owns the block.
 [[nodiscard]] FileText ReadFileText(const char* path) noexcept;
+
+// Reads up to `size` bytes as UTF-8 text. It is checked piece by piece while it is still in the
+// processor's cache, so that it is read from memory only once.
+// text:   its block has room for one byte more, is zero-filled and stays the caller's; the lengths
+//         are received, and undefined on failure.
+// Result: whether it could be read and is UTF-8.
+[[nodiscard]] bool ReadText(int descriptor, std::size_t size, FileText& text) noexcept;
 
 }  // namespace tavrel::platform
