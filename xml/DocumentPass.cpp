@@ -1,5 +1,7 @@
 #include "xml/DocumentPass.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 #include "xml/AttributeScanner.h"
@@ -25,13 +27,31 @@ void TrimText(TBXMLElement& element) noexcept {
   while (end > element.text + 1 && IsWhitespace(end[-1])) *--end = '\0';
 }
 
-// Whether one of the first `length` of eight bytes is that byte. (The usual test for a zero byte;
-// it may report bytes above the first hit in error, but never below it.)
-bool HasByte(std::uint64_t bytes, std::size_t length, char byte) noexcept {
-  constexpr std::uint64_t kOnes = 0x0101010101010101u;
-  const std::uint64_t zeroes = bytes ^ (kOnes * static_cast<unsigned char>(byte));
-  const std::uint64_t hits = (zeroes - kOnes) & ~zeroes & (kOnes << 7);
-  return (hits << (8 * (8 - length))) != 0;
+// For each length of a name, the bits of the eight bytes from its '<' on that are compared.
+using TagBytes = std::array<unsigned char, 8>;
+constexpr TagBytes kPlainTag = {'<', 0x40, 0x40, 0x40, 0x40, 0x40, 0x40, 0x40};
+constexpr std::array<TagBytes, 8> kComparedBits = [] {
+  std::array<TagBytes, 8> bits{};
+  for (std::size_t length = 0; length < bits.size(); ++length) {
+    bits[length][0] = 0xFF;
+    for (std::size_t i = 1; i <= length; ++i) bits[length][i] = 0x40;
+  }
+  return bits;
+}();
+
+std::uint64_t EightBytes(const void* bytes) noexcept {
+  std::uint64_t number;
+  std::memcpy(&number, bytes, sizeof number);
+  return number;
+}
+
+// Whether a '<' and a name of `length` letters stand at `open`. Every byte with the bit that all
+// letters have counts as one: blanks, '/', '!' and '?' lack it. False for names that are longer
+// than seven bytes. Reads eight bytes in any case.
+bool IsPlainTag(const char* open, std::size_t length) noexcept {
+  if (length >= kComparedBits.size()) return false;
+  const std::uint64_t differing = EightBytes(open) ^ EightBytes(kPlainTag.data());
+  return (differing & EightBytes(kComparedBits[length].data())) == 0;
 }
 
 }  // namespace
@@ -62,11 +82,10 @@ void DocumentPass::RunIndexed(InstructionSet set) noexcept {
   if (static_cast<std::size_t>(end_ - text_) > TagIndex::kLongest) return Run();
   TagIndex index(text_, end_, set);
   while (index.Has(TagIndex::kMostAhead)) {
+    if (TakeLeaves(index)) continue;
     const std::uint32_t* marks = index.Next();
     char* open = text_ + marks[0];
-    if (TakeLeaf(marks)) {
-      index.Skip(4);
-    } else if (*open == '>') {  // in character data
+    if (*open == '>') {  // in character data
       index.Skip(1);
     } else {
       if (!Step(open, text_ + marks[1])) return;
@@ -76,37 +95,53 @@ void DocumentPass::RunIndexed(InstructionSet set) noexcept {
   Run();  // what is left holds too few
 }
 
-bool DocumentPass::TakeLeaf(const std::uint32_t* marks) noexcept {
-  char* open = text_ + marks[0];
-  char* nameEnd = text_ + marks[1];
-  char* textEnd = text_ + marks[2];
-  char* close = text_ + marks[3];
-  if (*open != '<' || *nameEnd != '>' || *textEnd != '<' || *close != '>' || textEnd[1] != '/' ||
-      openElement_ == nullptr) {
-    return false;
-  }
-  const auto nameLength = static_cast<std::size_t>(nameEnd - open - 1);
-  if (nameLength - 1 > 7 || end_ - open < 9) return false;
-  // One load, before the zero bytes are written: a wide load right behind a narrow store would
-  // stall.
-  std::uint64_t name;
-  std::memcpy(&name, open + 1, sizeof name);
-  const bool plainName = open[1] != '!' && open[1] != '?' && !HasByte(name, nameLength, ' ') &&
-                         !HasByte(name, nameLength, '/');
-  // With no blank at either end there is nothing to trim. (An empty text shows its tags' own
-  // bytes.)
-  const bool trimmed =
-      static_cast<unsigned char>(nameEnd[1]) > ' ' && static_cast<unsigned char>(textEnd[-1]) > ' ';
-  if (!plainName || !trimmed) return false;
+// Everything is kept in variables of its own on the way: the zero bytes might be written anywhere,
+// for all the compiler knows, and would make it read members again and again.
+bool DocumentPass::TakeLeaves(TagIndex& index) noexcept {
+  TBXMLElement* const parent = openElement_;
+  if (parent == nullptr) return false;
+  TBXMLFields& fields = document_.fields_;
+  TBXMLElement* const chunk = fields.currentElementBuffer->elements;
+  TBXMLElement* const first = chunk + fields.currentElement + 1;
+  TBXMLElement* element = first;
 
-  TBXMLElement* element = document_.nextAvailableElement();
-  if (element == nullptr) return false;
-  *open = *nameEnd = *textEnd = *close = '\0';
-  element->name = open + 1;
-  element->text = nameEnd + 1;
-  AppendToOpenElement(element);
-  openElement_->text = nullptr;  // as for every parent of an element that a tag closes
-  position_ = close + 1;
+  char* const text = text_;
+  const std::uint32_t* marks = index.Next();
+  // As many as the index shows as a whole and the chunk has records for.
+  const auto most = std::min(index.Left() / 4 - 1, chunk + kRecordsPerChunk - first);
+  for (TBXMLElement* const end = first + most; element < end; ++element, marks += 4) {
+    char* const open = text + marks[0];
+    char* const nameEnd = text + marks[1];
+    char* const textEnd = text + marks[2];
+    char* const close = text + marks[3];
+    // With no blank at either end of the text there is nothing to trim. (An empty text shows the
+    // bytes of its tags.)
+    if (*nameEnd != '>' || *textEnd != '<' || textEnd[1] != '/' || *close != '>' ||
+        static_cast<unsigned char>(nameEnd[1]) <= ' ' ||
+        static_cast<unsigned char>(textEnd[-1]) <= ' ' ||
+        !IsPlainTag(open, marks[1] - marks[0] - 1)) {
+      break;
+    }
+    element->name = open + 1;
+    element->text = nameEnd + 1;
+    element->parentElement = parent;
+    // Siblings stand side by side; not so the first and the last one, which are seen to below.
+    element->nextSibling = element + 1;
+    element->previousSibling = element - 1;
+    *open = *nameEnd = *textEnd = *close = '\0';
+  }
+  if (element == first) return false;
+
+  TBXMLElement* const last = element - 1;
+  TBXMLElement* const previous = parent->currentChild;
+  (previous == nullptr ? parent->firstChild : previous->nextSibling) = first;
+  first->previousSibling = previous;
+  last->nextSibling = nullptr;
+  parent->currentChild = last;
+  parent->text = nullptr;  // as for every parent of an element that a tag closes
+  fields.currentElement = last - chunk;
+  position_ = text + marks[-1] + 1;
+  index.Skip(static_cast<std::size_t>(marks - index.Next()));
   return true;
 }
 

@@ -40,11 +40,9 @@ class DocumentPass {
   [[nodiscard]] bool OpenElement(char* open, char* close) noexcept;
   void CloseElement() noexcept;
 
-  // Handles "<name>text</...>", most of what library files are made of, when nothing about it is
-  // special.
-  // marks:  the positions of the next four '<' and '>'.
-  // Result: false, with nothing changed, when it is something else.
-  [[nodiscard]] bool TakeLeaf(const std::uint32_t* marks) noexcept;
+  // Handles as many elements of the form "<name>text</...>" as come next and have nothing special
+  // about them, while the index and the newest chunk last. Result: false when there was none.
+  [[nodiscard]] bool TakeLeaves(tavrel::xml::TagIndex& index) noexcept;
 
   [[nodiscard]] char* FindTagEnd(char* from) noexcept;
   void AppendToOpenElement(TBXMLElement* element) noexcept;

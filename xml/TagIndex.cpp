@@ -28,18 +28,23 @@ std::size_t IndexPlain(const char* text, std::size_t length, std::uint32_t base,
 // Everything wider works on a mask of 64 bytes: '<' is 0x3C and '>' is 0x3E, so that one OR and one
 // comparison find both.
 
-// Writes eight numbers at a time, the last ones in vain: that is cheaper than counting first.
-[[gnu::always_inline]] inline std::size_t WritePositions(std::uint64_t mask, std::uint32_t base,
-                                                         std::uint32_t* positions) noexcept {
-  const auto count = static_cast<std::size_t>(std::popcount(mask));
-  for (std::size_t written = 0; written < count; written += 8) {
-    for (std::size_t i = 0; i < 8; ++i) {
-      positions[written + i] = base + static_cast<std::uint32_t>(std::countr_zero(mask));
-      mask &= mask - 1;
+// For each byte of a mask, the numbers of the bits that are set, and how many they are. Every byte
+// writes eight positions, most of them in vain: that is cheaper than to branch on their number,
+// which nobody can predict.
+struct BitTable {
+  alignas(8) std::array<std::array<std::uint8_t, 8>, 256> numbers;
+  std::array<std::uint8_t, 256> count;
+};
+
+constexpr BitTable kBits = [] {
+  BitTable table{};
+  for (std::size_t byte = 0; byte < 256; ++byte) {
+    for (std::uint8_t bit = 0; bit < 8; ++bit) {
+      if ((byte >> bit & 1) != 0) table.numbers[byte][table.count[byte]++] = bit;
     }
   }
-  return count;
-}
+  return table;
+}();
 
 // Walks a text in strides of 64 bytes. The last, shorter one is a zero-filled copy: nothing is read
 // behind the text.
@@ -72,6 +77,24 @@ class Strides {
 
 #if defined(__x86_64__)
 
+[[gnu::always_inline]] inline std::size_t WritePositions(std::uint64_t mask, std::uint32_t base,
+                                                         std::uint32_t* positions) noexcept {
+  const __m128i zero = _mm_setzero_si128();
+  __m128i start = _mm_set1_epi32(static_cast<int>(base));
+  std::uint32_t* next = positions;
+  for (int i = 0; i < 8; ++i, mask >>= 8) {
+    const std::size_t byte = mask & 0xFF;
+    const auto* numbers = reinterpret_cast<const __m128i*>(kBits.numbers[byte].data());
+    const __m128i words = _mm_unpacklo_epi8(_mm_loadl_epi64(numbers), zero);
+    auto* places = reinterpret_cast<__m128i*>(next);
+    _mm_storeu_si128(places, _mm_add_epi32(start, _mm_unpacklo_epi16(words, zero)));
+    _mm_storeu_si128(places + 1, _mm_add_epi32(start, _mm_unpackhi_epi16(words, zero)));
+    next += kBits.count[byte];
+    start = _mm_add_epi32(start, _mm_set1_epi32(8));
+  }
+  return static_cast<std::size_t>(next - positions);
+}
+
 std::size_t IndexBaseline(const char* text, std::size_t length, std::uint32_t base,
                           std::uint32_t* positions) noexcept {
   const __m128i two = _mm_set1_epi8(2);
@@ -90,9 +113,24 @@ std::size_t IndexBaseline(const char* text, std::size_t length, std::uint32_t ba
   return count;
 }
 
-[[gnu::target("avx2,bmi,popcnt")]] std::size_t IndexAvx2(const char* text, std::size_t length,
-                                                         std::uint32_t base,
-                                                         std::uint32_t* positions) noexcept {
+[[gnu::target("avx2"), gnu::always_inline]] inline std::size_t WritePositionsAvx2(
+    std::uint64_t mask, std::uint32_t base, std::uint32_t* positions) noexcept {
+  __m256i start = _mm256_set1_epi32(static_cast<int>(base));
+  std::uint32_t* next = positions;
+  for (int i = 0; i < 8; ++i, mask >>= 8) {
+    const std::size_t byte = mask & 0xFF;
+    const auto* numbers = reinterpret_cast<const __m128i*>(kBits.numbers[byte].data());
+    const __m256i added = _mm256_add_epi32(start, _mm256_cvtepu8_epi32(_mm_loadl_epi64(numbers)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(next), added);
+    next += kBits.count[byte];
+    start = _mm256_add_epi32(start, _mm256_set1_epi32(8));
+  }
+  return static_cast<std::size_t>(next - positions);
+}
+
+[[gnu::target("avx2")]] std::size_t IndexAvx2(const char* text, std::size_t length,
+                                              std::uint32_t base,
+                                              std::uint32_t* positions) noexcept {
   const __m256i two = _mm256_set1_epi8(2);
   const __m256i closer = _mm256_set1_epi8('>');
   std::size_t count = 0;
@@ -104,7 +142,7 @@ std::size_t IndexBaseline(const char* text, std::size_t length, std::uint32_t ba
         static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(low, closer)));
     const auto highHits =
         static_cast<std::uint32_t>(_mm256_movemask_epi8(_mm256_cmpeq_epi8(high, closer)));
-    count += WritePositions(std::uint64_t{highHits} << 32 | lowHits, base, positions + count);
+    count += WritePositionsAvx2(std::uint64_t{highHits} << 32 | lowHits, base, positions + count);
   }
   return count;
 }
@@ -145,6 +183,21 @@ constexpr std::array<std::uint8_t, kStride> kAscending = [] {
 
 #elif defined(__aarch64__)
 
+[[gnu::always_inline]] inline std::size_t WritePositions(std::uint64_t mask, std::uint32_t base,
+                                                         std::uint32_t* positions) noexcept {
+  uint32x4_t start = vdupq_n_u32(base);
+  std::uint32_t* next = positions;
+  for (int i = 0; i < 8; ++i, mask >>= 8) {
+    const std::size_t byte = mask & 0xFF;
+    const uint16x8_t words = vmovl_u8(vld1_u8(kBits.numbers[byte].data()));
+    vst1q_u32(next, vaddq_u32(start, vmovl_u16(vget_low_u16(words))));
+    vst1q_u32(next + 4, vaddq_u32(start, vmovl_u16(vget_high_u16(words))));
+    next += kBits.count[byte];
+    start = vaddq_u32(start, vdupq_n_u32(8));
+  }
+  return static_cast<std::size_t>(next - positions);
+}
+
 std::size_t IndexBaseline(const char* text, std::size_t length, std::uint32_t base,
                           std::uint32_t* positions) noexcept {
   const uint8x16_t two = vdupq_n_u8(2);
@@ -177,7 +230,7 @@ bool IsSupported(InstructionSet set) noexcept {
       return true;
     case InstructionSet::kAvx2:
       __builtin_cpu_init();  // the loader may run us before anybody else has
-      return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi");
+      return __builtin_cpu_supports("avx2");
     case InstructionSet::kAvx512:
       __builtin_cpu_init();
       return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi2");

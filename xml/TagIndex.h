@@ -36,11 +36,13 @@ class TagIndex {
     return static_cast<std::size_t>(last_ - next_) >= count || Fill(count);
   }
   [[nodiscard]] const std::uint32_t* Next() const noexcept { return next_; }
+  [[nodiscard]] std::ptrdiff_t Left() const noexcept { return last_ - next_; }
   void Skip(std::size_t count) noexcept { next_ += count; }
   // Skips every position before that one.
   void SkipTo(std::size_t position) noexcept;
 
-  static constexpr std::size_t kMostAhead = 4;
+  // Where that many positions are left, as many bytes of the text are, from the first one on.
+  static constexpr std::size_t kMostAhead = 8;
   static constexpr std::size_t kLongest = UINT32_MAX;  // in bytes, of a text
 
  private:
