@@ -13,17 +13,21 @@ namespace {
 
 constexpr unsigned kAsked = 1;
 constexpr unsigned kAvx2 = 2;
-constexpr unsigned kCarrylessMultiplication = 4;
+constexpr unsigned kAvx512 = 4;
+constexpr unsigned kCarrylessMultiplication = 8;
 
 constinit std::atomic<unsigned> known{0};
 
-// Whether the system saves the 256-bit registers on a change of task. What it does not save must
-// not be used, whatever the processor offers.
-bool SavesVectors256() noexcept {
+// Which registers the system saves on a change of task. What it does not save must not be used,
+// whatever the processor offers.
+constexpr unsigned kVectors256 = 0x06;
+constexpr unsigned kVectors512 = 0xE6;
+
+unsigned SavedRegisters() noexcept {
   unsigned low = 0;
   unsigned high = 0;
   __asm__("xgetbv" : "=a"(low), "=d"(high) : "c"(0));
-  return (low & 0x06U) == 0x06U;
+  return low;
 }
 
 unsigned AskProcessor() noexcept {
@@ -34,10 +38,13 @@ unsigned AskProcessor() noexcept {
   unsigned features = kAsked;
   if (__get_cpuid(1, &a, &b, &c, &d) == 0) return features;
   if ((c & bit_PCLMUL) != 0) features |= kCarrylessMultiplication;
-  const bool vectors256 = (c & bit_OSXSAVE) != 0 && SavesVectors256();
-  if (vectors256 && __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_AVX2) != 0) {
-    features |= kAvx2;
-  }
+  const unsigned saved = (c & bit_OSXSAVE) != 0 ? SavedRegisters() : 0;
+  if ((saved & kVectors256) != kVectors256) return features;
+  if (__get_cpuid_count(7, 0, &a, &b, &c, &d) == 0) return features;
+  if ((b & bit_AVX2) != 0) features |= kAvx2;
+  const bool avx512 =
+      (b & bit_AVX512F) != 0 && (b & bit_AVX512BW) != 0 && (c & bit_AVX512VBMI2) != 0;
+  if (avx512 && (saved & kVectors512) == kVectors512) features |= kAvx512;
   return features;
 }
 
@@ -50,6 +57,7 @@ ProcessorFeatures Features() noexcept {
     known.store(features, std::memory_order_relaxed);
   }
   return {.avx2 = (features & kAvx2) != 0,
+          .avx512 = (features & kAvx512) != 0,
           .carrylessMultiplication = (features & kCarrylessMultiplication) != 0};
 }
 

@@ -5,6 +5,7 @@ namespace tavrel::platform {
 
 struct ProcessorFeatures {
   bool avx2 = false;
+  bool avx512 = false;  // with its operations on bytes: BW and VBMI2
   bool carrylessMultiplication = false;
 };
 

@@ -5,6 +5,8 @@
 #include <bit>
 #include <cstring>
 
+#include "platform/Processor.h"
+
 #if defined(__x86_64__)
 #include <immintrin.h>
 #elif defined(__aarch64__)
@@ -229,11 +231,9 @@ bool IsSupported(InstructionSet set) noexcept {
     case InstructionSet::kBaseline:
       return true;
     case InstructionSet::kAvx2:
-      __builtin_cpu_init();  // the loader may run us before anybody else has
-      return __builtin_cpu_supports("avx2");
+      return platform::Features().avx2;
     case InstructionSet::kAvx512:
-      __builtin_cpu_init();
-      return __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vbmi2");
+      return platform::Features().avx512;
 #elif defined(__aarch64__)
     case InstructionSet::kBaseline:
       return true;
