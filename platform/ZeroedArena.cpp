@@ -7,6 +7,8 @@ namespace tavrel::platform {
 namespace {
 
 constexpr std::size_t kFirstBlock = std::size_t{64} << 10;
+// In few steps: blocks that are smaller than a huge page cost a fault for each small one.
+constexpr std::size_t kGrowth = 8;
 constexpr std::size_t kLargestBlock = std::size_t{64} << 20;
 
 }  // namespace
@@ -18,7 +20,7 @@ struct alignas(16) ZeroedArena::BlockHeader {
 };
 
 bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
-  const std::size_t grown = std::clamp(lastBlockBytes_ * 2, kFirstBlock, kLargestBlock);
+  const std::size_t grown = std::clamp(lastBlockBytes_ * kGrowth, kFirstBlock, kLargestBlock);
   const std::size_t blockBytes = std::max(grown, bytes + sizeof(BlockHeader));
   const ZeroedBlock block = AllocateBlock(blockBytes);
   if (block.address == nullptr) return false;
