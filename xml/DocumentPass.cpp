@@ -199,7 +199,7 @@ void DocumentPass::CloseElement() noexcept {
   TBXMLElement* element = openElement_;
   if (element == nullptr) return;
   if (element->text != nullptr) TrimText(*element);
-  --depth_;
+  if (depth_-- == 4 && element->firstChild != nullptr) document_.noteFourthLevel(element);
   openElement_ = element->parentElement;
   if (openElement_ != nullptr && openElement_->firstChild != nullptr) openElement_->text = nullptr;
 }
@@ -220,7 +220,7 @@ bool DocumentPass::OpenElement(char* open, char* close) noexcept {
   }
   if (empty) return true;
   openElement_ = element;
-  if (++depth_ == 4) document_.noteFourthLevel(element);
+  ++depth_;
   if (close[1] != '>') element->text = close + 1;
   return true;
 }

@@ -56,9 +56,9 @@ class TBXML {
   [[nodiscard]] TBXMLElement* rootXMLElement() const noexcept { return fields_.rootXMLElement; }
   [[nodiscard]] const TBXMLFields& fields() const noexcept { return fields_; }
 
-  // The elements on the fourth level that have an end tag of their own, in order; in a library
-  // file, the dictionaries of its tracks. Only a hint on where to look soon: some or all may be
-  // missing.
+  // The elements on the fourth level that have children, in the order of their end tags; in a
+  // library file, the dictionaries of its tracks. Only a hint on where to look soon: some or all
+  // may be missing.
   [[nodiscard]] std::span<TBXMLElement* const> fourthLevel() const noexcept {
     return {fourthLevel_, fourthLevelCount_};
   }

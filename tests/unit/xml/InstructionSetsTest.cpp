@@ -1,6 +1,7 @@
 // Every way to run the pass builds the tree of the plain one.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
 #include <random>
@@ -133,6 +134,29 @@ TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPassOverManyBlocks) {
     for (const InstructionSet set : SupportedSets()) {
       ASSERT_EQ(DumpOf(text, {true, set}), expected);
     }
+  }
+}
+
+// Leaves do not count, wherever in a chunk of records they stand.
+TEST(InstructionSets, AllHintAtTheSameDictionaries) {
+  std::string text = "<plist><dict><dict>";
+  for (int i = 0; i < 500; ++i) text += "<key>1</key><dict><key>Name</key><true/></dict>";
+  text += "</dict></dict></plist>";
+  std::vector<PassChoice> choices = {{false, InstructionSet::kPlain}};
+  for (const InstructionSet set : SupportedSets()) choices.push_back({true, set});
+  for (const PassChoice choice : choices) {
+    ForcePass(choice);
+    TBXML document;
+    document.initWithXMLString(text);
+    ForcePass(std::nullopt);
+    std::vector<const TBXMLElement*> dictionaries;
+    const TBXMLElement* tracks = document.rootXMLElement()->firstChild->firstChild;
+    for (const TBXMLElement* key = tracks->firstChild; key != nullptr;) {
+      dictionaries.push_back(key->nextSibling);
+      key = key->nextSibling->nextSibling;
+    }
+    const auto hints = document.fourthLevel();
+    EXPECT_TRUE(std::equal(hints.begin(), hints.end(), dictionaries.begin(), dictionaries.end()));
   }
 }
 
