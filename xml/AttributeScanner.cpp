@@ -3,50 +3,64 @@
 #include "xml/ByteScan.h"
 #include "xml/CDataSections.h"
 
-using tavrel::xml::IsWhitespace;
-using tavrel::xml::StartsWith;
+using namespace tavrel::xml;
 
-bool AttributeScanner::Scan(char* from, char* end) noexcept {
-  State state = State::kBetween;
-  char quote = 0;
-  for (char* at = from; at <= end; ++at) {
-    const char byte = *at;
-    switch (state) {
-      case State::kBetween:
-        if (IsWhitespace(byte)) break;
-        name_ = at;
-        state = State::kName;
-        break;
-      case State::kName:
-        if (!IsWhitespace(byte) && byte != '=') break;
-        *at = '\0';
-        state = State::kBeforeValue;
-        break;
-      case State::kBeforeValue:  // everything but a quote is skipped, the '=' included
-        if (byte != '"' && byte != '\'') break;
-        quote = byte;
-        value_ = at + 1;
-        state = State::kValue;
-        break;
-      case State::kValue:
-        if (byte == '<' && StartsWith(at, end, tavrel::xml::kSectionOpener)) {
-          state = State::kSection;
-        } else if (byte == quote) {
-          if (!Append(at)) return false;
-          state = State::kBetween;
-        }
-        break;
-      case State::kSection:  // quotes do not count here
-        if (byte == ']' && StartsWith(at, end, tavrel::xml::kSectionEnd)) state = State::kValue;
-        break;
-    }
-  }
-  return true;
+namespace {
+
+// The searches below stop at the zero byte that ends the tag.
+
+char* FindNameEnd(char* at) noexcept {
+  while (*at != '=' && !IsWhitespace(*at) && *at != '\0') ++at;
+  return at;
 }
 
-bool AttributeScanner::Append(char* valueEnd) noexcept {
-  *valueEnd = '\0';
-  tavrel::xml::RemoveValueMarkers(value_, valueEnd);
+char* FindQuote(char* at) noexcept {
+  while (*at != '"' && *at != '\'' && *at != '\0') ++at;
+  return at;
+}
+
+// Quotes inside of CDATA sections do not count.
+// at: the '<' of the first section, or one that opens none.
+char* FindEndBehindSections(char* at, char* end, char quote) noexcept {
+  while (*at == '<') {
+    if (StartsWith(at, end, kSectionOpener)) {
+      char* sectionEnd = FindSectionEnd(at + kSectionOpener.size(), end);
+      if (sectionEnd == nullptr) return end;
+      at = sectionEnd + kSectionEnd.size();
+    } else {
+      ++at;
+    }
+    while (*at != quote && *at != '<' && *at != '\0') ++at;
+  }
+  return at;
+}
+
+}  // namespace
+
+bool AttributeScanner::Scan(char* from, char* end) noexcept {
+  for (char* at = from;; ++at) {
+    while (IsWhitespace(*at)) ++at;
+    if (at == end) return true;
+    name_ = at;
+    at = FindNameEnd(at + 1);  // whatever the first byte is, it belongs to the name
+    if (at == end) return true;
+    *at = '\0';
+    at = FindQuote(at + 1);  // everything else is skipped, the '=' included
+    if (at == end) return true;
+    const char quote = *at++;
+    value_ = at;
+    while (*at != quote && *at != '<' && *at != '\0') ++at;
+    if (*at == '<') {
+      at = FindEndBehindSections(at, end, quote);
+      if (at != end) RemoveValueMarkers(value_, at);
+    }
+    if (at == end) return true;
+    *at = '\0';
+    if (!Append()) return false;
+  }
+}
+
+bool AttributeScanner::Append() noexcept {
   TBXMLAttribute* attribute = document_.nextAvailableAttribute();
   if (attribute == nullptr) return false;
   (last_ == nullptr ? element_.firstAttribute : last_->next) = attribute;

@@ -15,9 +15,7 @@ class AttributeScanner {
   [[nodiscard]] bool Scan(char* from, char* end) noexcept;
 
  private:
-  enum class State { kBetween, kName, kBeforeValue, kValue, kSection };
-
-  [[nodiscard]] bool Append(char* valueEnd) noexcept;
+  [[nodiscard]] bool Append() noexcept;
 
   TBXML& document_;
   TBXMLElement& element_;

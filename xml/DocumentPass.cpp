@@ -187,7 +187,7 @@ bool DocumentPass::TakeSections(char* open) noexcept {
 char* DocumentPass::FindTagEnd(char* from) noexcept {
   char* close = FirstOf(from, '<', '>');
   while (*close == '<' && StartsWith(close, end_, kSectionOpener)) {
-    char* sectionEnd = FindText(close, end_, kSectionEnd);
+    char* sectionEnd = FindSectionEnd(close + kSectionOpener.size(), end_);
     if (sectionEnd == nullptr) return nullptr;
     close = FirstOf(sectionEnd + kSectionEnd.size(), '<', '>');
   }
