@@ -1,6 +1,7 @@
 #include "platform/ZeroedArena.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <new>
 
 namespace tavrel::platform {
@@ -16,6 +17,7 @@ constexpr std::size_t kLargestBlock = std::size_t{64} << 20;
 // Stands at the start of each block and leads to the block before it.
 struct alignas(16) ZeroedArena::BlockHeader {
   ZeroedBlock block;
+  std::size_t bytes;
   BlockHeader* previous;
 };
 
@@ -24,11 +26,19 @@ bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
   const std::size_t blockBytes = std::max(grown, bytes + sizeof(BlockHeader));
   const ZeroedBlock block = AllocateBlock(blockBytes);
   if (block.address == nullptr) return false;
-  newest_ = new (block.address) BlockHeader{block, newest_};
+  newest_ = new (block.address) BlockHeader{block, blockBytes, newest_};
   next_ = block.address + sizeof(BlockHeader);
   left_ = blockBytes - sizeof(BlockHeader);
   lastBlockBytes_ = blockBytes;
   return true;
+}
+
+bool ZeroedArena::Holds(const void* address) const noexcept {
+  const auto place = reinterpret_cast<std::uintptr_t>(address);
+  for (const BlockHeader* header = newest_; header != nullptr; header = header->previous) {
+    if (place - reinterpret_cast<std::uintptr_t>(header) < header->bytes) return true;
+  }
+  return false;
 }
 
 void ZeroedArena::ReleaseAll() noexcept {

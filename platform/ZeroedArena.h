@@ -21,6 +21,9 @@ class ZeroedArena {
     return piece;
   }
 
+  // Whether `address` lies in memory of the arena.
+  [[nodiscard]] bool Holds(const void* address) const noexcept;
+
   // Releases every piece; the arena is empty afterwards and can be used again.
   void ReleaseAll() noexcept;
 

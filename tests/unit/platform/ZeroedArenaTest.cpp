@@ -89,6 +89,28 @@ TEST(ZeroedArena, IsEmptyAndUsableAfterItsRelease) {
   arena.ReleaseAll();
 }
 
+TEST(ZeroedArena, HoldsItsPiecesAndNothingElse) {
+  ZeroedArena arena;
+  char outside = 0;
+  EXPECT_FALSE(arena.Holds(&outside));
+  std::vector<std::pair<char*, std::size_t>> pieces;
+  for (std::size_t bytes = 1; bytes < (std::size_t{4} << 20); bytes = bytes * 3 / 2 + 1) {
+    pieces.emplace_back(static_cast<char*>(arena.Take(bytes)), bytes);
+    ASSERT_NE(pieces.back().first, nullptr);
+  }
+  for (const auto& [piece, bytes] : pieces) {
+    EXPECT_TRUE(arena.Holds(piece));
+    EXPECT_TRUE(arena.Holds(piece + bytes - 1));
+  }
+  EXPECT_FALSE(arena.Holds(&outside));
+  EXPECT_FALSE(arena.Holds(nullptr));
+  const std::vector<char> other(std::size_t{8} << 20);
+  EXPECT_FALSE(arena.Holds(other.data()));
+  EXPECT_FALSE(arena.Holds(other.data() + other.size() - 1));
+  arena.ReleaseAll();
+  EXPECT_FALSE(arena.Holds(pieces[0].first));
+}
+
 TEST(ZeroedArena, IsAPlainRecordThatIsEmptyWhenAllZero) {
   static_assert(std::is_trivially_copyable_v<ZeroedArena>);
   ZeroedArena arena;
