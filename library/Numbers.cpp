@@ -23,20 +23,15 @@ std::optional<std::uint64_t> ReadDigits(std::string_view text, unsigned base,
   for (const char c : text) {
     const unsigned digit = HexDigitValue(c);
     if (digit >= base) break;
-    if (value > (limit - digit) / base) return std::nullopt;
-    value = value * base + digit;
+    if (__builtin_mul_overflow(value, base, &value) ||
+        __builtin_add_overflow(value, digit, &value) || value > limit) {
+      return std::nullopt;
+    }
   }
   return value;
 }
 
 }  // namespace
-
-unsigned HexDigitValue(char digit) noexcept {
-  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
-  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a') + 10;
-  if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A') + 10;
-  return 16;
-}
 
 std::int32_t ReadDecimal(std::string_view text) noexcept {
   bool negative = false;

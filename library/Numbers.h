@@ -17,6 +17,12 @@ namespace tavrel {
 [[nodiscard]] std::uint32_t ReadUnsigned(std::string_view text, unsigned base) noexcept;
 
 // The value of a hexadecimal digit, 16 for any other byte.
-[[nodiscard]] unsigned HexDigitValue(char digit) noexcept;
+[[nodiscard]] constexpr unsigned HexDigitValue(char digit) noexcept {
+  const unsigned byte = static_cast<unsigned char>(digit);
+  const unsigned asDecimal = byte - '0';
+  const unsigned asLetter = (byte | 0x20u) - 'a';
+  const unsigned orNone = asLetter < 6 ? asLetter + 10 : 16;  // no branches: digits are random
+  return asDecimal < 10 ? asDecimal : orNone;
+}
 
 }  // namespace tavrel
