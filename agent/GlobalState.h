@@ -58,6 +58,7 @@ struct PrivateState {
   char* home;  // the home folder of this load, owned; none when there is none
   platform::ReleasePool pool;
   platform::ZeroedArena trackRecords;
+  platform::ZeroedArena trackTexts;
   bool tracksDestroyed;
   PlaylistRecord* ringtones;   // the ringtone playlist while it stands in the first group
   PlaylistRecord* allSongs;    // what OpenAllSongs() gives, made on first use among the tracks
@@ -70,6 +71,10 @@ struct PrivateState {
 [[nodiscard]] inline PrivateState& Private() noexcept {
   return *reinterpret_cast<PrivateState*>(g_pGlobal);
 }
+
+// What the last load made; none before it and after its unload. `g_pGlobal` cannot tell: it keeps
+// its value, and callers can set it.
+extern constinit PrivateState* loadedState;
 
 // Counts the calls that may have changed the playlists. Not behind the global record: such a call
 // can be given a playlist, elements and a global record that are all the caller's own.

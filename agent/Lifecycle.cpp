@@ -14,10 +14,9 @@ namespace platform = tavrel::platform;
 
 constinit GlobalState* g_pGlobal = nullptr;
 
-namespace {
+constinit PrivateState* tavrel::loadedState = nullptr;
 
-// Whether there is something to unload: `g_pGlobal` cannot tell, since it keeps its value.
-constinit bool loaded = false;
+namespace {
 
 char* OwnedHomeFolder() noexcept {
   return platform::Guarded<char*>(nullptr, [] {
@@ -32,9 +31,9 @@ char* OwnedHomeFolder() noexcept {
 
 std::int32_t AgentInitializerImp() noexcept {
   auto* state = static_cast<PrivateState*>(platform::AllocateZeroed(sizeof(PrivateState)));
-  loaded = state != nullptr;
-  g_pGlobal = loaded ? &state->shared : nullptr;
-  if (!loaded) return -1;
+  tavrel::loadedState = state;
+  g_pGlobal = state == nullptr ? nullptr : &state->shared;
+  if (state == nullptr) return -1;
   g_pGlobal->pool = &state->pool;
   state->home = OwnedHomeFolder();
   g_pGlobal->document = OpenXML();
@@ -48,8 +47,8 @@ std::int32_t AgentInitializerImp() noexcept {
 }
 
 std::int32_t AgentFinalizerImp() noexcept {
-  if (!loaded) return 0;
-  loaded = false;
+  if (tavrel::loadedState == nullptr) return 0;
+  tavrel::loadedState = nullptr;
   PrivateState& state = Private();
   tavrel::ReleaseSearchIndex();
   DestroyArtworkArray();

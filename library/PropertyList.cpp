@@ -1,12 +1,12 @@
 #include "library/PropertyList.h"
 
-#include <algorithm>
 #include <cstring>
 #include <optional>
 #include <string>
 
 #include "agent/GlobalState.h"
 #include "library/Numbers.h"
+#include "library/PersistentId.h"
 #include "library/TextDecoding.h"
 #include "platform/FileUrl.h"
 #include "platform/Guard.h"
@@ -19,6 +19,13 @@ namespace {
 
 bool Equals(const char* bytes, const char* text) noexcept {
   return bytes != nullptr && std::strcmp(bytes, text) == 0;
+}
+
+std::optional<bool> BooleanOf(const char* elementName) noexcept {
+  const char initial = elementName == nullptr ? '\0' : *elementName;
+  if (initial == 't' && Equals(elementName, "true")) return true;
+  if (initial == 'f' && Equals(elementName, "false")) return false;
+  return std::nullopt;
 }
 
 // Decoded into zero-filled memory: a text in error is still terminated.
@@ -48,27 +55,27 @@ std::int32_t ReadSongProp(const TBXMLElement* dict, const char* key, char** text
   return tavrel::ReadValue(tavrel::FindValue(dict, key), text, value, flags);
 }
 
+// Whatever is asked for: a boolean never yields a text, but it does set the size of one. Kept.
+const char* tavrel::TextOrNumber(const TBXMLElement* element, std::int32_t& number) noexcept {
+  if (element == nullptr) return nullptr;
+  if (const std::optional<bool> boolean = BooleanOf(element->name)) {
+    number = *boolean ? 1 : 0;
+    return nullptr;
+  }
+  if (element->text == nullptr) number = 0;
+  return element->text;
+}
+
 std::int32_t tavrel::ReadValue(const TBXMLElement* element, char** text, std::int32_t* value,
                                std::int32_t flags) noexcept {
-  if (element == nullptr) return 0;
-
-  // Before the flags: a boolean never yields a text, but it does set the size of one. Kept.
-  const bool isTrue = Equals(element->name, "true");
-  if (isTrue || Equals(element->name, "false")) {
-    *value = isTrue ? 1 : 0;
-    return 0;
-  }
-  if (element->text == nullptr) {
-    *value = 0;
-    return 0;
-  }
-
-  auto length = static_cast<std::int32_t>(std::strlen(element->text));
+  const char* source = TextOrNumber(element, *value);
+  if (source == nullptr) return 0;
+  auto length = static_cast<std::int32_t>(std::strlen(source));
   if ((flags & SONGPROP_TEXT) == 0) {
-    *value = tavrel::ReadDecimal({element->text, static_cast<std::size_t>(length)});
+    *value = tavrel::ReadDecimal({source, static_cast<std::size_t>(length)});
     return length;
   }
-  char* result = DecodedCopy(element->text, length + 1);
+  char* result = DecodedCopy(source, length + 1);
   if ((flags & SONGPROP_URL) != 0 && result != nullptr) {
     char* path = PathCopy(result, length);
     platform::Release(result);
@@ -87,6 +94,19 @@ std::int32_t tavrel::ReadValue(const TBXMLElement* element, char** text, std::in
   return length;
 }
 
+void tavrel::ReadPersistentId(const TBXMLElement* element, std::uint8_t* bytes) noexcept {
+  std::int32_t number = 0;
+  const char* source = TextOrNumber(element, number);
+  if (source == nullptr) return;
+  if (std::strchr(source, '&') == nullptr) {
+    PersistentId2Buf(source, bytes);
+    return;
+  }
+  char* decoded = DecodedCopy(source, static_cast<std::int32_t>(std::strlen(source)) + 1);
+  PersistentId2Buf(decoded, bytes);
+  platform::Release(decoded);
+}
+
 TBXMLElement* tavrel::TopLevelDictionary() noexcept {
   if (g_pGlobal == nullptr || g_pGlobal->document == nullptr) return nullptr;
   const TBXMLElement* root = g_pGlobal->document->rootXMLElement();
@@ -101,19 +121,4 @@ const TBXMLElement* tavrel::FindValue(const TBXMLElement* dict, const char* key)
     keyElement = valueElement->nextSibling;
   }
   return nullptr;
-}
-
-void tavrel::FindValues(const TBXMLElement* dict, std::span<const char* const> keys,
-                        const TBXMLElement** values) noexcept {
-  std::fill_n(values, keys.size(), nullptr);
-  const TBXMLElement* keyElement = dict == nullptr ? nullptr : dict->firstChild;
-  while (keyElement != nullptr && keyElement->nextSibling != nullptr) {
-    const TBXMLElement* valueElement = keyElement->nextSibling;
-    const char* text = keyElement->text;
-    for (std::size_t i = 0; text != nullptr && i < keys.size(); ++i) {
-      if (text[0] != keys[i][0] || values[i] != nullptr) continue;
-      if (std::strcmp(text, keys[i]) == 0) values[i] = valueElement;
-    }
-    keyElement = valueElement->nextSibling;
-  }
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
@@ -37,10 +36,12 @@ namespace tavrel {
 // or no value behind the key, or no dictionary.
 [[nodiscard]] const TBXMLElement* FindValue(const TBXMLElement* dict, const char* key) noexcept;
 
-// The value elements of several keys in one walk; each as FindValue() gives it.
-// values: room for as many elements as there are keys.
-void FindValues(const TBXMLElement* dict, std::span<const char* const> keys,
-                const TBXMLElement** values) noexcept;
+// The text of a value as it stands in the file. None when there is no value, and, with the number
+// of ReadSongProp() for them, when it is a boolean or has no text.
+[[nodiscard]] const char* TextOrNumber(const TBXMLElement* element, std::int32_t& number) noexcept;
+
+// Reads a persistent ID from its value element, which may be none; untouched when there is none.
+void ReadPersistentId(const TBXMLElement* element, std::uint8_t* bytes) noexcept;
 
 // What ReadSongProp() does once the value element is found, which may be none.
 std::int32_t ReadValue(const TBXMLElement* element, char** text, std::int32_t* value,

@@ -3,7 +3,7 @@
 
 #include "agent/Implementations.h"
 #include "library/PlaylistTable.h"
-#include "library/TrackTable.h"
+#include "library/TrackProperties.h"
 
 namespace {
 

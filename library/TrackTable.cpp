@@ -1,6 +1,5 @@
 #include "library/TrackTable.h"
 
-#include <iterator>
 #include <span>
 
 #include "library/GrowingTable.h"
@@ -58,17 +57,11 @@ void ReadTracks(const TBXMLElement* trackDictionary) noexcept {
   }
 }
 
-void ReadPersistentId(const TBXMLElement* value, std::uint8_t* bytes) noexcept {
-  char* text = nullptr;
-  std::int32_t size = 0;
-  tavrel::ReadValue(value, &text, &size, SONGPROP_TEXT);
-  PersistentId2Buf(text, bytes);
-  tavrel::platform::Release(text);
-}
-
+// Texts that were read while another library was the loaded one do not go with all others.
 void ReleaseTexts(const SongInfo& info) noexcept {
   for (char* text : {info.name, info.location, info.artist, info.album, info.genre}) {
-    tavrel::platform::Release(text);
+    const bool isOwn = text == nullptr || tavrel::Private().trackTexts.Holds(text);
+    if (!isOwn) tavrel::platform::Release(text);
   }
 }
 
@@ -84,34 +77,12 @@ std::int32_t tavrel::TrackIdOf(const TBXMLElement* trackDict) noexcept {
   return value == nullptr || value->text == nullptr ? 0 : ReadDecimal(value->text);
 }
 
-// The keys are found in one walk, and their values then read in the order of the record.
-void tavrel::LoadTrackProperties(TrackRecord& track) noexcept {
-  static constexpr const char* kKeys[] = {"Name",         "Location",     "Artist",     "Album",
-                                          "Genre",        "Total Time",   "Play Count", "Movie",
-                                          "Track Number", "Persistent ID"};
-  const TBXMLElement* values[std::size(kKeys)];
-  FindValues(track.pendingDict, kKeys, values);
-  const TBXMLElement* const* value = values;
-  SongInfo& info = track.info;
-  ReadValue(*value++, &info.name, &info.nameSize, SONGPROP_TEXT);
-  ReadValue(*value++, &info.location, &info.locationSize, SONGPROP_TEXT | SONGPROP_URL);
-  ReadValue(*value++, &info.artist, &info.artistSize, SONGPROP_TEXT);
-  ReadValue(*value++, &info.album, &info.albumSize, SONGPROP_TEXT);
-  ReadValue(*value++, &info.genre, &info.genreSize, SONGPROP_TEXT);
-  ReadValue(*value++, nullptr, &info.totalTime, 0);
-  ReadValue(*value++, nullptr, &info.playCount, 0);
-  ReadValue(*value++, nullptr, &info.movie, 0);
-  ReadValue(*value++, nullptr, &info.trackNumber, 0);
-  ReadPersistentId(*value, track.persistentId);
-  track.pendingDict = nullptr;
-}
-
 std::int32_t CreateTrackArray() noexcept {
   const TBXMLElement* tracks = tavrel::TrackDictionary();
   if (tracks == nullptr) return 0;
   ReadTracks(tracks);
-  ReadPersistentId(tavrel::FindValue(tavrel::TopLevelDictionary(), "Library Persistent ID"),
-                   g_pGlobal->libraryPersistentId);
+  tavrel::ReadPersistentId(tavrel::FindValue(tavrel::TopLevelDictionary(), "Library Persistent ID"),
+                           g_pGlobal->libraryPersistentId);
   return 0;
 }
 
@@ -121,6 +92,7 @@ std::int32_t DestroyTrackArray() noexcept {
   tavrel::Private().tracksDestroyed = true;
   for (std::int32_t i = 0; i < g_pGlobal->trackCount; ++i) ReleaseTexts(g_pGlobal->tracks[i]->info);
   tavrel::Private().trackRecords.ReleaseAll();
+  tavrel::Private().trackTexts.ReleaseAll();
   tavrel::platform::Release(g_pGlobal->tracks);
   return 0;
 }

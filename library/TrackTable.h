@@ -11,7 +11,7 @@
 #include "xml/Records.h"
 
 struct TrackRecord {
-  SongInfo info;  // a pointer to a track is a pointer to its SongInfo; the texts are owned
+  SongInfo info;  // a pointer to a track is a pointer to its SongInfo; the texts are the library's
   std::int32_t trackId;
   std::uint8_t persistentId[8];
   const TBXMLElement* pendingDict;  // the track's dictionary until its properties are loaded
@@ -41,8 +41,5 @@ namespace tavrel {
 // The Track ID of a track's dictionary: the value of its first pair, whatever the key; 0 without
 // one.
 [[nodiscard]] std::int32_t TrackIdOf(const TBXMLElement* trackDict) noexcept;
-
-// Reads a track's properties from its dictionary. Once done, the track is no longer pending.
-void LoadTrackProperties(TrackRecord& track) noexcept;
 
 }  // namespace tavrel
