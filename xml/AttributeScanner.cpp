@@ -24,7 +24,7 @@ char* FindQuote(char* at) noexcept {
 char* FindEndBehindSections(char* at, char* end, char quote) noexcept {
   while (*at == '<') {
     if (StartsWith(at, end, kSectionOpener)) {
-      char* sectionEnd = FindSectionEnd(at + kSectionOpener.size(), end);
+      char* sectionEnd = FindNearText(at + kSectionOpener.size(), end, kSectionEnd);
       if (sectionEnd == nullptr) return end;
       at = sectionEnd + kSectionEnd.size();
     } else {

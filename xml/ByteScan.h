@@ -21,30 +21,31 @@ inline constexpr std::string_view kCommentEnd = "-->";
       memmem(from, static_cast<std::size_t>(end - from), text.data(), text.size()));
 }
 
-// The first "]]>". Its last byte is looked at first: one that is no part of it lets three bytes be
-// skipped, and most sections are too short for a call to be worthwhile.
-[[nodiscard]] inline char* FindSectionEnd(char* from, const char* end) noexcept {
-  const auto length = static_cast<std::size_t>(end - from);
-  for (std::size_t i = 2; i < length; i += from[i] == ']' ? 1 : 3) {
-    if (from[i] == '>' && from[i - 1] == ']' && from[i - 2] == ']') return from + i - 2;
-  }
-  return nullptr;
-}
-
-// The first '<' where one is likely to stand near.
-[[nodiscard]] inline char* FindNearTag(char* from, const char* end) noexcept {
-  constexpr int kNear = 16;
-  for (int i = 0; i < kNear; ++i, ++from) {
-    if (from == end) return nullptr;
-    if (*from == '<') return from;
-  }
-  return FindByte(from, end, '<');
-}
-
 [[nodiscard]] inline bool StartsWith(const char* at, const char* end,
                                      std::string_view text) noexcept {
   return static_cast<std::size_t>(end - at) >= text.size() &&
          std::memcmp(at, text.data(), text.size()) == 0;
+}
+
+// Most sections and comments, and what stands between them, are too short for a call to be
+// worthwhile: the next few bytes are looked at first.
+inline constexpr int kNear = 16;
+
+[[nodiscard]] inline char* FindNearByte(char* from, const char* end, char byte) noexcept {
+  for (int i = 0; i < kNear; ++i, ++from) {
+    if (from == end) return nullptr;
+    if (*from == byte) return from;
+  }
+  return FindByte(from, end, byte);
+}
+
+[[nodiscard]] inline char* FindNearText(char* from, const char* end,
+                                        std::string_view text) noexcept {
+  for (int i = 0; i < kNear; ++i, ++from) {
+    if (from == end) return nullptr;
+    if (StartsWith(from, end, text)) return from;
+  }
+  return FindText(from, end, text);
 }
 
 // Blank, tab, line feed, vertical tab, form feed, carriage return; never a byte above 0x7F.

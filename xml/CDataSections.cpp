@@ -23,9 +23,9 @@ char* MoveLeft(char* at, const char* from, const char* to) noexcept {
 char* NextTagBehind(char* opener, const char* end) noexcept {
   char* at = opener;
   do {
-    char* sectionEnd = FindSectionEnd(at + kSectionOpener.size(), end);
+    char* sectionEnd = FindNearText(at + kSectionOpener.size(), end, kSectionEnd);
     if (sectionEnd == nullptr) return nullptr;
-    at = FindNearTag(sectionEnd + kSectionEnd.size(), end);
+    at = FindNearByte(sectionEnd + kSectionEnd.size(), end, '<');
   } while (at != nullptr && StartsWith(at, end, kSectionOpener));
   return at;
 }
@@ -59,7 +59,7 @@ void RemoveJoiningMarkers(const char* value, char* done, char* tail, char* end) 
         inMiddle = length;
       }
     }
-    if (marker == nullptr) marker = FindSectionEnd(tail, end);
+    if (marker == nullptr) marker = FindNearText(tail, end, kSectionEnd);
     if (marker == nullptr) break;
 
     if (middle == middleEnd) middle = middleEnd = tail;  // an empty piece can stand anywhere
@@ -82,10 +82,10 @@ char* JoinSections(char* opener, const char* end) noexcept {
   char* written = opener;
   for (char* section = opener; section != nextTag;) {
     char* content = section + kSectionOpener.size();
-    char* sectionEnd = FindSectionEnd(content, end);
+    char* sectionEnd = FindNearText(content, end, kSectionEnd);
     written = MoveLeft(written, content, sectionEnd);
     char* gap = sectionEnd + kSectionEnd.size();
-    section = FindNearTag(gap, end);
+    section = FindNearByte(gap, end, '<');
     written = MoveLeft(written, gap, section);
   }
   std::memset(written, ' ', static_cast<std::size_t>(nextTag - written));
@@ -100,11 +100,11 @@ void RemoveValueMarkers(char* value, char* end) noexcept {
   char* done = section;
   while (section != nullptr && StartsWith(section, end, kSectionOpener)) {
     char* content = section + kSectionOpener.size();
-    char* sectionEnd = FindSectionEnd(content, end);
-    if (sectionEnd == nullptr || FindNearTag(content, sectionEnd) != nullptr) break;
+    char* sectionEnd = FindNearText(content, end, kSectionEnd);
+    if (sectionEnd == nullptr || FindNearByte(content, sectionEnd, '<') != nullptr) break;
     done = MoveLeft(done, content, sectionEnd);
     char* gap = sectionEnd + kSectionEnd.size();
-    section = FindNearTag(gap, end);
+    section = FindNearByte(gap, end, '<');
     done = MoveLeft(done, gap, section == nullptr ? end : section);
   }
   if (section != nullptr) return RemoveJoiningMarkers(value, done, section, end);

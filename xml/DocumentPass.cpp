@@ -169,7 +169,7 @@ bool DocumentPass::Step(char* open, char* nextMark) noexcept {
 // The comment's '<' stays: inside character data, a comment is part of the text. This is
 // deliberate.
 bool DocumentPass::SkipComment(char* open) noexcept {
-  char* commentEnd = FindText(open, end_, kCommentEnd);
+  char* commentEnd = FindNearText(open, end_, kCommentEnd);
   if (commentEnd == nullptr) return false;
   position_ = commentEnd + kCommentEnd.size();
   return true;
@@ -187,7 +187,7 @@ bool DocumentPass::TakeSections(char* open) noexcept {
 char* DocumentPass::FindTagEnd(char* from) noexcept {
   char* close = FirstOf(from, '<', '>');
   while (*close == '<' && StartsWith(close, end_, kSectionOpener)) {
-    char* sectionEnd = FindSectionEnd(close + kSectionOpener.size(), end_);
+    char* sectionEnd = FindNearText(close + kSectionOpener.size(), end_, kSectionEnd);
     if (sectionEnd == nullptr) return nullptr;
     close = FirstOf(sectionEnd + kSectionEnd.size(), '<', '>');
   }
