@@ -50,6 +50,12 @@ Series Case::Values(double LoadFigures::*figure) const {
   return values;
 }
 
+Series Case::ProcessorSeconds() const {
+  Series values;
+  for (const LoadFigures& run : runs) values.Add(run.userSeconds + run.systemSeconds);
+  return values;
+}
+
 void RunRounds(std::vector<Case>& cases, const RoundCounts& counts) {
   Random random(1);
   std::vector<std::size_t> order(cases.size());
@@ -62,9 +68,9 @@ void RunRounds(std::vector<Case>& cases, const RoundCounts& counts) {
   }
 }
 
-Series Ratio(const Case& over, const Case& under) {
-  const std::size_t both = std::min(over.runs.size(), under.runs.size());
-  return FirstOf(over.Seconds(), both).Over(FirstOf(under.Seconds(), both));
+Series Ratio(const Series& over, const Series& under) {
+  const std::size_t both = std::min(over.size(), under.size());
+  return FirstOf(over, both).Over(FirstOf(under, both));
 }
 
 }  // namespace tavrel::bench

@@ -18,6 +18,7 @@ struct Case {
 
   [[nodiscard]] Series Values(double LoadFigures::*figure) const;
   [[nodiscard]] Series Seconds() const { return Values(&LoadFigures::seconds); }
+  [[nodiscard]] Series ProcessorSeconds() const;
 };
 
 struct RoundCounts {
@@ -30,7 +31,7 @@ struct RoundCounts {
 // worth anything.
 void RunRounds(std::vector<Case>& cases, const RoundCounts& counts);
 
-// Time of the one over that of the other, for the rounds that both took part in.
-[[nodiscard]] Series Ratio(const Case& over, const Case& under);
+// A figure of one case over that of another, for the rounds that both took part in.
+[[nodiscard]] Series Ratio(const Series& over, const Series& under);
 
 }  // namespace tavrel::bench
