@@ -3,12 +3,11 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "bench/reference/LiteralPass.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
-#include "unit/xml/LiteralPass.h"
 #include "unit/xml/Sequences.h"
 #include "unit/xml/TreeText.h"
 #include "xml/DocumentPass.h"
@@ -31,68 +30,67 @@ const std::vector<PassChoice>& AllPasses() {
   return passes;
 }
 
-// Where a string stands in the document's buffer.
-std::size_t OffsetOf(const TBXML& document, const char* string) {
-  return string == nullptr ? kNone : static_cast<std::size_t>(string - document.fields().bytes);
-}
+// Compares what the records of two documents lead to: strings that stand at the same place and hold
+// the same bytes, and links to records that stand for the same tag. (Bytes that no record leads to
+// mean nothing, like those behind the end of a value that became shorter.)
+class Comparison {
+ public:
+  Comparison(const TBXMLFields& a, const TBXMLFields& b) : a_(a), b_(b) {}
 
-std::vector<LiteralElement> AsLiteral(const TBXML& document) {
-  const std::vector<const TBXMLElement*> records = ElementsOf(document);
-  std::unordered_map<const TBXMLElement*, std::size_t> indexes = {{nullptr, kNone}};
-  for (std::size_t i = 0; i < records.size(); ++i) indexes[records[i]] = i;
-  std::vector<LiteralElement> elements;
-  for (const TBXMLElement* record : records) {
-    LiteralElement& element = elements.emplace_back();
-    element.name = OffsetOf(document, record->name);
-    element.text = OffsetOf(document, record->text);
-    for (auto* at = record->firstAttribute; at != nullptr; at = at->next) {
-      element.attributes.push_back({OffsetOf(document, at->name), OffsetOf(document, at->value)});
+  // Where they differ; empty when they do not.
+  [[nodiscard]] std::string Difference() const {
+    const std::vector<const TBXMLElement*> ours = ElementsOf(a_);
+    const std::vector<const TBXMLElement*> theirs = ElementsOf(b_);
+    if (ours.size() != theirs.size()) return "number of elements";
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+      if (!SameElement(*ours[i], *theirs[i])) return "element " + std::to_string(i);
     }
-    element.parentElement = indexes.at(record->parentElement);
-    element.firstChild = indexes.at(record->firstChild);
-    element.currentChild = indexes.at(record->currentChild);
-    element.nextSibling = indexes.at(record->nextSibling);
-    element.previousSibling = indexes.at(record->previousSibling);
+    if (!SameRecord(a_.rootXMLElement, b_.rootXMLElement)) return "root";
+    return "";
   }
-  return elements;
-}
 
-bool Same(const LiteralElement& a, const LiteralElement& b) {
-  if (a.attributes.size() != b.attributes.size()) return false;
-  for (std::size_t i = 0; i < a.attributes.size(); ++i) {
-    if (a.attributes[i].name != b.attributes[i].name) return false;
-    if (a.attributes[i].value != b.attributes[i].value) return false;
+ private:
+  [[nodiscard]] bool SameString(const char* a, const char* b) const {
+    if (a == nullptr || b == nullptr) return a == b;
+    return a - a_.bytes == b - b_.bytes && std::string_view(a) == b;
   }
-  return a.name == b.name && a.text == b.text && a.parentElement == b.parentElement &&
-         a.firstChild == b.firstChild && a.currentChild == b.currentChild &&
-         a.nextSibling == b.nextSibling && a.previousSibling == b.previousSibling;
-}
 
-// Where the document and its literal form differ, in a record or in a byte of the buffer that means
-// something; empty when they do not.
-std::string Difference(std::string_view text, const LiteralPass& literal) {
-  const auto document = Parse(text);
-  const std::vector<LiteralElement> elements = AsLiteral(*document);
-  if (elements.size() != literal.elements().size()) return "number of elements";
-  for (std::size_t i = 0; i < elements.size(); ++i) {
-    if (!Same(elements[i], literal.elements()[i])) return "element " + std::to_string(i);
+  // No two records have their names at the same place.
+  template <class Record>
+  [[nodiscard]] bool SameRecord(const Record* a, const Record* b) const {
+    if (a == nullptr || b == nullptr) return a == b;
+    return SameString(a->name, b->name);
   }
-  const TBXMLElement* root = document->rootXMLElement();
-  if (elements.empty() ? root != nullptr : root != ElementsOf(*document)[0]) return "root";
-  for (std::size_t i = 0; i <= text.size(); ++i) {
-    if (literal.IsInUse(i) && document->fields().bytes[i] != literal.bytes()[i]) {
-      return "byte " + std::to_string(i);
+
+  [[nodiscard]] bool SameElement(const TBXMLElement& a, const TBXMLElement& b) const {
+    return SameString(a.name, b.name) && SameString(a.text, b.text) &&
+           SameAttributes(a.firstAttribute, b.firstAttribute) &&
+           SameRecord(a.parentElement, b.parentElement) && SameRecord(a.firstChild, b.firstChild) &&
+           SameRecord(a.currentChild, b.currentChild) && SameRecord(a.nextSibling, b.nextSibling) &&
+           SameRecord(a.previousSibling, b.previousSibling);
+  }
+
+  [[nodiscard]] bool SameAttributes(const TBXMLAttribute* a, const TBXMLAttribute* b) const {
+    for (; a != nullptr && b != nullptr; a = a->next, b = b->next) {
+      if (!SameString(a->name, b->name) || !SameString(a->value, b->value)) return false;
     }
+    return a == b;
   }
-  return document->fields().bytesLength == static_cast<std::ptrdiff_t>(text.size()) ? "" : "length";
-}
+
+  const TBXMLFields& a_;
+  const TBXMLFields& b_;
+};
 
 void ExpectSame(std::string_view text) {
-  const LiteralPass literal(text);
+  std::string bytes(text);
+  tavrel::reference::LiteralPass literal;
+  literal.Run(bytes.data());
   for (const PassChoice& choice : AllPasses()) {
     ForcePass(choice);
-    ASSERT_EQ(Difference(text, literal), "")
+    const auto document = Parse(text);
+    ASSERT_EQ(Comparison(document->fields(), literal.fields()).Difference(), "")
         << (choice.indexed ? "indexed: " : "plain: ") << testing::PrintToString(std::string(text));
+    ASSERT_EQ(document->fields().bytesLength, static_cast<std::ptrdiff_t>(text.size()));
   }
   ForcePass(std::nullopt);
 }

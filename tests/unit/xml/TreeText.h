@@ -41,17 +41,20 @@ namespace tavrel::test {
 }
 
 // All element records in the order in which they were handed out, attached or not.
-[[nodiscard]] inline std::vector<const TBXMLElement*> ElementsOf(const TBXML& document) {
+[[nodiscard]] inline std::vector<const TBXMLElement*> ElementsOf(const TBXMLFields& document) {
   std::vector<const TBXMLElement*> elements;
-  const TBXMLElementBuffer* newest = document.fields().currentElementBuffer;
+  const TBXMLElementBuffer* newest = document.currentElementBuffer;
   const TBXMLElementBuffer* chunk = newest;
   while (chunk != nullptr && chunk->previous != nullptr) chunk = chunk->previous;
   for (; chunk != nullptr; chunk = chunk->next) {
-    const std::ptrdiff_t used =
-        chunk == newest ? document.fields().currentElement + 1 : kRecordsPerChunk;
+    const std::ptrdiff_t used = chunk == newest ? document.currentElement + 1 : kRecordsPerChunk;
     for (std::ptrdiff_t i = 0; i < used; ++i) elements.push_back(chunk->elements + i);
   }
   return elements;
+}
+
+[[nodiscard]] inline std::vector<const TBXMLElement*> ElementsOf(const TBXML& document) {
+  return ElementsOf(document.fields());
 }
 
 }  // namespace tavrel::test
