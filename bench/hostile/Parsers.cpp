@@ -1,7 +1,6 @@
 #include "bench/hostile/Parsers.h"
 
-#include <time.h>
-
+#include "bench/ProcessorTime.h"
 #include "xml/TBXML.h"
 
 #if defined(TAVREL_HAS_PUGIXML)
@@ -18,17 +17,11 @@
 namespace tavrel::bench {
 namespace {
 
-double ProcessorSeconds() noexcept {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 Parsed ParseOurselves(std::string_view text) {
   const auto data = platform::ByteBuffer::Copy(text);
-  const double start = ProcessorSeconds();
+  const double start = ProcessorTimeNow();
   const auto document = TBXML::tbxmlWithXMLData(data);
-  return {ProcessorSeconds() - start, true};
+  return {ProcessorTimeNow() - start, true};
 }
 
 #if defined(TAVREL_HAS_PUGIXML)
@@ -37,10 +30,10 @@ Parsed ParseWithPugixml(std::string_view text) {
   constexpr unsigned int kOptions =
       pugi::parse_minimal | pugi::parse_embed_pcdata | pugi::parse_cdata;
   pugi::xml_document document;
-  const double start = ProcessorSeconds();
+  const double start = ProcessorTimeNow();
   const bool accepted = static_cast<bool>(
       document.load_buffer(text.data(), text.size(), kOptions, pugi::encoding_utf8));
-  return {ProcessorSeconds() - start, accepted};
+  return {ProcessorTimeNow() - start, accepted};
 }
 
 #endif
@@ -58,10 +51,10 @@ Parsed ParseWithExpat(std::string_view text) {
   XML_SetElementHandler(
       parser.get(), [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
   XML_SetCharacterDataHandler(parser.get(), [](void*, const XML_Char*, int) {});
-  const double start = ProcessorSeconds();
+  const double start = ProcessorTimeNow();
   const XML_Status status =
       XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE);
-  return {ProcessorSeconds() - start, status == XML_STATUS_OK};
+  return {ProcessorTimeNow() - start, status == XML_STATUS_OK};
 }
 
 #endif

@@ -28,7 +28,9 @@ using namespace tavrel::bench;
 constexpr char footer[] =
     "The text is copied to memory that is there already before each run, and records come from\n"
     "memory that is there too: measured is what a parser does, not what the system does for it.\n"
-    "All of them take turns in random order, and each ratio is one of a round.\n"
+    "All of them take turns in random order, each ratio is one of a round, and times are "
+    "processor\n"
+    "times.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && pass library.xml";

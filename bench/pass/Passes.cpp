@@ -3,7 +3,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "bench/ChildRun.h"
+#include "bench/ProcessorTime.h"
 #include "bench/Random.h"
 #include "bench/reference/LiteralPass.h"
 #include "xml/DocumentPass.h"
@@ -17,9 +17,9 @@ using xml::InstructionSet;
 Pass Literal() {
   const auto run = [](char* text, std::size_t) {
     reference::LiteralPass pass;
-    const double start = SecondsNow();
+    const double start = ProcessorTimeNow();
     pass.Run(text);
-    return SecondsNow() - start;
+    return ProcessorTimeNow() - start;
   };
   const auto summary = [](char* text, std::size_t) {
     reference::LiteralPass pass;
@@ -41,9 +41,9 @@ void Build(TBXML& document, const PassChoice& choice, char* text, std::size_t le
 Pass Ours(std::string_view name, PassChoice choice) {
   const auto run = [=](char* text, std::size_t length) {
     TBXML document;
-    const double start = SecondsNow();
+    const double start = ProcessorTimeNow();
     Build(document, choice, text, length);
-    return SecondsNow() - start;
+    return ProcessorTimeNow() - start;
   };
   const auto summary = [=](char* text, std::size_t length) {
     TBXML document;

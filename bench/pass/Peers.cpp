@@ -3,7 +3,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "bench/ChildRun.h"
+#include "bench/ProcessorTime.h"
 #include "platform/Memory.h"
 
 #if defined(TAVREL_HAS_PUGIXML)
@@ -43,9 +43,9 @@ double RunRapidxml(char* text, std::size_t) {
   taken = 0;
   const auto document = std::make_unique<rapidxml::xml_document<>>();
   document->set_allocator(TakeOrThrow, KeepResident);
-  const double start = SecondsNow();
+  const double start = ProcessorTimeNow();
   document->parse<rapidxml::parse_fastest>(text);
-  return SecondsNow() - start;
+  return ProcessorTimeNow() - start;
 }
 
 #endif
@@ -56,10 +56,10 @@ double RunPugixml(char* text, std::size_t length) {
   taken = 0;
   pugi::set_memory_management_functions(Take, KeepResident);
   pugi::xml_document document;
-  const double start = SecondsNow();
+  const double start = ProcessorTimeNow();
   const pugi::xml_parse_result result = document.load_buffer_inplace(
       text, length, pugi::parse_minimal | pugi::parse_embed_pcdata, pugi::encoding_utf8);
-  const double seconds = SecondsNow() - start;
+  const double seconds = ProcessorTimeNow() - start;
   if (!result) throw std::runtime_error(std::string("pugixml: ") + result.description());
   return seconds;
 }
