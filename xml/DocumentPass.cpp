@@ -82,7 +82,8 @@ void DocumentPass::RunIndexed(InstructionSet set) noexcept {
   if (static_cast<std::size_t>(end_ - text_) > TagIndex::kLongest) return Run();
   TagIndex index(text_, end_, set);
   while (index.Has(TagIndex::kMostAhead)) {
-    if (TakeLeaves(index)) continue;
+    TakeLeaves(index);
+    if (index.Left() < 2) continue;
     const std::uint32_t* marks = index.Next();
     char* open = text_ + marks[0];
     if (*open == '>') {  // in character data
@@ -97,9 +98,9 @@ void DocumentPass::RunIndexed(InstructionSet set) noexcept {
 
 // Everything is kept in variables of its own on the way: the zero bytes might be written anywhere,
 // for all the compiler knows, and would make it read members again and again.
-bool DocumentPass::TakeLeaves(TagIndex& index) noexcept {
+void DocumentPass::TakeLeaves(TagIndex& index) noexcept {
   TBXMLElement* const parent = openElement_;
-  if (parent == nullptr) return false;
+  if (parent == nullptr) return;
   TBXMLFields& fields = document_.fields_;
   TBXMLElement* const chunk = fields.currentElementBuffer->elements;
   TBXMLElement* const first = chunk + fields.currentElement + 1;
@@ -116,12 +117,13 @@ bool DocumentPass::TakeLeaves(TagIndex& index) noexcept {
     char* const close = text + marks[3];
     // With no blank at either end of the text there is nothing to trim. (An empty text shows the
     // bytes of its tags.)
-    if (*nameEnd != '>' || *textEnd != '<' || textEnd[1] != '/' || *close != '>' ||
+    if (*nameEnd != '>' || std::memcmp(textEnd, "</", 2) != 0 || *close != '>' ||
         static_cast<unsigned char>(nameEnd[1]) <= ' ' ||
         static_cast<unsigned char>(textEnd[-1]) <= ' ' ||
         !IsPlainTag(open, marks[1] - marks[0] - 1)) {
       break;
     }
+    __builtin_prefetch(element + 16, 1);  // a kilobyte ahead, to be written
     element->name = open + 1;
     element->text = nameEnd + 1;
     element->parentElement = parent;
@@ -130,7 +132,7 @@ bool DocumentPass::TakeLeaves(TagIndex& index) noexcept {
     element->previousSibling = element - 1;
     *open = *nameEnd = *textEnd = *close = '\0';
   }
-  if (element == first) return false;
+  if (element == first) return;
 
   TBXMLElement* const last = element - 1;
   TBXMLElement* const previous = parent->currentChild;
@@ -142,12 +144,13 @@ bool DocumentPass::TakeLeaves(TagIndex& index) noexcept {
   fields.currentElement = last - chunk;
   position_ = text + marks[-1] + 1;
   index.Skip(static_cast<std::size_t>(marks - index.Next()));
-  return true;
 }
 
 bool DocumentPass::Step(char* open, char* nextMark) noexcept {
-  if (StartsWith(open, end_, kCommentOpener)) return SkipComment(open);
-  if (StartsWith(open, end_, kSectionOpener)) return TakeSections(open);
+  if (open[1] == '!') {
+    if (StartsWith(open, end_, kCommentOpener)) return SkipComment(open);
+    if (StartsWith(open, end_, kSectionOpener)) return TakeSections(open);
+  }
 
   char* close = nextMark != nullptr && *nextMark == '>' ? nextMark : FindTagEnd(open + 1);
   if (close == nullptr) return false;

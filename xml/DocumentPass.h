@@ -41,8 +41,8 @@ class DocumentPass {
   void CloseElement() noexcept;
 
   // Handles as many elements of the form "<name>text</...>" as come next and have nothing special
-  // about them, while the index and the newest chunk last. Result: false when there was none.
-  [[nodiscard]] bool TakeLeaves(tavrel::xml::TagIndex& index) noexcept;
+  // about them, while the index and the newest chunk last; perhaps none.
+  void TakeLeaves(tavrel::xml::TagIndex& index) noexcept;
 
   [[nodiscard]] char* FindTagEnd(char* from) noexcept;
   void AppendToOpenElement(TBXMLElement* element) noexcept;
