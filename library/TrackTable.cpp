@@ -42,7 +42,9 @@ class Lookahead {
 void ReadTracks(const TBXMLElement* trackDictionary) noexcept {
   GlobalState& state = *g_pGlobal;
   tavrel::TableAppender<TrackRecord> table(state.tracks, state.trackCapacity, state.trackCount);
-  Lookahead lookahead(state.document->fourthLevel());
+  const std::span<TBXMLElement* const> dictionaries = state.document->fourthLevel();
+  tavrel::Private().trackRecords.Reserve(dictionaries.size() * sizeof(TrackRecord));
+  Lookahead lookahead(dictionaries);
   const TBXMLElement* key = trackDictionary->firstChild;
   while (key != nullptr && key->nextSibling != nullptr) {
     lookahead.Advance();

@@ -15,7 +15,7 @@ constexpr std::size_t kLargestBlock = std::size_t{64} << 20;
 }  // namespace
 
 // Stands at the start of each block and leads to the block before it.
-struct alignas(16) ZeroedArena::BlockHeader {
+struct ZeroedArena::BlockHeader {
   ZeroedBlock block;
   std::size_t bytes;
   BlockHeader* previous;
@@ -23,7 +23,10 @@ struct alignas(16) ZeroedArena::BlockHeader {
 
 bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
   const std::size_t grown = std::clamp(lastBlockBytes_ * kGrowth, kFirstBlock, kLargestBlock);
-  const std::size_t blockBytes = std::max(grown, bytes + sizeof(BlockHeader));
+  return AddBlockOf(std::max(grown, bytes + sizeof(BlockHeader)));
+}
+
+bool ZeroedArena::AddBlockOf(std::size_t blockBytes) noexcept {
   const ZeroedBlock block = AllocateBlock(blockBytes);
   if (block.address == nullptr) return false;
   newest_ = new (block.address) BlockHeader{block, blockBytes, newest_};
@@ -31,6 +34,10 @@ bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
   left_ = blockBytes - sizeof(BlockHeader);
   lastBlockBytes_ = blockBytes;
   return true;
+}
+
+void ZeroedArena::Reserve(std::size_t bytes) noexcept {
+  if (bytes > left_) (void)AddBlockOf(bytes + sizeof(BlockHeader));
 }
 
 bool ZeroedArena::Holds(const void* address) const noexcept {

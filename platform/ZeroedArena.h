@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/Memory.h"
 
@@ -11,7 +12,7 @@ namespace tavrel::platform {
 // A plain record, so that it can stand in zero-filled memory: all zero is an empty arena.
 class ZeroedArena {
  public:
-  // `bytes` zero bytes, aligned for any record; null when memory is exhausted.
+  // `bytes` zero bytes, aligned for pointers and 64-bit numbers; null when memory is exhausted.
   [[nodiscard]] void* Take(std::size_t bytes) noexcept {
     const std::size_t size = (bytes + kAlignment - 1) / kAlignment * kAlignment;
     if (size > left_ && !AddBlock(size)) return nullptr;
@@ -21,6 +22,10 @@ class ZeroedArena {
     return piece;
   }
 
+  // Takes what the next `bytes` bytes are taken from in one block, if memory allows: only a wish,
+  // which makes the last block end where the pieces end.
+  void Reserve(std::size_t bytes) noexcept;
+
   // Whether `address` lies in memory of the arena.
   [[nodiscard]] bool Holds(const void* address) const noexcept;
 
@@ -28,10 +33,11 @@ class ZeroedArena {
   void ReleaseAll() noexcept;
 
  private:
-  static constexpr std::size_t kAlignment = 16;
+  static constexpr std::size_t kAlignment = alignof(std::uint64_t);
   struct BlockHeader;
 
   bool AddBlock(std::size_t bytes) noexcept;
+  bool AddBlockOf(std::size_t blockBytes) noexcept;
 
   BlockHeader* newest_ = nullptr;
   char* next_ = nullptr;
