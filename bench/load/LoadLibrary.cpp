@@ -40,7 +40,7 @@ std::vector<Program> ChosenPrograms(const Options& options) {
   std::vector<Program> programs = {TavrelProgram(options.library)};
   if (options.peers == "none") return programs;
   for (Program& peer : AllPeers()) {
-    if (!peer.slow || options.peers == "all") programs.push_back(std::move(peer));
+    if (!peer.slow || options.peers != "fast") programs.push_back(std::move(peer));
   }
   return programs;
 }
@@ -53,13 +53,23 @@ std::vector<Input> InputsBySize(const std::vector<std::string>& files) {
   return inputs;
 }
 
+// Whether the slow programs are measured with that one of the inputs.
+bool IsForSlow(const Input& input, const std::vector<Input>& inputs, const Options& options) {
+  if (input.bytes > kLargestForSlow) return false;
+  if (options.peers != "largest") return true;
+  return std::none_of(inputs.begin(), inputs.end(), [&](const Input& other) {
+    return other.bytes > input.bytes && other.bytes <= kLargestForSlow;
+  });
+}
+
 void Measure(const Options& options) {
   const std::vector<Program> programs = ChosenPrograms(options);
   const std::vector<Input> inputs = InputsBySize(options.files);
   std::vector<Case> cases;
   for (const Input& input : inputs) {
     for (const Program& program : programs) {
-      if (!program.slow || input.bytes <= kLargestForSlow) cases.push_back({&input, &program, {}});
+      if (program.slow && !IsForSlow(input, inputs, options)) continue;
+      cases.push_back({&input, &program, {}});
     }
   }
   Report report("load_library");
@@ -80,8 +90,9 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(1, 10000))
       ->capture_default_str();
   app.add_option("--peers", options.peers,
-                 "all, fast (without libxml2, libplist, plistlib) or none")
-      ->check(CLI::IsMember({"all", "fast", "none"}))
+                 "all; largest (libxml2, libplist and plistlib with the largest file only); fast "
+                 "(without those); none")
+      ->check(CLI::IsMember({"all", "largest", "fast", "none"}))
       ->capture_default_str();
   app.add_option("--library", options.library, "Shared library to load")->capture_default_str();
   app.add_option("FILE", options.files, "Library files")->required()->check(CLI::ExistingFile);
