@@ -30,7 +30,9 @@ namespace platform = tavrel::platform;
 constexpr char footer[] =
     "Every run has a process of its own, and memory is warmed up before it. The parts are called "
     "one\n"
-    "after the other, as a load calls them; a whole load stands beside them in every round.";
+    "after the other, as a load calls them; a whole load stands beside them in every round, and "
+    "so\n"
+    "does what no load can do without.";
 
 struct Options {
   CommonOptions common{15, {}};
@@ -43,6 +45,7 @@ struct Parts {
   double tracks;
   double playlists;
   std::int32_t trackCount;
+  std::size_t elements;
 
   [[nodiscard]] double Tables() const { return tracks + playlists; }
   [[nodiscard]] double Sum() const { return read + pass + Tables(); }
@@ -52,6 +55,14 @@ struct Whole {
   double load;
   double release;
   std::int32_t trackCount;
+};
+
+// What no load can do without: the file's bytes and a record for each element, in fresh memory.
+struct Floor {
+  double read;
+  double records;
+
+  [[nodiscard]] double Sum() const { return read + records; }
 };
 
 template <class Work>
@@ -68,6 +79,16 @@ void MakeGlobalRecord() {
   if (state == nullptr) throw std::bad_alloc();
   g_pGlobal = &state->shared;
   g_pGlobal->pool = &state->pool;
+}
+
+std::size_t CountElements(const TBXML& document) {
+  const TBXMLFields& fields = document.fields();
+  std::size_t count = static_cast<std::size_t>(fields.currentElement) + 1;
+  for (const TBXMLElementBuffer* chunk = fields.currentElementBuffer; chunk->previous != nullptr;) {
+    chunk = chunk->previous;
+    count += kRecordsPerChunk;
+  }
+  return count;
 }
 
 Parts RunParts(const std::string& file) {
@@ -88,6 +109,7 @@ Parts RunParts(const std::string& file) {
   parts.tracks = SecondsOf([] { CreateTrackArray(); });
   parts.playlists = SecondsOf([] { CreatePlaylistArray(); });
   parts.trackCount = g_pGlobal->trackCount;
+  parts.elements = CountElements(*document);
   return parts;
 }
 
@@ -102,22 +124,55 @@ Whole RunWhole(const std::string& file) {
   return whole;
 }
 
+// Everything here is left to the end of the process.
+Floor RunFloor(const std::string& path, std::size_t elements) {
+  Floor floor{};
+  std::size_t size = 0;
+  const platform::FileDescriptor file = platform::OpenRegularFile(path.c_str(), size);
+  floor.read = SecondsOf([&] {
+    char* text = platform::AllocateBlock(size + 1).address;
+    if (text == nullptr || platform::ReadAt(file.get(), 0, text, size) != size) {
+      throw std::runtime_error("the file cannot be read");
+    }
+  });
+  floor.records = SecondsOf([&] {
+    auto* records = reinterpret_cast<TBXMLElement*>(
+        platform::AllocateBlock(elements * sizeof(TBXMLElement)).address);
+    if (records == nullptr) throw std::bad_alloc();
+    // What a leaf gets.
+    char text = 0;
+    for (TBXMLElement* record = records; record < records + elements; ++record) {
+      record->name = &text;
+      record->text = &text;
+      record->parentElement = records;
+      record->nextSibling = record;
+      record->previousSibling = record;
+    }
+  });
+  return floor;
+}
+
 struct Rounds {
   std::vector<Parts> parts;
   std::vector<Whole> wholes;
+  std::vector<Floor> floors;
 };
 
 // The order changes from round to round.
 Rounds RunRounds(const Options& options) {
   const std::uint64_t warmBytes = std::filesystem::file_size(options.file) * 8;
+  const std::size_t elements = RunInChild([&] { return RunParts(options.file); }).elements;
   Rounds rounds;
-  for (std::uint32_t i = 0; i < 2 * options.common.rounds; ++i) {
+  const auto run = [&](std::uint32_t kind) {
     WarmMemory(warmBytes);
-    if (i % 4 == 0 || i % 4 == 3) {
-      rounds.parts.push_back(RunInChild([&] { return RunParts(options.file); }));
-    } else {
-      rounds.wholes.push_back(RunInChild([&] { return RunWhole(options.file); }));
+    if (kind == 0) rounds.parts.push_back(RunInChild([&] { return RunParts(options.file); }));
+    if (kind == 1) rounds.wholes.push_back(RunInChild([&] { return RunWhole(options.file); }));
+    if (kind == 2) {
+      rounds.floors.push_back(RunInChild([&] { return RunFloor(options.file, elements); }));
     }
+  };
+  for (std::uint32_t round = 0; round < options.common.rounds; ++round) {
+    for (std::uint32_t i = 0; i < 3; ++i) run((round + i) % 3);
   }
   const std::int32_t count = rounds.wholes.front().trackCount;
   if (count == 0 || count != rounds.parts.front().trackCount) {
@@ -150,6 +205,14 @@ void AddFigures(const Rounds& rounds, double fileBytes, Report& report) {
   row("load", whole);
   row("release", Collect(rounds.wholes, [](const Whole& each) { return each.release; }));
   report.Figure("sum of the parts / load", "x", sum.Over(whole));
+
+  const Series floor = Collect(rounds.floors, [](const Floor& each) { return each.Sum(); });
+  report.Section("Floor, in fresh huge pages");
+  row("read(2)", Collect(rounds.floors, [](const Floor& each) { return each.read; }));
+  row("five fields of each record",
+      Collect(rounds.floors, [](const Floor& each) { return each.records; }));
+  row("both", floor);
+  report.Figure("distance to the floor: load / both", "x", whole.Over(floor));
 }
 
 void AddTargets(const Rounds& rounds, Report& report) {
