@@ -139,10 +139,7 @@ void AddSearch(CLI::App& parser, Run& run) {
   const auto arguments = std::make_shared<Arguments>();
   CLI::App* command =
       parser.add_subcommand("search", "Find songs by a part of their name, artist or album");
-  command
-      ->add_option("TERM", arguments->any,
-                   "A part of any of them. Case does not count, nor how an accent is written; "
-                   "the accent itself does")
+  command->add_option("TERM", arguments->any, "A part of any of them; accents count, case does not")
       ->type_name("");
   SearchTerms& terms = arguments->terms;
   command->add_option("--name", terms.name, "A part of the name")->type_name("TEXT");

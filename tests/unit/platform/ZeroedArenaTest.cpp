@@ -27,7 +27,7 @@ TEST(ZeroedArena, HandsOutAlignedZeroBytesThatDoNotOverlap) {
     const std::size_t bytes = i * 7919 % 3000 + 1;
     auto* piece = static_cast<char*>(arena.Take(bytes));
     ASSERT_NE(piece, nullptr);
-    ASSERT_EQ(reinterpret_cast<std::uintptr_t>(piece) % 16, 0u);
+    ASSERT_EQ(reinterpret_cast<std::uintptr_t>(piece) % alignof(std::uint64_t), 0u);
     ASSERT_TRUE(IsZero(piece, bytes));
     std::memset(piece, static_cast<int>(i % 255 + 1), bytes);
     pieces.emplace_back(piece, bytes);
@@ -51,6 +51,34 @@ TEST(ZeroedArena, TakesAPieceLargerThanItsBlocks) {
   ASSERT_NE(behind, nullptr);
   EXPECT_TRUE(IsZero(small, 10));
   EXPECT_TRUE(IsZero(behind, 10));
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, WhatWasReservedIsTakenFromOneBlock) {
+  constexpr std::size_t kPieces = 100000;
+  constexpr std::size_t kBytes = 120;
+  ZeroedArena arena;
+  faults::FailAfter(1000000, false);
+  arena.Reserve(kPieces * kBytes);
+  EXPECT_EQ(faults::Asked(), 1);
+  auto* first = static_cast<char*>(arena.Take(kBytes));
+  char* last = first;
+  for (std::size_t i = 1; i < kPieces; ++i) last = static_cast<char*>(arena.Take(kBytes));
+  EXPECT_EQ(last, first + (kPieces - 1) * kBytes);
+  arena.Reserve(0);
+  EXPECT_EQ(faults::Asked(), 1);
+  EXPECT_NE(arena.Take(kBytes), nullptr);
+  EXPECT_EQ(faults::Asked(), 2);
+  faults::Stop();
+  arena.ReleaseAll();
+}
+
+TEST(ZeroedArena, AFailedReservationChangesNothing) {
+  ZeroedArena arena;
+  faults::FailAfter(0, true);
+  arena.Reserve(1000000);
+  faults::Stop();
+  EXPECT_NE(arena.Take(100), nullptr);
   arena.ReleaseAll();
 }
 
