@@ -21,9 +21,15 @@ struct ZeroedArena::BlockHeader {
   BlockHeader* previous;
 };
 
+// Growth is only a wish: where it finds no memory, a block of the first size may still.
 bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
-  const std::size_t grown = std::clamp(lastBlockBytes_ * kGrowth, kFirstBlock, kLargestBlock);
-  return AddBlockOf(std::max(grown, bytes + sizeof(BlockHeader)));
+  const std::size_t needed = bytes + sizeof(BlockHeader);
+  const std::size_t least = std::max(kFirstBlock, needed);
+  std::size_t size = std::clamp(lastBlockBytes_ * kGrowth, least, std::max(kLargestBlock, needed));
+  bool added = AddBlockOf(size);
+  if (!added && size > least) added = AddBlockOf(size = least);
+  if (added) lastBlockBytes_ = size;
+  return added;
 }
 
 bool ZeroedArena::AddBlockOf(std::size_t blockBytes) noexcept {
@@ -32,7 +38,6 @@ bool ZeroedArena::AddBlockOf(std::size_t blockBytes) noexcept {
   newest_ = new (block.address) BlockHeader{block, blockBytes, newest_};
   next_ = block.address + sizeof(BlockHeader);
   left_ = blockBytes - sizeof(BlockHeader);
-  lastBlockBytes_ = blockBytes;
   return true;
 }
 

@@ -23,7 +23,8 @@ class ZeroedArena {
   }
 
   // Takes what the next `bytes` bytes are taken from in one block, if memory allows: only a wish,
-  // which makes the last block end where the pieces end.
+  // which makes the last block end where the pieces end. The few pieces that may still come after
+  // it take no larger a block than they would have without it.
   void Reserve(std::size_t bytes) noexcept;
 
   // Whether `address` lies in memory of the arena.

@@ -2,6 +2,7 @@
 
 #include <errno.h>
 #include <fcntl.h>
+#include <signal.h>
 #include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,6 +17,24 @@ namespace {
 [[noreturn]] void Fail(const std::string& path, int error) {
   throw Failure(ExitCode::Failed, "cannot write " + path + ": " + std::strerror(error));
 }
+
+// Lets the signals with which users end a program wait, so that none comes between the making of a
+// temporary file and its end.
+class SignalsWait {
+ public:
+  SignalsWait() noexcept {
+    sigset_t waiting;
+    sigemptyset(&waiting);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&waiting, number);
+    sigprocmask(SIG_BLOCK, &waiting, &former_);
+  }
+  SignalsWait(const SignalsWait&) = delete;
+  SignalsWait& operator=(const SignalsWait&) = delete;
+  ~SignalsWait() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
+
+ private:
+  sigset_t former_;
+};
 
 // A file of its own beside `path`, removed with the object unless it has got its name.
 class TemporaryFile {
@@ -89,6 +108,7 @@ bool IsTaken(const std::string& path) noexcept {
 
 bool WriteNewFile(const std::string& path, std::string_view bytes, IfThere ifThere) {
   if (ifThere == IfThere::Keep && IsTaken(path)) return false;  // saves the work; asked again below
+  const SignalsWait signalsWait;
   TemporaryFile file(path);
   file.Write(bytes);
   if (ifThere == IfThere::Keep) return file.TakeFreeName();

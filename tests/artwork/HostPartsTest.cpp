@@ -1,5 +1,7 @@
 // The parts of `tavrel artwork`.
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
@@ -87,6 +89,27 @@ TEST(WriteNewFile, WhatCannotBeWrittenIsAFailureAndLeavesNothing) {
   EXPECT_THROW((void)WriteNewFile(folder.PathOf("taken"), "x", IfThere::Replace), Failure);
   const auto entries = std::filesystem::directory_iterator(folder.path());
   EXPECT_EQ(std::distance(begin(entries), end(entries)), 1);
+}
+
+TEST(WriteNewFile, AnInterruptedProgramLeavesNoTemporaryFile) {
+  const TemporaryFolder folder;
+  const std::string path = folder.PathOf("a");
+  const std::string bytes(100000, 'x');
+  for (int delay = 0; delay < 40; ++delay) {
+    const pid_t child = fork();
+    if (child == 0) {
+      for (;;) (void)WriteNewFile(path, bytes, IfThere::Replace);
+    }
+    usleep(static_cast<useconds_t>(1000 + 37 * delay));
+    kill(child, SIGINT);
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFSIGNALED(status));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+      ASSERT_EQ(entry.path().filename(), "a");
+      ASSERT_EQ(entry.file_size(), bytes.size());
+    }
+  }
 }
 
 TEST(PictureFile, PngIsWholeFromItsSignatureToItsEnd) {
