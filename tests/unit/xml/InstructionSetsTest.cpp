@@ -1,5 +1,8 @@
 // Every way to run the pass builds the tree of the plain one.
 #include <gtest/gtest.h>
+#if defined(__linux__)
+#include <sys/prctl.h>
+#endif
 
 #include <algorithm>
 #include <cstdint>
@@ -159,5 +162,18 @@ TEST(InstructionSets, AllHintAtTheSameDictionaries) {
     EXPECT_TRUE(std::equal(hints.begin(), hints.end(), dictionaries.begin(), dictionaries.end()));
   }
 }
+
+#if defined(__linux__)
+TEST(DocumentPass, BuildsTheSameTreeWhereHugePagesAreRefused) {
+  std::mt19937_64 random(4);
+  const std::string text = "<r>" + RandomDocument(random, 400000, true);
+  ASSERT_GT(text.size(), std::size_t{4} << 20);  // several huge pages
+  const std::string expected = DumpOf(text, {true, tavrel::xml::BestInstructionSet()});
+  ASSERT_EQ(prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0), 0);
+  const std::string without = DumpOf(text, {true, tavrel::xml::BestInstructionSet()});
+  EXPECT_EQ(prctl(PR_SET_THP_DISABLE, 0, 0, 0, 0), 0);
+  EXPECT_TRUE(without == expected);
+}
+#endif
 
 }  // namespace
