@@ -27,7 +27,10 @@ bool ZeroedArena::AddBlock(std::size_t bytes) noexcept {
   const std::size_t least = std::max(kFirstBlock, needed);
   std::size_t size = std::clamp(lastBlockBytes_ * kGrowth, least, std::max(kLargestBlock, needed));
   bool added = AddBlockOf(size);
-  if (!added && size > least) added = AddBlockOf(size = least);
+  if (!added && size > least) {
+    size = least;
+    added = AddBlockOf(size);
+  }
   if (added) lastBlockBytes_ = size;
   return added;
 }
