@@ -2,19 +2,31 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstring>
 #include <fstream>
+#include <optional>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "platform/Memory.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/TreeText.h"
+#include "xml/DocumentPass.h"
 
 namespace faults = tavrel::platform::faults;
 using tavrel::test::ElementsOf;
 using tavrel::test::Parse;
+using tavrel::test::TreeOf;
+using tavrel::xml::InstructionSet;
 
 namespace {
+
+// The pass reads its text in these two ways; which instructions the index uses does not matter.
+constexpr PassChoice kPlain = {false, InstructionSet::kPlain};
+constexpr PassChoice kIndexed = {true, InstructionSet::kPlain};
+
+constexpr TBXMLElement kZero = {};
 
 // Whether `field` stands at word `index` of the record.
 #define EXPECT_WORD(record, field, index) \
@@ -187,6 +199,47 @@ TEST(RecordPool, ExhaustedMemoryEndsThePassAndKeepsTheTreeSoFar) {
     ASSERT_LT(successes, 1000);
   }
   EXPECT_EQ(former, 5001u);
+}
+
+// Chunks of elements and of attributes fill up at different paces: either may be the one that finds
+// no memory.
+TEST(RecordPool, BothWaysToReadATextEndAtTheSameRecordWhenMemoryIsExhausted) {
+  for (int attributes = 1; attributes <= 8; ++attributes) {
+    const std::string element = Repeated("<e", " a='1'", attributes, "/>");
+    const std::string text = Repeated("<r>", "<k>v</k>" + element + "<k>w</k>", 1500, "</r>");
+    bool complete = false;
+    for (int successes = 0; !complete; ++successes) {
+      std::vector<std::string> trees;
+      for (const PassChoice choice : {kPlain, kIndexed}) {
+        ForcePass(choice);
+        faults::FailAfter(successes, false);
+        TBXML document;
+        document.initWithXMLString(text);
+        complete = faults::Asked() <= successes;
+        faults::Stop();
+        ForcePass(std::nullopt);
+        trees.push_back(TreeOf(document.rootXMLElement()));
+      }
+      EXPECT_TRUE(trees[0] == trees[1]) << attributes << " attributes, allocation " << successes;
+      ASSERT_LT(successes, 1000);
+    }
+  }
+}
+
+// Runs of leaves are written before their records count as handed out.
+TEST(RecordPool, RecordsThatAreNotHandedOutYetAreZero) {
+  ForcePass(kIndexed);
+  // What follows the leaves is no element, and long enough to be read through the index.
+  for (int leaves = 0; leaves < 250; ++leaves) {
+    const auto document = Parse(Repeated("<r>", "<k>v</k>", leaves, "<?a?><?b?><?c?><?d?><?e?>"));
+    const TBXMLFields& fields = document->fields();
+    ASSERT_EQ(ElementsOf(*document).size(), 1u + static_cast<std::size_t>(leaves));
+    for (std::ptrdiff_t i = fields.currentElement + 1; i < kRecordsPerChunk; ++i) {
+      const TBXMLElement& unused = fields.currentElementBuffer->elements[i];
+      ASSERT_EQ(std::memcmp(&unused, &kZero, sizeof unused), 0) << leaves;
+    }
+  }
+  ForcePass(std::nullopt);
 }
 
 #if defined(__linux__)
