@@ -11,9 +11,9 @@ namespace tavrel::xml {
 //         moved, when a section of the run has no end or no '<' follows the run.
 [[nodiscard]] char* JoinSections(char* opener, const char* end) noexcept;
 
-// Takes the markers out of an attribute value, the bytes from `value` to `end`. A zero byte ends what
-// is left when anything was taken out; the one at `end` is the caller's to write. Openers that come
-// about by a removal count as well. One that has no end behind it goes, and the removal stops.
+// Takes the markers out of an attribute value, the bytes from `value` to `end`. A zero byte ends
+// what is left when anything was taken out; the one at `end` is the caller's to write. Openers that
+// come about by a removal count as well. One that has no end behind it goes, and the removal stops.
 void RemoveValueMarkers(char* value, char* end) noexcept;
 
 }  // namespace tavrel::xml
