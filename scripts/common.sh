@@ -45,6 +45,7 @@ librapidxml-dev rapidxml/rapidxml.hpp
 libexpat1-dev expat.h
 libxml2-dev libxml2/libxml/parser.h
 libplist-dev plist/plist.h
+pkg-config pkg-config
 libicu-dev unicode/stsearch.h
 libssl-dev openssl/evp.h
 python3 python3
