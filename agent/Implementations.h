@@ -4,7 +4,7 @@
 // (include/tavrel/tavrel.h); builders and destroyers take nothing and answer 0 in every case.
 #pragma once
 
-#include "agent/GlobalState.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 
 extern "C" {

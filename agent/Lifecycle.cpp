@@ -3,14 +3,14 @@
 #include <memory>
 
 #include "agent/Implementations.h"
-#include "platform/Guard.h"
-#include "platform/HomeFolder.h"
-#include "platform/Memory.h"
+#include "system/Guard.h"
+#include "system/HomeFolder.h"
+#include "system/Memory.h"
 #include "xml/TBXML.h"
 
 using tavrel::Private;
 using tavrel::PrivateState;
-namespace platform = tavrel::platform;
+using namespace tavrel;
 
 constinit GlobalState* g_pGlobal = nullptr;
 
@@ -19,9 +19,9 @@ constinit PrivateState* tavrel::loadedState = nullptr;
 namespace {
 
 char* OwnedHomeFolder() noexcept {
-  return platform::Guarded<char*>(nullptr, [] {
-    const auto home = platform::HomeFolder();
-    char* copy = home ? static_cast<char*>(platform::Allocate(home->size() + 1)) : nullptr;
+  return system::Guarded<char*>(nullptr, [] {
+    const auto home = system::HomeFolder();
+    char* copy = home ? static_cast<char*>(system::Allocate(home->size() + 1)) : nullptr;
     if (copy != nullptr) std::memcpy(copy, home->c_str(), home->size() + 1);
     return copy;
   });
@@ -30,7 +30,7 @@ char* OwnedHomeFolder() noexcept {
 }  // namespace
 
 std::int32_t AgentInitializerImp() noexcept {
-  auto* state = static_cast<PrivateState*>(platform::AllocateZeroed(sizeof(PrivateState)));
+  auto* state = static_cast<PrivateState*>(system::AllocateZeroed(sizeof(PrivateState)));
   tavrel::loadedState = state;
   g_pGlobal = state == nullptr ? nullptr : &state->shared;
   if (state == nullptr) return -1;
@@ -57,7 +57,7 @@ std::int32_t AgentFinalizerImp() noexcept {
   DestroyPlaylistArray();
   delete state.shared.document;
   state.pool.Drain();
-  platform::Release(state.home);
-  platform::Release(&state);
+  system::Release(state.home);
+  system::Release(&state);
   return 0;
 }

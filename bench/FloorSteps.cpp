@@ -10,8 +10,9 @@
 #include <stdexcept>
 #include <utility>
 
-#include "platform/Files.h"
-#include "platform/Utf8.h"
+#include "system/Files.h"
+#include "text/TextFile.h"
+#include "text/Utf8.h"
 #include "xml/Records.h"
 #include "xml/TagIndex.h"
 
@@ -38,15 +39,15 @@ double SecondsOf(const Work& work) {
   return ProcessorSeconds() - start;
 }
 
-platform::FileDescriptor Open(const FloorInput& input) {
+system::FileDescriptor Open(const FloorInput& input) {
   std::size_t size = 0;
-  platform::FileDescriptor file = platform::OpenRegularFile(input.path.c_str(), size);
+  system::FileDescriptor file = system::OpenRegularFile(input.path.c_str(), size);
   Require(file && size == input.fileBytes, "the file has changed");
   return file;
 }
 
 void ReadWhole(const FloorInput& input, char* to) {
-  const platform::FileDescriptor file = Open(input);
+  const system::FileDescriptor file = Open(input);
   std::size_t filled = 0;
   while (filled < input.fileBytes) {
     const ssize_t got = read(file.get(), to + filled, input.fileBytes - filled);
@@ -55,19 +56,19 @@ void ReadWhole(const FloorInput& input, char* to) {
   }
 }
 
-void ReadChecked(const FloorInput& input, platform::ZeroedBlock block) {
-  const platform::FileDescriptor file = Open(input);
-  platform::FileText text{block};
-  Require(platform::ReadText(file.get(), input.fileBytes, text) && text.length == input.fileBytes,
+void ReadChecked(const FloorInput& input, system::ZeroedBlock block) {
+  const system::FileDescriptor file = Open(input);
+  text::FileText text{block};
+  Require(text::ReadText(file.get(), input.fileBytes, text) && text.length == input.fileBytes,
           "the file is not UTF-8");
 }
 
 // As a load does it, memory included.
 double ReadLikeALoad(const FloorInput& input) {
-  platform::FileText text;
-  const double seconds = SecondsOf([&] { text = platform::ReadFileText(input.path.c_str()); });
+  text::FileText text;
+  const double seconds = SecondsOf([&] { text = text::ReadFileText(input.path.c_str()); });
   Require(text.length == input.fileBytes, "the file is not UTF-8");
-  platform::ReleaseBlock(text.block);
+  system::ReleaseBlock(text.block);
   return seconds;
 }
 
@@ -75,7 +76,7 @@ double ReadLikeALoad(const FloorInput& input) {
 double WriteMapped(const FloorInput& input) {
   void* address = MAP_FAILED;
   const double seconds = SecondsOf([&] {
-    const platform::FileDescriptor file = Open(input);
+    const system::FileDescriptor file = Open(input);
     address = mmap(nullptr, input.fileBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE, file.get(), 0);
     Require(address != MAP_FAILED, "the file cannot be mapped");
     auto* bytes = static_cast<volatile char*>(address);
@@ -140,7 +141,7 @@ FloorInput::FloorInput(const std::string& file)
     : path(file),
       fileBytes([&file] {
         std::size_t size = 0;
-        Require(platform::OpenRegularFile(file.c_str(), size) && size > 0,
+        Require(system::OpenRegularFile(file.c_str(), size) && size > 0,
                 "the file is empty or cannot be read");
         return size;
       }()),
@@ -204,21 +205,20 @@ FloorGroup ScanningGroup(FloorInput& input) {
   addIndex("tag index, AVX2", xml::InstructionSet::kAvx2);
   addIndex("tag index, AVX-512", xml::InstructionSet::kAvx512);
 
-  const auto addCheck = [&](const char* name, platform::Utf8Path path) {
-    if (!platform::IsSupported(path)) return;
+  const auto addCheck = [&](const char* name, text::Utf8Path path) {
+    if (!text::IsSupported(path)) return;
     steps.push_back({name, 0, [&input, path] {
-                       platform::TextPrefix prefix{};
+                       text::TextPrefix prefix{};
                        const double seconds = SecondsOf([&] {
-                         prefix =
-                             platform::ValidTextPrefix(input.text.data(), input.fileBytes, path);
+                         prefix = text::ValidTextPrefix(input.text.data(), input.fileBytes, path);
                        });
                        Require(prefix.length == input.fileBytes, "the file is not UTF-8");
                        return seconds;
                      }});
   };
-  addCheck("UTF-8 check, plain", platform::Utf8Path::kPlain);
-  addCheck("UTF-8 check, baseline", platform::Utf8Path::kBaseline);
-  addCheck("UTF-8 check, AVX2", platform::Utf8Path::kAvx2);
+  addCheck("UTF-8 check, plain", text::Utf8Path::kPlain);
+  addCheck("UTF-8 check, baseline", text::Utf8Path::kBaseline);
+  addCheck("UTF-8 check, AVX2", text::Utf8Path::kAvx2);
   return {"going over the text", std::move(steps)};
 }
 

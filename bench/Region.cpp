@@ -8,7 +8,7 @@ namespace tavrel::bench {
 
 Region::Region(std::size_t size, Pages pages) : size_(size) {
   if (pages == Pages::kHuge) {
-    block_ = platform::AllocateBlock(size);
+    block_ = system::AllocateBlock(size);
     if (block_.address == nullptr) throw std::bad_alloc();
     return;
   }
@@ -21,7 +21,7 @@ Region::Region(std::size_t size, Pages pages) : size_(size) {
 }
 
 Region::~Region() {
-  platform::ReleaseBlock(block_);
+  system::ReleaseBlock(block_);
 }
 
 void Region::Touch() {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace tavrel::bench {
 
@@ -17,14 +17,14 @@ class Region {
   Region(const Region&) = delete;
   Region& operator=(const Region&) = delete;
 
-  [[nodiscard]] platform::ZeroedBlock block() const { return block_; }
+  [[nodiscard]] system::ZeroedBlock block() const { return block_; }
   [[nodiscard]] char* data() const { return block_.address; }
   [[nodiscard]] std::size_t size() const { return size_; }
   void Touch();  // makes it resident
 
  private:
   std::size_t size_;
-  platform::ZeroedBlock block_;
+  system::ZeroedBlock block_;
 };
 
 }  // namespace tavrel::bench

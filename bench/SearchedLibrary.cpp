@@ -7,8 +7,8 @@
 #include <ctime>
 #include <stdexcept>
 
-#include "library/PlainSearch.h"
-#include "library/TrackTable.h"
+#include "library/search/PlainSearch.h"
+#include "library/tracks/TrackTable.h"
 
 namespace tavrel::bench {
 namespace {

@@ -5,9 +5,9 @@
 #include <memory>
 #include <string>
 
-#include "agent/GlobalState.h"
 #include "bench/SearchPeers.h"
 #include "bench/TemporaryHome.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {

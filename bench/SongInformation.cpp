@@ -11,9 +11,9 @@
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
-#include "library/PlainTrackProperties.h"
-#include "library/PlaylistTable.h"
-#include "platform/Memory.h"
+#include "library/playlists/PlaylistTable.h"
+#include "library/tracks/PlainTrackProperties.h"
+#include "system/Memory.h"
 
 namespace {
 
@@ -82,7 +82,7 @@ double SecondsOfAll(PlaylistRecord* songs, Prepare&& prepare) {
 
 void ReleaseTexts(SongInfo& info) {
   for (char** text : {&info.name, &info.location, &info.artist, &info.album, &info.genre}) {
-    tavrel::platform::Release(*text);
+    tavrel::system::Release(*text);
     *text = nullptr;
   }
 }

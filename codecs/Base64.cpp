@@ -6,7 +6,7 @@
 
 namespace tavrel {
 
-using platform::ByteBuffer;
+using system::ByteBuffer;
 
 std::string base64EncodingWithLineLength(const ByteBuffer& bytes, std::uint32_t lineLength) {
   return EncodeBase64(bytes.view(), lineLength, BestBase64Path());

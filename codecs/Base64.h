@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/ByteBuffer.h"
+#include "system/ByteBuffer.h"
 
 namespace tavrel {
 
@@ -15,11 +15,11 @@ namespace tavrel {
 // lineLength: a line feed follows every line, also the last one when it is full. Groups of four
 //             characters stay together: lines have the next multiple of four. 0, and any length
 //             above 32,764, means no line breaks.
-[[nodiscard]] std::string base64EncodingWithLineLength(const platform::ByteBuffer& bytes,
+[[nodiscard]] std::string base64EncodingWithLineLength(const system::ByteBuffer& bytes,
                                                        std::uint32_t lineLength);
 
 // The same without line breaks.
-[[nodiscard]] std::string base64Encoding(const platform::ByteBuffer& bytes);
+[[nodiscard]] std::string base64Encoding(const system::ByteBuffer& bytes);
 
 // The bytes of a base64 text; none only when memory is exhausted. Nothing is an error:
 // - every character outside the alphabet is skipped, but a character outside ASCII anywhere makes
@@ -30,11 +30,11 @@ namespace tavrel {
 //   two. (Kept: the two lower bits of the byte that stands for a single character are those of the
 //   first byte of the group before, or zero.)
 // - a last group without its '=' is dropped.
-[[nodiscard]] platform::ByteBuffer initWithBase64EncodedString(
+[[nodiscard]] system::ByteBuffer initWithBase64EncodedString(
     const std::optional<std::string>& text) noexcept;
 
 // The same; handles release themselves, so that there is nothing to defer.
-[[nodiscard]] platform::ByteBuffer dataWithBase64EncodedString(
+[[nodiscard]] system::ByteBuffer dataWithBase64EncodedString(
     const std::optional<std::string>& text) noexcept;
 
 }  // namespace tavrel

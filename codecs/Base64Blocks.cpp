@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "platform/Processor.h"
+#include "system/Processor.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -142,7 +142,7 @@ TAVREL_AVX2 std::size_t DecodeAvx2(const char* text, std::size_t size, std::size
 }  // namespace
 
 Base64Path BestBase64Path() noexcept {
-  return platform::Features().avx2 ? Base64Path::kAvx2 : Base64Path::kPortable;
+  return system::Features().avx2 ? Base64Path::kAvx2 : Base64Path::kPortable;
 }
 
 bool IsSupported(Base64Path path) noexcept {

@@ -2,16 +2,16 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 
-#include "platform/HugePages.h"
+#include "system/HugePages.h"
+#include "text/Ascii.h"
 
 namespace tavrel {
 namespace {
 
-using platform::ByteBuffer;
-using platform::ZeroedBlock;
+using system::ByteBuffer;
+using system::ZeroedBlock;
 
 // The characters on a line are counted in fours by a signed 16-bit number, which goes on from
 // 32,764 to -32,768 and so never reaches a larger line length. Kept: such a length gives no line
@@ -134,18 +134,6 @@ class Decoder {
   std::size_t filled = 0;
 };
 
-bool IsAscii(std::string_view text) noexcept {
-  constexpr std::uint64_t kSigns = 0x8080808080808080U;
-  std::uint64_t seen = 0;
-  for (; text.size() >= sizeof seen; text.remove_prefix(sizeof seen)) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, text.data(), sizeof word);
-    seen |= word;
-  }
-  for (const char character : text) seen |= static_cast<unsigned char>(character);
-  return (seen & kSigns) == 0;
-}
-
 // Of "\n" or "\r\n" at the front of `text`; 0 for anything else.
 std::size_t LineBreakLength(std::string_view text) noexcept {
   if (text.starts_with('\n')) return 1;
@@ -161,7 +149,7 @@ std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength, Base6
   const EncodeBlocks encode = BlocksOf(path).encode;
   std::string text;
   text.reserve(EncodedLength(bytes.size(), lines));
-  platform::PreferHugePages(text.data(), text.capacity());
+  system::PreferHugePages(text.data(), text.capacity());
   while (!bytes.empty()) {
     const std::string_view piece = bytes.substr(0, pieceBytes);
     const std::size_t before = text.size();
@@ -194,18 +182,18 @@ std::optional<std::size_t> DecodeBase64Into(std::uint8_t* bytes, std::string_vie
     // What follows the end of the decoding has no influence, except that a character outside ASCII
     // anywhere makes the whole text count as empty.
     if (!text.empty() && !decoder.TakeUpToGroup(text)) {
-      return IsAscii(text) ? std::optional(decoder.Length()) : std::nullopt;
+      return text::IsAscii(text) ? std::optional(decoder.Length()) : std::nullopt;
     }
   }
   return decoder.Length();
 }
 
 ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept {
-  ZeroedBlock block = platform::AllocateBlock(DecodingRoom(text.size()));
+  ZeroedBlock block = system::AllocateBlock(DecodingRoom(text.size()));
   if (block.address == nullptr) return {};
   auto* bytes = reinterpret_cast<std::uint8_t*>(block.address);
   const std::size_t length = DecodeBase64Into(bytes, text, path).value_or(0);
-  platform::TrimBlock(block, length);
+  system::TrimBlock(block, length);
   return ByteBuffer::Adopt(block, length);
 }
 

@@ -9,7 +9,7 @@
 #include <string_view>
 
 #include "codecs/Base64Blocks.h"
-#include "platform/ByteBuffer.h"
+#include "system/ByteBuffer.h"
 
 namespace tavrel {
 
@@ -20,7 +20,7 @@ namespace tavrel {
                                        Base64Path path);
 
 // The bytes of `text`; none when memory is exhausted.
-[[nodiscard]] platform::ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept;
+[[nodiscard]] system::ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept;
 
 // The same into `bytes`, which has room for DecodingRoom() bytes.
 // Result: how many bytes there are; nothing when the text holds a character outside ASCII.

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 
-#include "platform/Processor.h"
+#include "system/Processor.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -80,7 +80,7 @@ TAVREL_CLMUL std::uint32_t FoldedCrc32(std::string_view bytes) noexcept {
 }  // namespace
 
 bool IsCrc32Fast() noexcept {
-  return platform::Features().carrylessMultiplication;
+  return system::Features().carrylessMultiplication;
 }
 
 std::uint32_t PlainCrc32(std::string_view bytes) noexcept {

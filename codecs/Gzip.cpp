@@ -9,16 +9,16 @@
 #include <string>
 
 #include "codecs/Crc32.h"
-#include "platform/Files.h"
-#include "platform/PathNames.h"
+#include "system/Files.h"
+#include "text/PathNames.h"
 
 namespace tavrel {
 namespace {
 
-using platform::ByteBuffer;
-using platform::ZeroedBlock;
+using system::ByteBuffer;
+using system::ZeroedBlock;
 
-constexpr std::size_t kLargest = platform::kLargestFile;
+constexpr std::size_t kLargest = system::kLargestFile;
 constexpr int kGzipOrZlibHeader = 15 + 32;
 constexpr int kGzipHeader = 15 + 16;
 constexpr int kNoHeader = -15;
@@ -37,7 +37,7 @@ constexpr std::size_t LargestOutput(std::size_t streamLength) noexcept {
 // may do.
 ZeroedBlock ReserveOutput(std::size_t largest, std::size_t least, std::size_t& bytes) noexcept {
   for (bytes = largest; bytes >= least; bytes /= 2) {
-    const ZeroedBlock block = platform::AllocateBlock(bytes);
+    const ZeroedBlock block = system::AllocateBlock(bytes);
     if (block.address != nullptr) return block;
   }
   return {};
@@ -53,7 +53,7 @@ void SetStreams(z_stream& stream, std::string_view input, const ZeroedBlock& out
 }
 
 ByteBuffer Finish(ZeroedBlock& output, std::size_t length) noexcept {
-  platform::TrimBlock(output, length);
+  system::TrimBlock(output, length);
   return ByteBuffer::Adopt(output, length);
 }
 
@@ -104,14 +104,14 @@ std::optional<ByteBuffer> InflateUsualFile(std::string_view stream) noexcept {
   const std::size_t room = LittleEndianAt(stream, stream.size() - 4);
   if (room == 0 || room > LargestOutput(stream.size())) return std::nullopt;
 
-  ZeroedBlock output = platform::AllocateBlock(room);
+  ZeroedBlock output = system::AllocateBlock(room);
   if (output.address == nullptr) return std::nullopt;
   const Inflated inflated = InflateInto(output, room, stream.substr(header), kNoHeader);
   const std::string_view trailer = stream.substr(header + inflated.taken);
   if (!inflated.complete || trailer.size() < kTrailer ||
       LittleEndianAt(trailer, 0) != Crc32({output.address, inflated.made}) ||
       LittleEndianAt(trailer, 4) != inflated.made) {
-    platform::ReleaseBlock(output);
+    system::ReleaseBlock(output);
     return std::nullopt;
   }
   return Finish(output, inflated.made);
@@ -130,7 +130,7 @@ ByteBuffer gzipInflate(const ByteBuffer& bytes) noexcept {
   if (output.address == nullptr) return {};
   const Inflated inflated = InflateInto(output, room, bytes.view(), kGzipOrZlibHeader);
   if (!inflated.complete) {
-    platform::ReleaseBlock(output);
+    system::ReleaseBlock(output);
     return {};
   }
   return Finish(output, inflated.made);
@@ -150,22 +150,22 @@ ByteBuffer gzipDeflate(const ByteBuffer& bytes) noexcept {
   SetStreams(stream, bytes.view(), output, room);
   if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipHeader, kMemoryLevel,
                    Z_DEFAULT_STRATEGY) != Z_OK) {
-    platform::ReleaseBlock(output);
+    system::ReleaseBlock(output);
     return {};
   }
   const bool complete = deflate(&stream, Z_FINISH) == Z_STREAM_END;
   const std::size_t length = stream.total_out;
   deflateEnd(&stream);
   if (!complete) {
-    platform::ReleaseBlock(output);
+    system::ReleaseBlock(output);
     return {};
   }
   return Finish(output, length);
 }
 
 ByteBuffer dataWithUncompressedContentsOfFile(std::string_view path) {
-  const ByteBuffer bytes = platform::ReadFileBytes(std::string(path).c_str());
-  const bool compressed = platform::SplitExtension(path).extension == "gz";
+  const ByteBuffer bytes = system::ReadFileBytes(std::string(path).c_str());
+  const bool compressed = text::SplitExtension(path).extension == "gz";
   return bytes && compressed ? gzipInflate(bytes) : bytes;
 }
 

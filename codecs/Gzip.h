@@ -3,24 +3,24 @@
 
 #include <string_view>
 
-#include "platform/ByteBuffer.h"
+#include "system/ByteBuffer.h"
 
 namespace tavrel {
 
 // The decompressed bytes of a gzip or zlib stream (told apart by its header).
 // Result: `bytes` itself when it is empty; none when the stream is damaged or cut off, when input
 // or
-//         output is larger than platform::kLargestFile, or when memory is exhausted. Only the first
+//         output is larger than system::kLargestFile, or when memory is exhausted. Only the first
 //         member counts: whatever follows it is ignored.
-[[nodiscard]] platform::ByteBuffer gzipInflate(const platform::ByteBuffer& bytes) noexcept;
+[[nodiscard]] system::ByteBuffer gzipInflate(const system::ByteBuffer& bytes) noexcept;
 
 // A gzip stream of `bytes`, at zlib's default level.
 // Result: `bytes` itself when it is empty; none when input or output is larger than
-//         platform::kLargestFile, or when memory is exhausted.
-[[nodiscard]] platform::ByteBuffer gzipDeflate(const platform::ByteBuffer& bytes) noexcept;
+//         system::kLargestFile, or when memory is exhausted.
+[[nodiscard]] system::ByteBuffer gzipDeflate(const system::ByteBuffer& bytes) noexcept;
 
 // The bytes of a file, inflated when the path's extension is exactly "gz" (case matters); none when
 // the file cannot be read or inflated. May throw std::bad_alloc.
-[[nodiscard]] platform::ByteBuffer dataWithUncompressedContentsOfFile(std::string_view path);
+[[nodiscard]] system::ByteBuffer dataWithUncompressedContentsOfFile(std::string_view path);
 
 }  // namespace tavrel

@@ -1,6 +1,6 @@
 // Artwork cache files: the walk over the blocks goes forward only, and the reader of every layout
 // loses no image that the original one finds.
-#include "library/ArtworkFile.h"
+#include "library/artwork/ArtworkFile.h"
 
 #include <stdlib.h>
 #include <unistd.h>

@@ -5,7 +5,7 @@
 #include "unit/codecs/GzipModel.h"
 
 using tavrel::fuzz::Require;
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   constexpr std::size_t kLongest = 65536;  // a stream may become a thousand times longer

@@ -6,11 +6,11 @@
 
 #include <CLI/App.hpp>
 
-#include "host/LibraryHandle.h"
 #include "host/Options.h"
-#include "host/Output.h"
-#include "host/StandardStreams.h"
-#include "host/Terminal.h"
+#include "host/library/Library.h"
+#include "host/output/Output.h"
+#include "host/output/StandardStreams.h"
+#include "host/output/Terminal.h"
 
 #define TAVREL_HOST_SUBCOMMANDS(Add) \
   Add(Artwork) Add(Playlists) Add(Ringtones) Add(Search) Add(Songs)

@@ -6,15 +6,15 @@
 #include <string>
 
 #include "host/Commands.h"
-#include "host/Diagnosis.h"
 #include "host/Failure.h"
-#include "host/LibraryHandle.h"
 #include "host/Options.h"
-#include "host/Output.h"
-#include "host/StandardStreams.h"
-#include "host/TemporaryHome.h"
-#include "host/Terminal.h"
-#include "platform/HomeFolder.h"
+#include "host/library/Diagnosis.h"
+#include "host/library/Library.h"
+#include "host/library/TemporaryHome.h"
+#include "host/output/Output.h"
+#include "host/output/StandardStreams.h"
+#include "host/output/Terminal.h"
+#include "system/HomeFolder.h"
 
 namespace tavrel::host {
 namespace {
@@ -22,7 +22,7 @@ namespace {
 // Where the library file is, as the user named the place.
 std::string LibraryPath(const Options& options) {
   if (options.library) return *options.library;
-  std::optional<std::string> home = options.home ? options.home : platform::HomeFolder();
+  std::optional<std::string> home = options.home ? options.home : system::HomeFolder();
   if (!home) throw Failure(ExitCode::NoLibrary, "this user has no home folder; see --home");
   if (!home->ends_with('/')) *home += '/';
   return *home + "Music/iTunes/iTunes Music Library.xml";

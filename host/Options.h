@@ -6,7 +6,7 @@
 #include <string>
 
 #include "host/Failure.h"
-#include "host/Output.h"
+#include "host/output/Output.h"
 
 namespace tavrel::host {
 

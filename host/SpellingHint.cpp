@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/Format.h"
-#include "host/Highlight.h"
-#include "host/SongReader.h"
-#include "host/Text.h"
+#include "host/library/SongReader.h"
+#include "host/output/FindRange.h"
+#include "host/output/Format.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {

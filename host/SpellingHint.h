@@ -3,8 +3,8 @@
 
 #include <string>
 
-#include "host/LibraryHandle.h"
-#include "host/SongSearch.h"
+#include "host/library/Library.h"
+#include "host/library/SongSearch.h"
 
 namespace tavrel::host {
 

@@ -5,7 +5,11 @@
 #include <cstring>
 #include <string_view>
 
+#include "text/Ascii.h"
+
 namespace tavrel::xml {
+
+using text::IsWhitespace;
 
 inline constexpr std::string_view kSectionOpener = "<![CDATA[";
 inline constexpr std::string_view kSectionEnd = "]]>";
@@ -46,11 +50,6 @@ inline constexpr int kNear = 16;
     if (StartsWith(from, end, text)) return from;
   }
   return FindText(from, end, text);
-}
-
-// Blank, tab, line feed, vertical tab, form feed, carriage return; never a byte above 0x7F.
-[[nodiscard]] inline bool IsWhitespace(char byte) noexcept {
-  return byte == ' ' || (byte >= '\t' && byte <= '\r');
 }
 
 }  // namespace tavrel::xml

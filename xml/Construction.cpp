@@ -3,13 +3,13 @@
 #include <new>
 
 #include "codecs/Gzip.h"
-#include "platform/FileUrl.h"
-#include "platform/Files.h"
-#include "platform/PathNames.h"
-#include "platform/Resources.h"
+#include "system/Resources.h"
+#include "text/FileUrl.h"
+#include "text/PathNames.h"
+#include "text/TextFile.h"
 #include "xml/TBXML.h"
 
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 TBXML::~TBXML() {
   dealloc();
@@ -27,9 +27,8 @@ TBXML* TBXML::init() noexcept {
 // The file is read straight into the document's buffer; the tree is that of initWithXMLString().
 TBXML* TBXML::initWithURL(std::string_view url) {
   init();
-  const std::optional<std::string> path = tavrel::platform::PathOfFileUrl(url);
-  const auto text =
-      path ? tavrel::platform::ReadFileText(path->c_str()) : tavrel::platform::FileText{};
+  const std::optional<std::string> path = tavrel::text::PathOfFileUrl(url);
+  const auto text = path ? tavrel::text::ReadFileText(path->c_str()) : tavrel::text::FileText{};
   if (text.block.address == nullptr) return initWithXMLString(std::nullopt);
   buffer_ = text.block;
   fields_.bytes = buffer_.address;
@@ -51,13 +50,13 @@ TBXML* TBXML::initWithXMLData(const ByteBuffer& data) noexcept {
 }
 
 TBXML* TBXML::initWithXMLFile(std::string_view name) {
-  const auto [base, extension] = tavrel::platform::SplitExtension(name);
+  const auto [base, extension] = tavrel::text::SplitExtension(name);
   return initWithXMLFile(base, extension);
 }
 
 TBXML* TBXML::initWithXMLFile(std::string_view name, std::string_view fileExtension) {
   init();
-  const auto path = tavrel::platform::PathForResource(name, fileExtension);
+  const auto path = tavrel::system::PathForResource(name, fileExtension);
   decodeData((path ? tavrel::dataWithUncompressedContentsOfFile(*path) : ByteBuffer()).view());
   return this;
 }
@@ -95,9 +94,9 @@ std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name,
 }
 
 void TBXML::dealloc() noexcept {
-  tavrel::platform::ReleaseBlock(buffer_);
+  tavrel::system::ReleaseBlock(buffer_);
   records_.ReleaseAll();
-  tavrel::platform::Release(fourthLevel_);
+  tavrel::system::Release(fourthLevel_);
   fourthLevel_ = nullptr;
   fourthLevelCount_ = fourthLevelCapacity_ = 0;
   fields_ = {};
@@ -106,7 +105,7 @@ void TBXML::dealloc() noexcept {
 void TBXML::noteFourthLevel(TBXMLElement* element) noexcept {
   if (fourthLevelCount_ == fourthLevelCapacity_) {
     const std::size_t grown = std::max<std::size_t>(64, fourthLevelCapacity_ * 2);
-    void* block = tavrel::platform::Reallocate(fourthLevel_, grown * sizeof(TBXMLElement*));
+    void* block = tavrel::system::Reallocate(fourthLevel_, grown * sizeof(TBXMLElement*));
     if (block == nullptr) return;  // a hint the fewer
     fourthLevel_ = static_cast<TBXMLElement**>(block);
     fourthLevelCapacity_ = grown;
@@ -115,7 +114,7 @@ void TBXML::noteFourthLevel(TBXMLElement* element) noexcept {
 }
 
 void TBXML::decodeData(std::string_view data) noexcept {
-  buffer_ = tavrel::platform::AllocateBlock(data.size() + 1);
+  buffer_ = tavrel::system::AllocateBlock(data.size() + 1);
   if (buffer_.address == nullptr) return;
   if (!data.empty()) std::memcpy(buffer_.address, data.data(), data.size());
   fields_.bytes = buffer_.address;

@@ -1,6 +1,6 @@
 #include <cstring>
 
-#include "platform/Utf8.h"
+#include "text/Utf8.h"
 #include "xml/TBXML.h"
 
 namespace {
@@ -8,7 +8,7 @@ namespace {
 // A text string of zero-terminated bytes; none when they are not valid UTF-8.
 std::optional<std::string> TextString(const char* bytes) {
   const std::string_view text = bytes == nullptr ? "" : bytes;
-  if (!tavrel::platform::IsValidUtf8(text)) return std::nullopt;
+  if (!tavrel::text::IsValidUtf8(text)) return std::nullopt;
   return std::string(text);
 }
 

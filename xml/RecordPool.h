@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-#include "platform/ZeroedArena.h"
+#include "system/ZeroedArena.h"
 #include "xml/Records.h"
 
 namespace tavrel::xml {
@@ -13,7 +13,7 @@ namespace tavrel::xml {
 // Makes a new chunk the newest one and hands out its first record; none when memory is exhausted.
 template <class Record, class Chunk>
 Record* FirstOfNewChunk(Chunk*& newest, std::ptrdiff_t& current, Record* Chunk::*records,
-                        platform::ZeroedArena& arena) noexcept {
+                        system::ZeroedArena& arena) noexcept {
   auto* chunk = static_cast<Chunk*>(arena.Take(sizeof(Chunk)));
   auto* array = static_cast<Record*>(arena.Take(kRecordsPerChunk * sizeof(Record)));
   if (chunk == nullptr || array == nullptr) return nullptr;
@@ -29,7 +29,7 @@ Record* FirstOfNewChunk(Chunk*& newest, std::ptrdiff_t& current, Record* Chunk::
 // newest, current: the chunk and the index of the record that was handed out last.
 template <class Record, class Chunk>
 Record* NextRecord(Chunk*& newest, std::ptrdiff_t& current, Record* Chunk::*records,
-                   platform::ZeroedArena& arena) noexcept {
+                   system::ZeroedArena& arena) noexcept {
   if (newest != nullptr && current + 1 < kRecordsPerChunk) [[likely]] {
     return newest->*records + ++current;
   }

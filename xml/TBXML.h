@@ -13,9 +13,9 @@
 #include <string>
 #include <string_view>
 
-#include "platform/ByteBuffer.h"
-#include "platform/Memory.h"
-#include "platform/ZeroedArena.h"
+#include "system/ByteBuffer.h"
+#include "system/Memory.h"
+#include "system/ZeroedArena.h"
 #include "xml/RecordPool.h"
 #include "xml/Records.h"
 
@@ -35,7 +35,7 @@ class TBXML {
   TBXML* initWithURL(
       std::string_view url);  // a "file:" URL of a UTF-8 text; may throw std::bad_alloc
   TBXML* initWithXMLString(const std::optional<std::string>& string) noexcept;
-  TBXML* initWithXMLData(const tavrel::platform::ByteBuffer& data) noexcept;
+  TBXML* initWithXMLData(const tavrel::system::ByteBuffer& data) noexcept;
   // A resource file of the application; one whose extension is "gz" is inflated. May throw
   // std::bad_alloc.
   TBXML* initWithXMLFile(std::string_view name);
@@ -47,7 +47,7 @@ class TBXML {
   [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLString(
       const std::optional<std::string>& string) noexcept;
   [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLData(
-      const tavrel::platform::ByteBuffer& data) noexcept;
+      const tavrel::system::ByteBuffer& data) noexcept;
   [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLFile(std::string_view name);
   [[nodiscard]] static std::unique_ptr<TBXML> tbxmlWithXMLFile(std::string_view name,
                                                                std::string_view fileExtension);
@@ -108,8 +108,8 @@ class TBXML {
   void dealloc() noexcept;
 
   TBXMLFields fields_ = {};
-  tavrel::platform::ZeroedBlock buffer_;  // behind `bytes`
-  tavrel::platform::ZeroedArena records_;
+  tavrel::system::ZeroedBlock buffer_;  // behind `bytes`
+  tavrel::system::ZeroedArena records_;
   TBXMLElement** fourthLevel_ = nullptr;
   std::size_t fourthLevelCount_ = 0;
   std::size_t fourthLevelCapacity_ = 0;

@@ -5,7 +5,7 @@
 #include <bit>
 #include <cstring>
 
-#include "platform/Processor.h"
+#include "system/Processor.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -231,9 +231,9 @@ bool IsSupported(InstructionSet set) noexcept {
     case InstructionSet::kBaseline:
       return true;
     case InstructionSet::kAvx2:
-      return platform::Features().avx2;
+      return system::Features().avx2;
     case InstructionSet::kAvx512:
-      return platform::Features().avx512;
+      return system::Features().avx512;
 #elif defined(__aarch64__)
     case InstructionSet::kBaseline:
       return true;

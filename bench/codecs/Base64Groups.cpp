@@ -14,7 +14,7 @@
 namespace tavrel::bench {
 namespace {
 
-using platform::ByteBuffer;
+using system::ByteBuffer;
 
 // The input of all of it, and a place for output that is resident as they are.
 struct Material {

@@ -16,7 +16,7 @@
 namespace tavrel::bench {
 namespace {
 
-using platform::ByteBuffer;
+using system::ByteBuffer;
 
 // Files for the gzip program.
 class Folder {

@@ -40,7 +40,7 @@ void Require(bool holds, const char* what) {
   if (!holds) throw std::runtime_error(what);
 }
 
-Resident::Resident(std::size_t size) : size_(size), block_(platform::AllocateBlock(size)) {
+Resident::Resident(std::size_t size) : size_(size), block_(system::AllocateBlock(size)) {
   Require(block_.address != nullptr, "there is not enough memory");
   std::memset(block_.address, 1, size);
 }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "bench/report/Report.h"
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace tavrel::bench {
 
@@ -21,14 +21,14 @@ class Resident {
   explicit Resident(std::size_t size);
   Resident(const Resident&) = delete;
   Resident& operator=(const Resident&) = delete;
-  ~Resident() { platform::ReleaseBlock(block_); }
+  ~Resident() { system::ReleaseBlock(block_); }
 
   [[nodiscard]] char* data() const { return block_.address; }
   [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
   std::size_t size_;
-  platform::ZeroedBlock block_;
+  system::ZeroedBlock block_;
 };
 
 struct Program {

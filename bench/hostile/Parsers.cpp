@@ -18,7 +18,7 @@ namespace tavrel::bench {
 namespace {
 
 Parsed ParseOurselves(std::string_view text) {
-  const auto data = platform::ByteBuffer::Copy(text);
+  const auto data = system::ByteBuffer::Copy(text);
   const double start = ProcessorTimeNow();
   const auto document = TBXML::tbxmlWithXMLData(data);
   return {ProcessorTimeNow() - start, true};

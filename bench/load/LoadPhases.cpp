@@ -16,8 +16,9 @@
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
-#include "platform/Files.h"
-#include "platform/Memory.h"
+#include "system/Files.h"
+#include "system/Memory.h"
+#include "text/TextFile.h"
 #include "xml/DocumentPass.h"
 #include "xml/TBXML.h"
 #include "xml/TagIndex.h"
@@ -25,7 +26,7 @@
 namespace {
 
 using namespace tavrel::bench;
-namespace platform = tavrel::platform;
+using namespace tavrel;
 
 constexpr char footer[] =
     "Every run has a process of its own, and memory is warmed up before it. The parts are called "
@@ -75,7 +76,7 @@ double SecondsOf(const Work& work) {
 // The global record, as a load makes it. Everything here is left to the end of the process.
 void MakeGlobalRecord() {
   auto* state =
-      static_cast<tavrel::PrivateState*>(platform::AllocateZeroed(sizeof(tavrel::PrivateState)));
+      static_cast<tavrel::PrivateState*>(system::AllocateZeroed(sizeof(tavrel::PrivateState)));
   if (state == nullptr) throw std::bad_alloc();
   g_pGlobal = &state->shared;
   g_pGlobal->pool = &state->pool;
@@ -94,8 +95,8 @@ std::size_t CountElements(const TBXML& document) {
 Parts RunParts(const std::string& file) {
   MakeGlobalRecord();
   Parts parts{};
-  platform::FileText text;
-  parts.read = SecondsOf([&] { text = platform::ReadFileText(file.c_str()); });
+  text::FileText text;
+  parts.read = SecondsOf([&] { text = text::ReadFileText(file.c_str()); });
   if (text.block.address == nullptr) throw std::runtime_error("the library cannot read the file");
 
   // A document without a text of its own: the pass asks for nothing but its records.
@@ -128,16 +129,16 @@ Whole RunWhole(const std::string& file) {
 Floor RunFloor(const std::string& path, std::size_t elements) {
   Floor floor{};
   std::size_t size = 0;
-  const platform::FileDescriptor file = platform::OpenRegularFile(path.c_str(), size);
+  const system::FileDescriptor file = system::OpenRegularFile(path.c_str(), size);
   floor.read = SecondsOf([&] {
-    char* text = platform::AllocateBlock(size + 1).address;
-    if (text == nullptr || platform::ReadAt(file.get(), 0, text, size) != size) {
+    char* text = system::AllocateBlock(size + 1).address;
+    if (text == nullptr || system::ReadAt(file.get(), 0, text, size) != size) {
       throw std::runtime_error("the file cannot be read");
     }
   });
   floor.records = SecondsOf([&] {
     auto* records = reinterpret_cast<TBXMLElement*>(
-        platform::AllocateBlock(elements * sizeof(TBXMLElement)).address);
+        system::AllocateBlock(elements * sizeof(TBXMLElement)).address);
     if (records == nullptr) throw std::bad_alloc();
     // What a leaf gets.
     char text = 0;

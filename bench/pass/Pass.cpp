@@ -19,7 +19,7 @@
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace {
 
@@ -53,10 +53,10 @@ std::string ContentsOf(const std::string& path) {
 class ResidentText {
  public:
   explicit ResidentText(const std::string& text)
-      : text_(text), block_(tavrel::platform::AllocateBlock(text.size() + 1)) {
+      : text_(text), block_(tavrel::system::AllocateBlock(text.size() + 1)) {
     if (block_.address == nullptr) throw std::bad_alloc();
   }
-  ~ResidentText() { tavrel::platform::ReleaseBlock(block_); }
+  ~ResidentText() { tavrel::system::ReleaseBlock(block_); }
   ResidentText(const ResidentText&) = delete;
   ResidentText& operator=(const ResidentText&) = delete;
 
@@ -69,7 +69,7 @@ class ResidentText {
 
  private:
   const std::string& text_;
-  tavrel::platform::ZeroedBlock block_;
+  tavrel::system::ZeroedBlock block_;
 };
 
 void Check(const std::vector<Pass>& passes, const ResidentText& text, Report& report) {

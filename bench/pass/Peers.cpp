@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "bench/ProcessorTime.h"
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 #if defined(TAVREL_HAS_PUGIXML)
 #include <pugixml.hpp>
@@ -17,7 +17,7 @@
 namespace tavrel::bench {
 namespace {
 
-platform::ZeroedBlock region;
+system::ZeroedBlock region;
 std::size_t taken = 0;
 
 [[maybe_unused]] void* Take(std::size_t bytes) {
@@ -69,7 +69,7 @@ double RunPugixml(char* text, std::size_t length) {
 }  // namespace
 
 void ReservePeerMemory(std::size_t bytes) {
-  region = platform::AllocateBlock(bytes);
+  region = system::AllocateBlock(bytes);
   if (region.address == nullptr) throw std::bad_alloc();
 }
 

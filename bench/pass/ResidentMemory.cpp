@@ -8,11 +8,11 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace {
 
-using tavrel::platform::ZeroedBlock;
+using tavrel::system::ZeroedBlock;
 
 constexpr std::size_t kMappedFrom = std::size_t{1} << 20;
 constexpr std::size_t kHugePage = std::size_t{1} << 21;
@@ -55,7 +55,7 @@ void ZeroReleasedBlocks() noexcept {
 
 }  // namespace tavrel::bench
 
-namespace tavrel::platform {
+namespace tavrel::system {
 
 bool AllocationAllowed() noexcept {
   return true;
@@ -94,4 +94,4 @@ void ReleaseBlock(ZeroedBlock& block) noexcept {
 
 void TrimBlock(ZeroedBlock&, std::size_t) noexcept {}
 
-}  // namespace tavrel::platform
+}  // namespace tavrel::system

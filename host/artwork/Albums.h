@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/SongReader.h"
+#include "host/library/SongReader.h"
 
 namespace tavrel::host {
 

@@ -4,10 +4,10 @@
 #include <optional>
 #include <unordered_set>
 
-#include "platform/Files.h"
-#include "platform/FolderListing.h"
-#include "platform/FolderWalk.h"
-#include "platform/PathNames.h"
+#include "system/Files.h"
+#include "system/FolderListing.h"
+#include "system/FolderWalk.h"
+#include "text/PathNames.h"
 
 namespace tavrel::host {
 namespace {
@@ -33,13 +33,13 @@ std::string IdBehind(std::string_view text, std::size_t at) {
 }
 
 bool IsCacheFile(const std::string& path) {
-  const std::string_view extension = platform::SplitExtension(path).extension;
+  const std::string_view extension = text::SplitExtension(path).extension;
   return (extension == "itc" || extension == "itc2") &&
-         platform::KindOfEntry(path) != platform::EntryKind::Folder;
+         system::KindOfEntry(path) != system::EntryKind::Folder;
 }
 
 std::string_view BaseName(std::string_view path) {
-  const std::string_view name = platform::SplitExtension(path).base;
+  const std::string_view name = text::SplitExtension(path).base;
   return name.substr(name.rfind('/') + 1);
 }
 
@@ -72,13 +72,13 @@ PersistentIds FindPersistentIds(std::string_view libraryText) {
 }
 
 CacheFolder::CacheFolder(const std::string& libraryFile) {
-  const platform::ByteBuffer text = platform::ReadFileBytes(libraryFile.c_str());
+  const system::ByteBuffer text = system::ReadFileBytes(libraryFile.c_str());
   if (text) ids_ = FindPersistentIds(text.view());
   const std::unordered_set<std::string> known(ids_.tracks.begin(), ids_.tracks.end());
   const std::string folder = libraryFile.substr(0, libraryFile.rfind('/') + 1) + "Album Artwork";
-  platform::FolderWalk walk(folder);
+  system::FolderWalk walk(folder);
   while (const auto name = walk.Next()) {
-    const std::string path = platform::PathIn(folder, *name);
+    const std::string path = system::PathIn(folder, *name);
     if (!IsCacheFile(path)) continue;
     const std::string track = TrackIdIn(path, ids_.library);
     if (track.empty() || !known.contains(track)) {

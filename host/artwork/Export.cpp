@@ -5,17 +5,17 @@
 #include <set>
 #include <vector>
 
-#include "host/Format.h"
-#include "host/Json.h"
-#include "host/SongReader.h"
-#include "host/Text.h"
 #include "host/artwork/Albums.h"
+#include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
-#include "host/artwork/NewFile.h"
-#include "host/artwork/Picture.h"
-#include "host/artwork/Progress.h"
-#include "platform/PathNames.h"
+#include "host/library/SongReader.h"
+#include "host/output/Format.h"
+#include "host/output/Json.h"
+#include "host/output/NewFile.h"
+#include "host/output/Progress.h"
+#include "host/output/Text.h"
+#include "text/PathNames.h"
 
 namespace tavrel::host {
 namespace {
@@ -107,7 +107,7 @@ class Exporter {
       tally_.damaged.insert(file);
       return;
     }
-    const std::string_view base = platform::SplitExtension(file).base;
+    const std::string_view base = text::SplitExtension(file).base;
     const std::string name = SafeName(base.substr(base.rfind('/') + 1));
     if (const auto picture = Largest(artwork, file)) Write(name, *picture);
   }

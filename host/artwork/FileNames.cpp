@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/Text.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {

@@ -1,4 +1,6 @@
 // tavrel artwork: covers, of a song, of a cache file, or of the whole library.
+#include "host/artwork/Artwork.h"
+
 #include <CLI/Error.hpp>
 #include <algorithm>
 #include <charconv>
@@ -6,18 +8,17 @@
 #include <optional>
 
 #include "host/Commands.h"
-#include "host/Format.h"
-#include "host/Json.h"
-#include "host/PlaylistSearch.h"
-#include "host/SongReader.h"
-#include "host/Table.h"
-#include "host/Text.h"
 #include "host/artwork/Albums.h"
 #include "host/artwork/Export.h"
 #include "host/artwork/FileNames.h"
-#include "host/artwork/NewFile.h"
-#include "host/artwork/Picture.h"
-#include "platform/PathNames.h"
+#include "host/library/PlaylistSearch.h"
+#include "host/library/SongReader.h"
+#include "host/output/Format.h"
+#include "host/output/Json.h"
+#include "host/output/NewFile.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
+#include "text/PathNames.h"
 
 namespace tavrel::host {
 namespace {
@@ -67,7 +68,7 @@ Subject OpenFile(const std::string& file, const Library& library) {
   if (!artwork.IsOpen()) {
     throw Failure(ExitCode::Failed, file + " is no artwork cache file, or cannot be read");
   }
-  const std::string_view base = platform::SplitExtension(file).base;
+  const std::string_view base = text::SplitExtension(file).base;
   return {std::move(artwork), SafeName(base.substr(base.rfind('/') + 1))};
 }
 
@@ -115,7 +116,7 @@ void ListImages(const Artwork& artwork, Session& session) {
 
 // A name for pictures of another type gives way to the real one; any other stays and gets it.
 std::string WithRealExtension(const std::string& path, std::string_view extension) {
-  const platform::SplitName parts = platform::SplitExtension(path);
+  const text::SplitName parts = text::SplitExtension(path);
   const std::string given = Fold(parts.extension);
   const bool isJpeg = given == "jpg" || given == "jpeg";
   if (isJpeg ? extension == ".jpg" : "." + given == extension) return path;

@@ -2,9 +2,9 @@
 #include <fmt/format.h>
 
 #include "host/Commands.h"
-#include "host/Json.h"
-#include "host/SongReader.h"
-#include "host/Table.h"
+#include "host/library/SongReader.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
 
 namespace tavrel::host {
 namespace {

@@ -1,9 +1,9 @@
 // tavrel ringtones: the ringtones, and adding one to iTunes.
 #include "host/Commands.h"
-#include "host/Json.h"
-#include "host/RingtoneAdding.h"
-#include "host/SongReader.h"
-#include "host/Table.h"
+#include "host/library/RingtoneAdding.h"
+#include "host/library/SongReader.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
 
 namespace tavrel::host {
 namespace {

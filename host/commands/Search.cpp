@@ -4,13 +4,13 @@
 #include <map>
 
 #include "host/Commands.h"
-#include "host/Highlight.h"
-#include "host/SongJson.h"
-#include "host/SongReader.h"
-#include "host/SongSearch.h"
 #include "host/SpellingHint.h"
-#include "host/Table.h"
-#include "host/Text.h"
+#include "host/library/SongReader.h"
+#include "host/library/SongSearch.h"
+#include "host/output/FindRange.h"
+#include "host/output/SongJson.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
@@ -46,7 +46,7 @@ class Marker {
   }
 
  private:
-  std::optional<platform::SearchTerm> term_;
+  std::optional<text::SearchTerm> term_;
 };
 
 void PrintTable(const std::vector<FoundSong>& found, const SearchTerms& terms, Session& session) {

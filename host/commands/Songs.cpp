@@ -2,11 +2,11 @@
 #include <CLI/Error.hpp>
 
 #include "host/Commands.h"
-#include "host/Format.h"
-#include "host/PlaylistSearch.h"
-#include "host/SongJson.h"
-#include "host/SongReader.h"
-#include "host/Table.h"
+#include "host/library/PlaylistSearch.h"
+#include "host/library/SongReader.h"
+#include "host/output/Format.h"
+#include "host/output/SongJson.h"
+#include "host/output/Table.h"
 
 namespace tavrel::host {
 namespace {

@@ -4,7 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include "library/ArtworkCatalogue.h"
+#include "library/artwork/ArtworkCatalogue.h"
 
 namespace tavrel::test {
 namespace {

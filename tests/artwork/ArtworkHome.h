@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "agent/GlobalState.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 #include "unit/support/TemporaryFolder.h"
 

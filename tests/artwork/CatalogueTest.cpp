@@ -4,7 +4,7 @@
 #include "agent/Implementations.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
-#include "library/ArtworkCatalogue.h"
+#include "library/artwork/ArtworkCatalogue.h"
 
 namespace tavrel::test {
 namespace {

@@ -6,12 +6,12 @@
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
 #include "fault/FailingNew.h"
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace tavrel::test {
 namespace {
 
-namespace faults = platform::faults;
+namespace faults = system::faults;
 
 // Runs `body` with the n-th allocation failing, for every n, until none fails any more.
 template <class Body>

@@ -5,9 +5,9 @@
 
 #include "agent/Implementations.h"
 #include "artwork/ArtworkHome.h"
-#include "library/ArtworkCatalogue.h"
-#include "library/ArtworkIndex.h"
-#include "library/PersistentId.h"
+#include "library/artwork/ArtworkCatalogue.h"
+#include "library/artwork/ArtworkIndex.h"
+#include "library/file/PersistentId.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 
 #include "artwork/ArtworkHome.h"
-#include "platform/FolderWalk.h"
+#include "system/FolderWalk.h"
 
-namespace tavrel::platform {
+namespace tavrel::system {
 namespace {
 
 using test::OpenDescriptors;
@@ -118,4 +118,4 @@ TEST(FolderWalk, EndsWherePathsBecomeTooLong) {
 }
 
 }  // namespace
-}  // namespace tavrel::platform
+}  // namespace tavrel::system

@@ -8,12 +8,12 @@
 
 #include "artwork/CacheFiles.h"
 #include "host/Failure.h"
-#include "host/Text.h"
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
-#include "host/artwork/NewFile.h"
 #include "host/artwork/PictureFiles.h"
-#include "host/artwork/Progress.h"
+#include "host/output/NewFile.h"
+#include "host/output/Progress.h"
+#include "host/output/Text.h"
 #include "unit/support/TemporaryFolder.h"
 
 namespace tavrel::host {

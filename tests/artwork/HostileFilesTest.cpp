@@ -7,8 +7,8 @@
 
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
-#include "library/ArtworkFile.h"
-#include "platform/Files.h"
+#include "library/artwork/ArtworkFile.h"
+#include "system/Files.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
@@ -186,9 +186,9 @@ TEST_F(HostileArtwork, OnlyRegularFilesAreOpened) {
 TEST_F(HostileArtwork, WhatIsNotRegularIsClosedUnread) {
   const std::string fifo = folder_.PathOf("fifo");
   ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-  EXPECT_TRUE(platform::OpenRegularFile(folder_.Write("file", "").c_str()));
+  EXPECT_TRUE(system::OpenRegularFile(folder_.Write("file", "").c_str()));
   for (const std::string& path : {fifo, folder_.path(), std::string("/dev/zero")}) {
-    EXPECT_FALSE(platform::OpenRegularFile(path.c_str())) << path;
+    EXPECT_FALSE(system::OpenRegularFile(path.c_str())) << path;
   }
 }
 

@@ -6,8 +6,8 @@
 #include "agent/Implementations.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
-#include "library/ArtworkFile.h"
-#include "library/PlaylistTable.h"
+#include "library/artwork/ArtworkFile.h"
+#include "library/playlists/PlaylistTable.h"
 
 namespace tavrel::test {
 namespace {

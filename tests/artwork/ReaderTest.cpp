@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "artwork/CacheFiles.h"
-#include "library/ArtworkFile.h"
+#include "library/artwork/ArtworkFile.h"
 #include "unit/support/TemporaryFolder.h"
 
 namespace tavrel::test {

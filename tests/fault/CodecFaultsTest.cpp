@@ -5,11 +5,11 @@
 
 #include "codecs/Gzip.h"
 #include "fault/FailingNew.h"
-#include "platform/ByteBuffer.h"
+#include "system/ByteBuffer.h"
 #include "system/TemporaryHome.h"
 
 using namespace tavrel::test;
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 namespace {
 

@@ -8,7 +8,7 @@ namespace {
 constinit int depth = 0;
 
 void* NewBlock(std::size_t bytes, std::size_t alignment) noexcept {
-  if (depth > 0 && !tavrel::platform::AllocationAllowed()) return nullptr;
+  if (depth > 0 && !tavrel::system::AllocationAllowed()) return nullptr;
   // No type of the library asks for more alignment than malloc gives.
   if (alignment > alignof(std::max_align_t)) std::abort();
   return std::malloc(bytes == 0 ? 1 : bytes);

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "fault/AllocationCount.h"
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
 namespace tavrel::test {
 
@@ -30,7 +30,7 @@ auto Inside(Call call) {
 // least: allocations that the steps make at least, so that a test which reaches none is noticed.
 template <class Prepare, class Steps>
 void WithEachAllocationFailing(std::int64_t least, Prepare prepare, Steps steps) {
-  namespace faults = tavrel::platform::faults;
+  namespace faults = tavrel::system::faults;
   for (const bool once : {true, false}) {
     std::int64_t n = 0;
     for (bool failed = true; failed; ++n) {

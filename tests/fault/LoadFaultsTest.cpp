@@ -12,7 +12,7 @@
 #include "system/TemporaryHome.h"
 
 using namespace tavrel::test;
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 
 namespace {
 

@@ -4,15 +4,15 @@
 #include <cstdlib>
 #include <string>
 
-#include "agent/GlobalState.h"
 #include "fault/FailingNew.h"
-#include "library/PlaylistTable.h"
-#include "library/PropertyList.h"
+#include "library/State.h"
+#include "library/file/PropertyList.h"
+#include "library/playlists/PlaylistTable.h"
 #include "system/CapturedStderr.h"
 #include "xml/TBXML.h"
 
 using namespace tavrel::test;
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 
 namespace {
 
@@ -50,7 +50,7 @@ class ReaderFaults : public testing::Test {
       EXPECT_EQ(reading.result, result);
       EXPECT_EQ(reading.value, result + 1);
       EXPECT_EQ(reading.text, text);
-      tavrel::platform::Release(reading.text);
+      tavrel::system::Release(reading.text);
     });
   }
 
@@ -98,7 +98,7 @@ TEST_F(ReaderFaults, AnErrorInATextIsLoggedWithoutMemory) {
   const Reading reading = Read(nullptr, SONGPROP_TEXT);
   faults::Stop();
   EXPECT_STREQ(reading.text, "a ");
-  tavrel::platform::Release(reading.text);
+  tavrel::system::Release(reading.text);
   EXPECT_EQ(log.Messages().size(), 1u);
 }
 
@@ -125,7 +125,7 @@ TEST_F(ReaderFaults, ASongKeepsWhatCouldBeRead) {
     EXPECT_EQ(info.playCount, 5);
     EXPECT_EQ(track.pendingDict, nullptr);
     for (char* text : {track.info.name, track.info.location, track.info.artist}) {
-      tavrel::platform::Release(text);
+      tavrel::system::Release(text);
     }
   });
 }
@@ -147,7 +147,7 @@ TEST_F(ReaderFaults, APlaylistKeepsTheFirstOfItsTracks) {
     EXPECT_EQ(playlist.capacity % 32, 0);
     EXPECT_LE(playlist.count, playlist.capacity);
     EXPECT_EQ(playlist.tracks == nullptr, playlist.capacity == 0);
-    tavrel::platform::Release(playlist.tracks);
+    tavrel::system::Release(playlist.tracks);
   });
   g_pGlobal = nullptr;
 }

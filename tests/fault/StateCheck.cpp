@@ -6,10 +6,10 @@
 #include <cstring>
 #include <set>
 
-#include "agent/GlobalState.h"
 #include "fault/FailingNew.h"
-#include "library/PlaylistTable.h"
-#include "library/TrackTable.h"
+#include "library/State.h"
+#include "library/playlists/PlaylistTable.h"
+#include "library/tracks/TrackTable.h"
 
 namespace tavrel::test {
 namespace {

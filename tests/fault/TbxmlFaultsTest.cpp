@@ -6,13 +6,13 @@
 
 #include "codecs/Gzip.h"
 #include "fault/FailingNew.h"
-#include "platform/FileUrl.h"
-#include "platform/Resources.h"
+#include "system/Resources.h"
 #include "system/TemporaryHome.h"
+#include "text/FileUrl.h"
 #include "xml/TBXML.h"
 
 using namespace tavrel::test;
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 namespace {
 
@@ -85,20 +85,20 @@ TEST(TBXMLFaults, FromBytesLeavePartOfATree) {
 TEST(TBXMLFaults, FromAUrlLeavePartOfATree) {
   const TemporaryHome home;
   home.WriteLibrary(ManyElements());
-  const std::string url = tavrel::platform::FileUrlOfPath(home.LibraryFile());
+  const std::string url = tavrel::text::FileUrlOfPath(home.LibraryFile());
   ExpectPartsOfATree(kManyElements, [&url] { return TBXML::tbxmlWithURL(url); });
 }
 
 TEST(TBXMLFaults, FromAResourceLeavePartOfATree) {
   const TemporaryHome home;
-  tavrel::platform::SetResourceFolder(home.path());
+  tavrel::system::SetResourceFolder(home.path());
   WriteFile(home.path() + "/plain.xml", ManyElements());
   WriteFile(home.path() + "/packed.xml.gz",
             tavrel::gzipDeflate(ByteBuffer::Copy(ManyElements())).view());
   ExpectPartsOfATree(kManyElements, [] { return TBXML::tbxmlWithXMLFile("plain.xml"); });
   ExpectPartsOfATree(kManyElements, [] { return TBXML::tbxmlWithXMLFile("plain", "xml"); });
   ExpectPartsOfATree(kManyElements, [] { return TBXML::tbxmlWithXMLFile("packed.xml.gz"); });
-  tavrel::platform::SetResourceFolder("");
+  tavrel::system::SetResourceFolder("");
 }
 
 TEST(TBXMLFaults, OfASecondTextReleaseTheFirst) {

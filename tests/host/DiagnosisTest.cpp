@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "host/Format.h"
+#include "host/output/Format.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "host/Format.h"
+#include "host/output/Format.h"
 
 namespace tavrel::host {
 namespace {

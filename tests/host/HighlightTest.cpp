@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "host/Highlight.h"
+#include "host/output/FindRange.h"
 
 namespace tavrel::host {
 namespace {
 
-using platform::SearchTerm;
+using text::SearchTerm;
 
 std::string Found(std::string_view text, std::string_view term) {
   const std::optional<TextRange> range = FindRange(text, SearchTerm(term));

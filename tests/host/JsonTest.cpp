@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "host/Json.h"
-#include "platform/Utf8.h"
+#include "host/output/Json.h"
 #include "tests/host/Fixture.h"
+#include "text/Utf8.h"
 
 namespace tavrel::host {
 namespace {
@@ -20,9 +20,9 @@ TEST(Json, EveryPairOfBytesGivesValidUtf8) {
     for (int second = 0; second < 256; ++second) {
       const std::string text{static_cast<char>(first), static_cast<char>(second)};
       const std::string line = JsonLine({{"name", JsonText(text)}});
-      ASSERT_TRUE(platform::IsValidUtf8(line)) << first << ' ' << second;
+      ASSERT_TRUE(text::IsValidUtf8(line)) << first << ' ' << second;
       const Json parsed = Json::parse(line);
-      if (platform::IsValidUtf8(text)) {
+      if (text::IsValidUtf8(text)) {
         ASSERT_EQ(parsed["name"], text) << first << ' ' << second;
       }
       for (const char byte : line) ASSERT_GE(static_cast<unsigned char>(byte), 0x20);
@@ -45,7 +45,7 @@ TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
                                         tests::Property("Album", "&#10;&#237;&#160;&#128;")}}));
   const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
   EXPECT_EQ(songs.exitCode, 0) << songs.errors;
-  EXPECT_TRUE(platform::IsValidUtf8(songs.output));
+  EXPECT_TRUE(text::IsValidUtf8(songs.output));
   const Json parsed = Json::parse(songs.output);
   ASSERT_EQ(parsed.size(), 1u);
   EXPECT_EQ(parsed[0]["name"], "caf\xEF\xBF\xBD \"\x1b\\ \xC2\x9B");
@@ -74,7 +74,7 @@ TEST_F(JsonOutput, APathThatIsNotUtf8IsShownAllTheSame) {
   const std::string file = Write("caf\xE9.xml", tests::LibraryWithName("Nimrod"));
   const Outcome overview = Run({"--library", file, "--json"});
   EXPECT_EQ(overview.exitCode, 0) << overview.errors;
-  EXPECT_TRUE(platform::IsValidUtf8(overview.output));
+  EXPECT_TRUE(text::IsValidUtf8(overview.output));
   EXPECT_TRUE(
       Json::parse(overview.output)["library"].get<std::string>().ends_with("caf\uFFFD.xml"));
 }

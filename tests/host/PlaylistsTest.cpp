@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "host/Json.h"
+#include "host/output/Json.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "host/Table.h"
-#include "host/Text.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "host/Text.h"
+#include "host/output/Text.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {

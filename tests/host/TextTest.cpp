@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/Text.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {

@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "platform/FolderListing.h"
+#include "system/FolderListing.h"
 #include "unit/support/TemporaryFolder.h"
 
-namespace tavrel::platform {
+namespace tavrel::system {
 namespace {
 
 using test::TemporaryFolder;
@@ -87,4 +87,4 @@ TEST(KindOfEntry, TakesALinkForWhatItLeadsTo) {
 }
 
 }  // namespace
-}  // namespace tavrel::platform
+}  // namespace tavrel::system

@@ -6,10 +6,10 @@
 
 #include "agent/Implementations.h"
 #include "data/LibraryTexts.h"
-#include "library/RingtoneCatalogue.h"
-#include "platform/Memory.h"
+#include "library/ringtones/RingtoneCatalogue.h"
 #include "ringtones/RingtoneScene.h"
 #include "system/CapturedStderr.h"
+#include "system/Memory.h"
 
 namespace tavrel {
 namespace {
@@ -310,10 +310,10 @@ class RingtoneCatalogueInNeed : public RingtoneCatalogue {
   }
 
   void BuildWithFailureAt(std::int64_t allocation) {
-    platform::faults::FailAfter(allocation, true);
+    system::faults::FailAfter(allocation, true);
     EXPECT_EQ(CreateRingtoneArray(), 0);
-    EXPECT_GT(platform::faults::Asked(), allocation) << "nothing has failed";
-    platform::faults::Stop();
+    EXPECT_GT(system::faults::Asked(), allocation) << "nothing has failed";
+    system::faults::Stop();
   }
 };
 

@@ -5,7 +5,7 @@
 
 #include "agent/Implementations.h"
 #include "fault/FailingNew.h"
-#include "library/RingtoneCatalogue.h"
+#include "library/ringtones/RingtoneCatalogue.h"
 #include "ringtones/RingtoneScene.h"
 #include "system/CapturedStderr.h"
 
@@ -46,7 +46,7 @@ TEST(RingtoneFaults, AnImportListsTheFileOnlyWhenItAnswersZero) {
   bool seen[3] = {};
   WithEachAllocationFailing(6, AgentInitializer, [&] {
     const std::int32_t answer = Inside([] { return AppendRingtone(kPath); });
-    platform::faults::Stop();
+    system::faults::Stop();
     const PlaylistRecord& ringtones = *RingtonePlaylist();
     EXPECT_EQ(ringtones.count, answer == 0 ? 33 : 32);
     EXPECT_TRUE(IsWhole(ringtones));

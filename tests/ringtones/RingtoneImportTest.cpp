@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "agent/Implementations.h"
-#include "library/RingtoneCatalogue.h"
-#include "library/RingtoneImport.h"
-#include "platform/Memory.h"
+#include "library/ringtones/RingtoneCatalogue.h"
+#include "library/ringtones/RingtoneImport.h"
 #include "ringtones/RingtoneScene.h"
 #include "system/CapturedStderr.h"
+#include "system/Memory.h"
 
 namespace tavrel {
 namespace {
@@ -188,10 +188,10 @@ struct Answer {
 
 Answer ImportWithFailureAt(std::int64_t allocation) {
   const CapturedStderr log;
-  platform::faults::FailAfter(allocation, true);
+  system::faults::FailAfter(allocation, true);
   const std::int32_t result = AppendRingtone(kPath);
-  EXPECT_GT(platform::faults::Asked(), allocation) << "nothing has failed";
-  platform::faults::Stop();
+  EXPECT_GT(system::faults::Asked(), allocation) << "nothing has failed";
+  system::faults::Stop();
   return {result, log.Messages()};
 }
 

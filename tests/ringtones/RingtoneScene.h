@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "agent/GlobalState.h"
-#include "library/PlaylistTable.h"
+#include "library/State.h"
+#include "library/playlists/PlaylistTable.h"
 #include "ringtones/StandInRunner.h"
 #include "unit/support/TemporaryFolder.h"
 

@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "host/Json.h"
+#include "host/output/Json.h"
 #include "ringtones/StandInRunner.h"
 #include "tests/host/Fixture.h"
 

@@ -12,10 +12,10 @@
 #include <chrono>
 #include <thread>
 
-#include "platform/ScriptRunner.h"
 #include "ringtones/StandInRunner.h"
+#include "system/ScriptRunner.h"
 
-namespace tavrel::platform {
+namespace tavrel::system {
 namespace {
 
 using test::Contents;
@@ -355,4 +355,4 @@ TEST(RunScript, FailsWhenTheHostHasNoDescriptorLeft) {
 }
 
 }  // namespace
-}  // namespace tavrel::platform
+}  // namespace tavrel::system

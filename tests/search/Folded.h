@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/TextSearch.h"
+#include "text/TextSearch.h"
 
 namespace tavrel::test {
 
@@ -19,12 +19,12 @@ class Folded {
  public:
   explicit Folded(const std::vector<std::string_view>& texts) {
     std::size_t room = texts.size();
-    for (const std::string_view text : texts) room += platform::kFoldingGrowth * text.size();
+    for (const std::string_view text : texts) room += text::kFoldingGrowth * text.size();
     std::vector<char> bytes(room + 1);
     joined_.resize(room / 64 + 1);
     for (const std::string_view text : texts) {
       starts_.push_back(size_);
-      const auto length = platform::FoldText(text, {bytes.data(), joined_.data()}, size_);
+      const auto length = text::FoldText(text, {bytes.data(), joined_.data()}, size_);
       EXPECT_TRUE(length.has_value());
       size_ += length.value_or(0) + 1;
     }
@@ -34,14 +34,14 @@ class Folded {
   }
   explicit Folded(std::string_view text) : Folded(std::vector<std::string_view>{text}) {}
 
-  [[nodiscard]] platform::FoldedTexts texts() const { return {bytes_.data(), joined_.data()}; }
+  [[nodiscard]] text::FoldedTexts texts() const { return {bytes_.data(), joined_.data()}; }
   [[nodiscard]] std::size_t size() const { return size_; }
   [[nodiscard]] std::string_view bytes() const { return {bytes_.data(), size_ - 1}; }
 
   // The number of the text that the first match stands in; none found: the number of texts.
-  [[nodiscard]] std::size_t Find(const platform::SearchTerm& term, std::size_t first = 0) const {
+  [[nodiscard]] std::size_t Find(const text::SearchTerm& term, std::size_t first = 0) const {
     const std::size_t place = term.FindIn(texts(), starts_[first], size_);
-    if (place == platform::kNotFound) return starts_.size();
+    if (place == text::kNotFound) return starts_.size();
     const auto behind = std::upper_bound(starts_.begin(), starts_.end(), place);
     return static_cast<std::size_t>(behind - starts_.begin()) - 1;
   }
@@ -53,10 +53,10 @@ class Folded {
   std::size_t size_ = 0;
 };
 
-[[nodiscard]] inline std::vector<platform::ScanKind> ScanKinds() {
-  std::vector<platform::ScanKind> kinds;
-  for (const auto kind : {platform::ScanKind::kPortable, platform::ScanKind::kAvx2}) {
-    if (platform::CanScan(kind)) kinds.push_back(kind);
+[[nodiscard]] inline std::vector<text::ScanKind> ScanKinds() {
+  std::vector<text::ScanKind> kinds;
+  for (const auto kind : {text::ScanKind::kPortable, text::ScanKind::kAvx2}) {
+    if (text::CanScan(kind)) kinds.push_back(kind);
   }
   return kinds;
 }
@@ -65,8 +65,8 @@ class Folded {
 [[nodiscard]] inline bool Finds(std::string_view text, std::string_view term) {
   const Folded folded(text);
   std::vector<bool> answers;
-  for (const platform::ScanKind kind : ScanKinds()) {
-    const platform::SearchTerm prepared(term, kind);
+  for (const text::ScanKind kind : ScanKinds()) {
+    const text::SearchTerm prepared(term, kind);
     EXPECT_TRUE(prepared.IsPrepared());
     answers.push_back(folded.Find(prepared) == 0);
     EXPECT_EQ(answers.back(), prepared.IsIn(text)) << text << " / " << term;

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "library/SearchColumns.h"
-#include "library/TrackTable.h"
+#include "library/search/SearchColumns.h"
+#include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"
 
 namespace {
@@ -18,7 +18,7 @@ class Columns {
   }
   Columns(const Columns&) = delete;
   Columns& operator=(const Columns&) = delete;
-  ~Columns() { platform::ReleaseBlock(columns.block); }
+  ~Columns() { system::ReleaseBlock(columns.block); }
 
   SearchColumns columns = {};
   bool isRead;

@@ -1,7 +1,7 @@
 #include "search/SongLibrary.h"
 
-#include "library/PlainSearch.h"
-#include "library/TrackTable.h"
+#include "library/search/PlainSearch.h"
+#include "library/tracks/TrackTable.h"
 
 namespace tavrel::test {
 namespace {

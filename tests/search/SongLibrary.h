@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "agent/GlobalState.h"
+#include "library/State.h"
 #include "ringtones/StandInRunner.h"
 #include "tavrel/tavrel.h"
 #include "unit/support/TemporaryFolder.h"

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "agent/Implementations.h"
-#include "library/PlaylistTable.h"
-#include "library/TrackTable.h"
+#include "library/playlists/PlaylistTable.h"
+#include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"

@@ -2,14 +2,14 @@
 #include <gtest/gtest.h>
 
 #include "agent/Implementations.h"
-#include "platform/Memory.h"
 #include "search/SongLibrary.h"
 #include "search/Texts.h"
+#include "system/Memory.h"
 
 namespace {
 
 using namespace tavrel::test;
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 
 std::vector<Track> Tracks() {
   const std::string marks = Repeated("\u0301\u0323", 100);

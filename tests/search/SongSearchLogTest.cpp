@@ -1,8 +1,8 @@
 // A search logs what decoding every text afresh would log.
 #include <gtest/gtest.h>
 
-#include "library/PlainSearch.h"
-#include "library/TrackTable.h"
+#include "library/search/PlainSearch.h"
+#include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // The search over columns tells exactly what the plain search tells: calls, count and log lines.
 #include <gtest/gtest.h>
 
-#include "library/PlainSearch.h"
-#include "library/TrackTable.h"
+#include "library/search/PlainSearch.h"
+#include "library/tracks/TrackTable.h"
 #include "search/SearchModel.h"
 #include "search/SongLibrary.h"
 #include "unit/support/Random.h"

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "library/PlainSearch.h"
-#include "library/TrackTable.h"
+#include "library/search/PlainSearch.h"
+#include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"
 
 namespace {

@@ -3,23 +3,23 @@
 
 #include <chrono>
 
-#include "platform/Memory.h"
-#include "platform/TextFolding.h"
 #include "search/Folded.h"
 #include "search/SearchModel.h"
 #include "search/Texts.h"
+#include "system/Memory.h"
+#include "text/TextFolding.h"
 #include "unit/support/Sanitizers.h"
 
 namespace {
 
-using tavrel::platform::FoldText;
-using tavrel::platform::kFoldingGrowth;
 using tavrel::test::Composed;
 using tavrel::test::Decomposed;
 using tavrel::test::Folded;
 using tavrel::test::Join;
 using tavrel::test::Repeated;
 using tavrel::test::Utf8;
+using tavrel::text::FoldText;
+using tavrel::text::kFoldingGrowth;
 
 std::string Fold(std::string_view text) {
   return std::string(Folded(text).bytes());
@@ -143,10 +143,10 @@ TEST(TextFolding, OnlyALongRunOfMarksNeedsMemory) {
   const std::string many = Join({"e", Repeated("\u0301\u0323", 500)});
   const std::string few = Join({"e", Repeated("\u0301\u0323", 32)});
   std::vector<char> room(kFoldingGrowth * many.size());
-  tavrel::platform::faults::FailAfter(0, false);
+  tavrel::system::faults::FailAfter(0, false);
   const auto size = FoldText(few, {room.data(), nullptr}, 0);
   const auto failed = FoldText(many, {room.data(), nullptr}, 0);
-  tavrel::platform::faults::Stop();
+  tavrel::system::faults::Stop();
   EXPECT_EQ(size, few.size());
   EXPECT_EQ(failed, std::nullopt);
   EXPECT_EQ(FoldText(many, {room.data(), nullptr}, 0), many.size());

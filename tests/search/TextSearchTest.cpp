@@ -2,18 +2,16 @@
 
 #include <chrono>
 
-#include "platform/Memory.h"
-#include "platform/TextSearch.h"
 #include "search/Folded.h"
 #include "search/SearchModel.h"
 #include "search/Texts.h"
+#include "system/Memory.h"
+#include "text/TextSearch.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
 namespace {
 
-using tavrel::platform::kNotFound;
-using tavrel::platform::SearchTerm;
 using tavrel::test::Composed;
 using tavrel::test::ContainsByModel;
 using tavrel::test::Decomposed;
@@ -24,6 +22,8 @@ using tavrel::test::Random;
 using tavrel::test::Repeated;
 using tavrel::test::Rounds;
 using tavrel::test::ScanKinds;
+using tavrel::text::kNotFound;
+using tavrel::text::SearchTerm;
 
 TEST(TextSearch, FindsATermAnywhere) {
   EXPECT_TRUE(Finds("Beat It", "beat"));
@@ -149,9 +149,9 @@ TEST(TextSearch, ATextThatIsNoUtf8LeavesNothingBehind) {
 }
 
 TEST(TextSearch, ATermThatCouldNotBePreparedIsNeverFound) {
-  tavrel::platform::faults::FailAfter(0, true);
+  tavrel::system::faults::FailAfter(0, true);
   const SearchTerm term("beat");
-  tavrel::platform::faults::Stop();
+  tavrel::system::faults::Stop();
   EXPECT_FALSE(term.IsPrepared());
   EXPECT_FALSE(term.IsIn("beat"));
 }

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "agent/GlobalState.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::test {

@@ -22,7 +22,7 @@ inline std::vector<Base64Path> SupportedPaths() {
 }
 
 inline std::string Encoded(std::string_view bytes, std::uint32_t lineLength = 0) {
-  std::string text = base64EncodingWithLineLength(platform::ByteBuffer::Copy(bytes), lineLength);
+  std::string text = base64EncodingWithLineLength(system::ByteBuffer::Copy(bytes), lineLength);
   for (const Base64Path path : SupportedPaths()) {
     EXPECT_TRUE(EncodeBase64(bytes, lineLength, path) == text)
         << "path " << static_cast<int>(path) << ", " << bytes.size() << " bytes in lines of "
@@ -33,7 +33,7 @@ inline std::string Encoded(std::string_view bytes, std::uint32_t lineLength = 0)
 
 // Fails when there is no buffer, which is something else than an empty one.
 inline std::string Decoded(const std::optional<std::string>& text) {
-  const platform::ByteBuffer bytes = initWithBase64EncodedString(text);
+  const system::ByteBuffer bytes = initWithBase64EncodedString(text);
   EXPECT_TRUE(bytes);
   for (const Base64Path path : SupportedPaths()) {
     EXPECT_TRUE(DecodeBase64(text.value_or(""), path).view() == bytes.view())

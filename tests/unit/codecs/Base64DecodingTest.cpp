@@ -7,7 +7,7 @@
 #include "unit/codecs/Base64Model.h"
 #include "unit/support/Random.h"
 
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 using tavrel::test::Decoded;
 using tavrel::test::Encoded;
 using tavrel::test::kAlphabet;

@@ -8,7 +8,7 @@
 #include "unit/codecs/Base64Model.h"
 #include "unit/support/Random.h"
 
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 using tavrel::test::Encoded;
 using tavrel::test::ModelEncode;
 

@@ -6,7 +6,7 @@
 #include "unit/support/TemporaryFolder.h"
 
 using tavrel::dataWithUncompressedContentsOfFile;
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "unit/support/Random.h"
 #include "unit/support/TemporaryFolder.h"
 
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 namespace {
 

@@ -4,14 +4,14 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "platform/Files.h"
+#include "system/Files.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 using tavrel::gzipDeflate;
 using tavrel::gzipInflate;
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 
 namespace {
 
@@ -178,7 +178,7 @@ TEST(GzipInflate, RandomBytesBehindAHeaderGiveNone) {
 
 TEST(GzipInflate, ALargeInputIsReadWhateverFollowsItsFirstMember) {
   constexpr std::size_t kSize = std::size_t{1600} << 20;  // untouched pages cost nothing
-  const auto block = tavrel::platform::AllocateBlock(kSize);
+  const auto block = tavrel::system::AllocateBlock(kSize);
   ASSERT_NE(block.address, nullptr);
   const std::string stream = Compressed("text", kGzip);
   stream.copy(block.address, stream.size());

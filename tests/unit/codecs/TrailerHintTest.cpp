@@ -9,7 +9,7 @@
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using tavrel::platform::ByteBuffer;
+using tavrel::system::ByteBuffer;
 using tavrel::test::ModelInflate;
 
 namespace {
@@ -106,10 +106,10 @@ TEST(TrailerHint, ARightOneSavesASecondBlock) {
   const std::string stream = Deflated(SampleText(2000));
   const auto allocations = [](const std::string& input) {
     const ByteBuffer bytes = ByteBuffer::Copy(input);
-    tavrel::platform::faults::FailAfter(100, true);
+    tavrel::system::faults::FailAfter(100, true);
     EXPECT_TRUE(tavrel::gzipInflate(bytes));
-    tavrel::platform::faults::Stop();
-    return tavrel::platform::faults::Asked();
+    tavrel::system::faults::Stop();
+    return tavrel::system::faults::Asked();
   };
   EXPECT_EQ(allocations(stream), 2);
   EXPECT_EQ(allocations(WithHeader('\x08', std::string_view("name.xml\0", 9), stream)), 2);

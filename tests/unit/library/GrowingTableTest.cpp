@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
-#include "library/GrowingTable.h"
-#include "platform/Memory.h"
+#include "library/TableAppender.h"
+#include "system/Memory.h"
 
 using tavrel::TableAppender;
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 
 namespace {
 
@@ -13,7 +13,7 @@ struct Table {
   Table() = default;
   Table(const Table&) = delete;
   Table& operator=(const Table&) = delete;
-  ~Table() { tavrel::platform::Release(array); }
+  ~Table() { tavrel::system::Release(array); }
 
   int** array = nullptr;
   std::int32_t capacity = 0;

@@ -1,9 +1,9 @@
 // Before the first load there is no global record: every function answers as for nothing.
 #include <gtest/gtest.h>
 
-#include "agent/GlobalState.h"
-#include "library/PlaylistTable.h"
-#include "library/PropertyList.h"
+#include "library/State.h"
+#include "library/file/PropertyList.h"
+#include "library/playlists/PlaylistTable.h"
 
 TEST(NotLoaded, EveryQueryAnswersNothing) {
   ASSERT_EQ(g_pGlobal, nullptr);

@@ -4,13 +4,14 @@
 #include <cstdlib>
 #include <string>
 
-#include "library/Numbers.h"
+#include "text/Ascii.h"
+#include "text/Numbers.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using tavrel::HexDigitValue;
-using tavrel::ReadDecimal;
-using tavrel::ReadUnsigned;
+using tavrel::text::HexDigitValue;
+using tavrel::text::ReadDecimal;
+using tavrel::text::ReadUnsigned;
 
 TEST(ReadDecimal, ReadsDigitsUpToTheFirstOtherByte) {
   EXPECT_EQ(ReadDecimal("206794"), 206794);

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "library/PersistentId.h"
+#include "library/file/PersistentId.h"
 #include "unit/support/GuardedPages.h"
 
 namespace {

@@ -4,8 +4,8 @@
 #include <array>
 #include <vector>
 
-#include "agent/GlobalState.h"
-#include "library/PlaylistTable.h"
+#include "library/State.h"
+#include "library/playlists/PlaylistTable.h"
 
 namespace {
 

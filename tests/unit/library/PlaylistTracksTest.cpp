@@ -6,9 +6,9 @@
 #include <memory>
 #include <vector>
 
-#include "agent/GlobalState.h"
-#include "library/PlaylistTable.h"
-#include "platform/Memory.h"
+#include "library/State.h"
+#include "library/playlists/PlaylistTable.h"
+#include "system/Memory.h"
 #include "xml/TBXML.h"
 
 using testing::Each;
@@ -183,9 +183,9 @@ TEST_F(PlaylistTracks, KeepsWhatFitsWhenMemoryIsExhausted) {
   std::string items = "<a/><array>";
   for (int i = 0; i < 40; ++i) items += "<dict><k/><i>1</i></dict>";
   const auto document = TBXML::tbxmlWithXMLString("<dict>" + items + "</array></dict>");
-  tavrel::platform::faults::FailAfter(0, false);
+  tavrel::system::faults::FailAfter(0, false);
   EXPECT_EQ(CreatePlaylistTrack(&playlist(), document->rootXMLElement()), 0);
-  tavrel::platform::faults::Stop();
+  tavrel::system::faults::Stop();
   EXPECT_EQ(playlist().count, 32);
   EXPECT_EQ(playlist().capacity, 32);
 }

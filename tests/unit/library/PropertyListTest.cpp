@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "library/PropertyList.h"
+#include "library/file/PropertyList.h"
 #include "system/CapturedStderr.h"
 
 using tavrel::test::CapturedStderr;

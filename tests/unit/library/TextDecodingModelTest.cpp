@@ -6,7 +6,7 @@
 #include <cstring>
 #include <string>
 
-#include "library/TextDecoding.h"
+#include "library/file/TextDecoding.h"
 #include "system/CapturedStderr.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "library/TextDecoding.h"
+#include "library/file/TextDecoding.h"
 #include "system/CapturedStderr.h"
 #include "unit/support/GuardedPages.h"
 

@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "data/LibraryTexts.h"
-#include "library/PlainTrackProperties.h"
-#include "library/PlaylistTable.h"
-#include "library/TrackProperties.h"
-#include "platform/Memory.h"
+#include "library/playlists/PlaylistTable.h"
+#include "library/tracks/PlainTrackProperties.h"
+#include "library/tracks/TrackProperties.h"
 #include "system/CapturedStderr.h"
+#include "system/Memory.h"
 #include "system/TemporaryHome.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
@@ -249,7 +249,7 @@ TEST(TrackProperties, OfACallersOwnRecordAreTheCallersToRelease) {
 }
 
 TEST(TrackProperties, ALoadTakesFewAllocationsForManyTracks) {
-  namespace faults = tavrel::platform::faults;
+  namespace faults = tavrel::system::faults;
   const TemporaryHome home;
   std::string tracks;
   for (int id = 1; id <= 1000; ++id) {

@@ -4,11 +4,11 @@
 #include <string>
 #include <utility>
 
-#include "platform/ByteBuffer.h"
-#include "platform/Memory.h"
+#include "system/ByteBuffer.h"
+#include "system/Memory.h"
 
-namespace faults = tavrel::platform::faults;
-using tavrel::platform::ByteBuffer;
+namespace faults = tavrel::system::faults;
+using tavrel::system::ByteBuffer;
 
 TEST(ByteBuffer, NoneHasNoBytes) {
   const ByteBuffer none;
@@ -70,7 +70,7 @@ TEST(ByteBuffer, SurvivesBeingAssignedToItself) {
 
 TEST(ByteBuffer, AdoptsABlockWithoutCopyingIt) {
   for (const std::size_t bytes : {std::size_t{10}, std::size_t{3} << 20}) {
-    const auto block = tavrel::platform::AllocateBlock(bytes);
+    const auto block = tavrel::system::AllocateBlock(bytes);
     std::memcpy(block.address, "text", 4);
     const ByteBuffer buffer = ByteBuffer::Adopt(block, 4);
     EXPECT_EQ(buffer.data(), block.address);
@@ -88,7 +88,7 @@ TEST(ByteBuffer, IsNoneWhenMemoryIsExhausted) {
     EXPECT_FALSE(ByteBuffer::Copy("text"));
     faults::Stop();
   }
-  const auto block = tavrel::platform::AllocateBlock(100);
+  const auto block = tavrel::system::AllocateBlock(100);
   faults::FailAfter(0, true);
   EXPECT_FALSE(ByteBuffer::Adopt(block, 100));  // the block is released all the same
   faults::Stop();

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "platform/FileUrl.h"
+#include "text/FileUrl.h"
 #include "unit/support/Random.h"
 
-using tavrel::platform::FileUrlOfPath;
-using tavrel::platform::PathOfFileUrl;
+using tavrel::text::FileUrlOfPath;
+using tavrel::text::PathOfFileUrl;
 
 TEST(FileUrl, OfAPlainPathIsTheBarePathBehindTheScheme) {
   EXPECT_EQ(FileUrlOfPath("/Users/x/Music/A-b_c.d~1.mp3"), "file:///Users/x/Music/A-b_c.d~1.mp3");

@@ -10,12 +10,14 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/Files.h"
-#include "platform/Memory.h"
+#include "system/Files.h"
+#include "system/Memory.h"
+#include "text/TextFile.h"
 #include "unit/support/TemporaryFolder.h"
 
-namespace faults = tavrel::platform::faults;
-using namespace tavrel::platform;
+namespace faults = tavrel::system::faults;
+using namespace tavrel::system;
+using namespace tavrel::text;
 using tavrel::test::TemporaryFolder;
 
 namespace {

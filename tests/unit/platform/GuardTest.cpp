@@ -2,9 +2,9 @@
 
 #include <new>
 
-#include "platform/Guard.h"
+#include "system/Guard.h"
 
-using tavrel::platform::Guarded;
+using tavrel::system::Guarded;
 
 TEST(Guard, PassesTheResultOn) {
   EXPECT_EQ(Guarded(-1, [] { return 7; }), 7);

@@ -3,9 +3,9 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include "platform/HomeFolder.h"
+#include "system/HomeFolder.h"
 
-using tavrel::platform::HomeFolder;
+using tavrel::system::HomeFolder;
 
 namespace {
 

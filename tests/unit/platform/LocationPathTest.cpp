@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "platform/FileUrl.h"
+#include "text/FileUrl.h"
 
-using tavrel::platform::PathOfUrl;
+using tavrel::text::PathOfUrl;
 
 TEST(PathOfUrl, DecodesTheEscapesOfAFileUrl) {
   EXPECT_EQ(PathOfUrl("file:///Users/x/Music/A%20B.mp3"), "/Users/x/Music/A B.mp3");

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "platform/Memory.h"
+#include "system/Memory.h"
 
-namespace faults = tavrel::platform::faults;
-using namespace tavrel::platform;
+namespace faults = tavrel::system::faults;
+using namespace tavrel::system;
 
 namespace {
 

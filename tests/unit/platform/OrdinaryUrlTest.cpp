@@ -6,15 +6,15 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/FileUrl.h"
-#include "platform/OrdinaryUrl.h"
+#include "text/FileUrl.h"
+#include "text/OrdinaryUrl.h"
 #include "unit/support/GuardedPages.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using tavrel::platform::PathOfOrdinaryUrl;
-using tavrel::platform::PathOfUrl;
 using tavrel::test::Random;
+using tavrel::text::PathOfOrdinaryUrl;
+using tavrel::text::PathOfUrl;
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "platform/PathNames.h"
+#include "text/PathNames.h"
 
-using tavrel::platform::SplitExtension;
+using tavrel::text::SplitExtension;
 
 namespace {
 

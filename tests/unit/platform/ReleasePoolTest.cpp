@@ -3,12 +3,12 @@
 #include <cstring>
 #include <type_traits>
 
-#include "platform/Memory.h"
-#include "platform/ReleasePool.h"
+#include "system/Memory.h"
+#include "system/ReleasePool.h"
 
-namespace faults = tavrel::platform::faults;
-using tavrel::platform::Allocate;
-using tavrel::platform::ReleasePool;
+namespace faults = tavrel::system::faults;
+using tavrel::system::Allocate;
+using tavrel::system::ReleasePool;
 
 // That blocks are released at all is what the leak check of the sanitizer build sees.
 

@@ -3,11 +3,11 @@
 #include <filesystem>
 #include <string>
 
-#include "platform/Resources.h"
+#include "system/Resources.h"
 #include "unit/support/TemporaryFolder.h"
 
-using tavrel::platform::PathForResource;
-using tavrel::platform::SetResourceFolder;
+using tavrel::system::PathForResource;
+using tavrel::system::SetResourceFolder;
 using tavrel::test::TemporaryFolder;
 
 namespace {

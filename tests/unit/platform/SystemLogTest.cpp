@@ -9,11 +9,11 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/Memory.h"
-#include "platform/SystemLog.h"
+#include "system/Memory.h"
+#include "system/SystemLog.h"
 
-namespace faults = tavrel::platform::faults;
-using tavrel::platform::Log;
+namespace faults = tavrel::system::faults;
+using tavrel::system::Log;
 
 namespace {
 

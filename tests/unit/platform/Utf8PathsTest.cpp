@@ -7,12 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Utf8.h"
+#include "text/Utf8.h"
 #include "unit/support/GuardedPages.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using namespace tavrel::platform;
+using namespace tavrel::text;
 using tavrel::test::GuardedPages;
 using tavrel::test::Random;
 using tavrel::test::Rounds;

@@ -3,14 +3,14 @@
 #include <cstdint>
 #include <string>
 
-#include "platform/Utf8.h"
+#include "text/Utf8.h"
 #include "unit/support/GuardedPages.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using tavrel::platform::IsValidUtf8;
-using tavrel::platform::ValidUtf8Prefix;
 using tavrel::test::GuardedPages;
+using tavrel::text::IsValidUtf8;
+using tavrel::text::ValidUtf8Prefix;
 
 namespace {
 

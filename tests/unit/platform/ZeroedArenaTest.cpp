@@ -5,11 +5,11 @@
 #include <cstring>
 #include <vector>
 
-#include "platform/Memory.h"
-#include "platform/ZeroedArena.h"
+#include "system/Memory.h"
+#include "system/ZeroedArena.h"
 
-namespace faults = tavrel::platform::faults;
-using tavrel::platform::ZeroedArena;
+namespace faults = tavrel::system::faults;
+using tavrel::system::ZeroedArena;
 
 namespace {
 

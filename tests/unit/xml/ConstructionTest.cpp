@@ -5,16 +5,16 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "platform/FileUrl.h"
-#include "platform/Resources.h"
+#include "system/Resources.h"
+#include "text/FileUrl.h"
 #include "unit/support/TemporaryFolder.h"
 #include "unit/xml/TreeText.h"
 
-namespace faults = tavrel::platform::faults;
-using tavrel::platform::ByteBuffer;
-using tavrel::platform::FileUrlOfPath;
+namespace faults = tavrel::system::faults;
+using tavrel::system::ByteBuffer;
 using tavrel::test::TemporaryFolder;
 using tavrel::test::TreeOf;
+using tavrel::text::FileUrlOfPath;
 
 namespace {
 
@@ -27,8 +27,8 @@ void ExpectEmptyTree(const TBXML& document) {
 
 class ResourceDocument : public testing::Test {
  protected:
-  ResourceDocument() { tavrel::platform::SetResourceFolder(folder_.path()); }
-  ~ResourceDocument() override { tavrel::platform::SetResourceFolder(""); }
+  ResourceDocument() { tavrel::system::SetResourceFolder(folder_.path()); }
+  ~ResourceDocument() override { tavrel::system::SetResourceFolder(""); }
 
   TemporaryFolder folder_;
 };
@@ -146,7 +146,7 @@ TEST(Construction, FactoriesGiveWhatTheirConstructorsGive) {
   const TemporaryFolder folder;
   const std::string text = "<a>x</a>";
   const std::string path = folder.Write("file.xml", text);
-  tavrel::platform::SetResourceFolder(folder.path());
+  tavrel::system::SetResourceFolder(folder.path());
   for (const auto& document : {TBXML::tbxmlWithURL(FileUrlOfPath(path)).release(),
                                TBXML::tbxmlWithXMLString(text).release(),
                                TBXML::tbxmlWithXMLData(ByteBuffer::Copy(text)).release(),
@@ -156,7 +156,7 @@ TEST(Construction, FactoriesGiveWhatTheirConstructorsGive) {
     EXPECT_EQ(TreeOf(document->rootXMLElement()), "a'x'");
     delete document;
   }
-  tavrel::platform::SetResourceFolder("");
+  tavrel::system::SetResourceFolder("");
 }
 
 TEST(Construction, ExhaustedMemoryGivesADocumentWithoutElements) {

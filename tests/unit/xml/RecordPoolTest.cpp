@@ -9,12 +9,12 @@
 #include <type_traits>
 #include <vector>
 
-#include "platform/Memory.h"
+#include "system/Memory.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/TreeText.h"
 #include "xml/DocumentPass.h"
 
-namespace faults = tavrel::platform::faults;
+namespace faults = tavrel::system::faults;
 using tavrel::test::ElementsOf;
 using tavrel::test::Parse;
 using tavrel::test::TreeOf;

@@ -1,0 +1,170 @@
+// tavrel without a subcommand: the library at a glance.
+#include <fmt/format.h>
+
+#include <array>
+
+#include "host/Commands.h"
+#include "host/library/SongReader.h"
+#include "host/library/Statistics.h"
+#include "host/output/Format.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+using GroupCounts = std::array<std::int32_t, kGroupCount>;
+
+GroupCounts CountPlaylists(const Library& library) {
+  GroupCounts counts{};
+  for (std::int32_t group = 0; group < kGroupCount; ++group) {
+    counts[static_cast<std::size_t>(group)] = library.getPlaylistCount(group);
+  }
+  return counts;
+}
+
+// ---- On screen ----
+
+constexpr std::size_t kLeastWidthForTwo = 72;  // narrower terminals show one list below the other
+constexpr std::string_view kBetweenLists = "    ";
+
+Table TallyTable(std::string_view title, const std::vector<Tally>& tallies) {
+  Table table({{.title = title, .weight = 1},
+               {.title = "Songs", .align = Align::Right},
+               {.title = "Time", .align = Align::Right, .style = Style::Dim}});
+  for (const Tally& tally : tallies) {
+    table.Add(tally.name);
+    table.Add(Grouped(tally.songs));
+    table.Add(Clock(tally.time));
+  }
+  return table;
+}
+
+Table AlbumTable(const std::vector<Tally>& albums) {
+  Table table({{.title = "Album", .weight = 3},
+               {.title = "Artist", .weight = 2, .rank = 1},
+               {.title = "Songs", .align = Align::Right},
+               {.title = "Time", .align = Align::Right, .style = Style::Dim}});
+  for (const Tally& album : albums) {
+    table.Add(album.name);
+    table.Add(album.artist);
+    table.Add(Grouped(album.songs));
+    table.Add(Clock(album.time));
+  }
+  return table;
+}
+
+Table PlayedTable(const std::vector<PlayedSong>& songs) {
+  Table table({{.title = "Most played", .weight = 3, .cut = Cut::Middle},
+               {.title = "Artist", .weight = 2, .rank = 1},
+               {.title = "Plays", .align = Align::Right}});
+  for (const PlayedSong& song : songs) {
+    table.Add(song.name.value_or(""));
+    table.Add(song.artist.value_or(""));
+    table.Add(Grouped(song.plays));
+  }
+  return table;
+}
+
+void Print(const Table& table, Session& session) {
+  if (table.IsEmpty()) return;
+  session.output.WriteLine("");
+  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+}
+
+void PrintSideBySide(const Table& left, const Table& right, Session& session) {
+  const Terminal& terminal = session.terminal;
+  if (terminal.width < kLeastWidthForTwo || left.IsEmpty() || right.IsEmpty()) {
+    Print(left, session);
+    Print(right, session);
+    return;
+  }
+  // Each may have half of the width, and the left one also what the right one leaves.
+  const std::size_t both = terminal.width - kBetweenLists.size();
+  const Terminal rightHalf{both / 2, terminal.styled};
+  const Terminal leftHalf{both - right.Width(rightHalf), terminal.styled};
+  std::vector<std::string> leftLines = left.Lines(leftHalf, LineEnd::Padded);
+  const std::vector<std::string> rightLines = right.Lines(rightHalf);
+  leftLines.resize(std::max(leftLines.size(), rightLines.size()),
+                   std::string(left.Width(leftHalf), ' '));
+  session.output.WriteLine("");
+  for (std::size_t i = 0; i < leftLines.size(); ++i) {
+    const bool isBoth = i < rightLines.size();
+    session.output.Write(leftLines[i]);
+    if (isBoth) session.output.Write(kBetweenLists);
+    session.output.WriteLine(isBoth ? rightLines[i] : "");
+  }
+}
+
+void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Session& session) {
+  const Terminal& terminal = session.terminal;
+  std::string songs = Counted(statistics.songs, "song");
+  if (statistics.movies > 0) songs += fmt::format(" ({})", Counted(statistics.movies, "movie"));
+  songs += ", " + Span(statistics.time);
+  std::string playlists;
+  std::int64_t playlistCount = 0;
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    playlistCount += groups[group];
+    playlists += fmt::format("{}{} {}", group == 0 ? ": " : ", ", Grouped(groups[group]),
+                             GroupName(static_cast<std::int32_t>(group)));
+  }
+
+  session.output.WriteLine(terminal.Styled(Style::Bold, Clean(session.libraryPath)));
+  session.output.WriteLine(songs);
+  session.output.WriteLine(Counted(playlistCount, "playlist") + playlists);
+  PrintSideBySide(TallyTable("Artist", statistics.artists), TallyTable("Genre", statistics.genres),
+                  session);
+  Print(AlbumTable(statistics.albums), session);
+  Print(PlayedTable(statistics.mostPlayed), session);
+}
+
+// ---- As JSON ----
+
+Json TalliesJson(const std::vector<Tally>& tallies, bool withArtist) {
+  Json list = Json::array();
+  for (const Tally& tally : tallies) {
+    Json entry{{"name", tally.name}};
+    if (withArtist) entry["artist"] = tally.artist.empty() ? Json(nullptr) : Json(tally.artist);
+    entry["songs"] = tally.songs;
+    entry["totalTime"] = tally.time;
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+void PrintJson(const Statistics& statistics, const GroupCounts& groups, Session& session) {
+  Json mostPlayed = Json::array();
+  for (const PlayedSong& song : statistics.mostPlayed) {
+    mostPlayed.push_back({{"name", JsonText(song.name)},
+                          {"artist", JsonText(song.artist)},
+                          {"playCount", song.plays}});
+  }
+  const Json overview{
+      {"library", session.libraryPath},
+      {"songs", statistics.songs},
+      {"movies", statistics.movies},
+      {"totalTime", statistics.time},
+      {"playlists", {{"library", groups[0]}, {"genius", groups[1]}, {"other", groups[2]}}},
+      {"artists", TalliesJson(statistics.artists, false)},
+      {"genres", TalliesJson(statistics.genres, false)},
+      {"albums", TalliesJson(statistics.albums, true)},
+      {"mostPlayed", std::move(mostPlayed)},
+  };
+  session.output.WriteLine(JsonLine(overview));
+}
+
+}  // namespace
+
+ExitCode ShowOverview(Session& session) {
+  const Statistics statistics = CollectStatistics(session.library);
+  const GroupCounts groups = CountPlaylists(session.library);
+  if (session.options.json) {
+    PrintJson(statistics, groups, session);
+  } else {
+    PrintScreen(statistics, groups, session);
+  }
+  return ExitCode::Done;
+}
+
+}  // namespace tavrel::host

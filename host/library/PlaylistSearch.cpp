@@ -1,0 +1,129 @@
+#include "host/library/PlaylistSearch.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <functional>
+#include <optional>
+
+#include "host/Failure.h"
+#include "host/output/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kMostSuggestions = 3;
+constexpr std::size_t kLongestCompared = 200;  // in bytes; no name that a person types is longer
+
+struct Place {
+  std::int32_t group = 0;
+  std::int32_t position = 0;
+};
+
+// Nothing when the text is not two numbers with a colon between them.
+std::optional<Place> ParsePlace(std::string_view text) {
+  Place place;
+  const std::size_t colon = text.find(':');
+  if (colon == std::string_view::npos) return std::nullopt;
+  const auto parse = [](std::string_view digits, std::int32_t& number) {
+    if (digits.empty() || digits[0] == '-') return false;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return error == std::errc() && end == digits.data() + digits.size();
+  };
+  if (!parse(text.substr(0, colon), place.group)) return std::nullopt;
+  if (!parse(text.substr(colon + 1), place.position)) return std::nullopt;
+  return place;
+}
+
+using Matches = std::vector<const Playlist*>;
+
+Matches Select(const std::vector<Playlist>& playlists,
+               const std::function<bool(const Playlist&)>& fits) {
+  Matches matches;
+  for (const Playlist& playlist : playlists) {
+    if (fits(playlist)) matches.push_back(&playlist);
+  }
+  return matches;
+}
+
+std::string Describe(const Playlist& playlist) {
+  return fmt::format("{}:{}  {}", playlist.group, playlist.position,
+                     Clean(playlist.name.value_or("")));
+}
+
+Failure NoSuchPlace(const std::vector<Playlist>& playlists, const Place& place) {
+  if (place.group >= kGroupCount) {
+    return {ExitCode::Failed,
+            fmt::format("there is no group {}: groups are 0 ({}), 1 ({}) and 2 ({})", place.group,
+                        GroupName(0), GroupName(1), GroupName(2))};
+  }
+  const auto count =
+      std::count_if(playlists.begin(), playlists.end(),
+                    [&](const Playlist& playlist) { return playlist.group == place.group; });
+  return {ExitCode::Failed,
+          fmt::format("there is no playlist {}:{}: group {} has {}", place.group, place.position,
+                      place.group,
+                      count == 0 ? "no playlists" : fmt::format("positions 0 to {}", count - 1))};
+}
+
+Failure SeveralMatches(const std::string& wanted, const Matches& matches) {
+  std::string message = fmt::format(
+      "{} playlists are named \"{}\"; choose one by its position:", matches.size(), Clean(wanted));
+  for (const Playlist* match : matches) message += "\n  " + Describe(*match);
+  return {ExitCode::Failed, message};
+}
+
+// How far a name is from the wanted one; nothing when that is too far to be meant. Both are folded.
+std::optional<std::size_t> Distance(const std::string& name, const std::string& wanted) {
+  if (name.size() > kLongestCompared || wanted.size() > kLongestCompared) return std::nullopt;
+  const bool contained = !wanted.empty() && name.find(wanted) != std::string::npos;
+  const std::size_t distance = EditDistance(name, wanted);
+  if (contained || distance <= std::max<std::size_t>(1, wanted.size() / 3)) return distance;
+  return std::nullopt;
+}
+
+Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted) {
+  std::vector<std::pair<std::size_t, const Playlist*>> near;
+  const std::string folded = Fold(wanted);
+  for (const Playlist& playlist : playlists) {
+    if (!playlist.name) continue;
+    const std::optional<std::size_t> distance = Distance(Fold(*playlist.name), folded);
+    if (distance) near.emplace_back(*distance, &playlist);
+  }
+  std::stable_sort(near.begin(), near.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
+
+  std::string message = fmt::format("there is no playlist named \"{}\"", Clean(wanted));
+  if (near.empty()) message += "\n  See tavrel playlists.";
+  if (!near.empty()) message += "; do you mean:";
+  for (const auto& [distance, playlist] : near) message += "\n  " + Describe(*playlist);
+  return {ExitCode::Failed, message};
+}
+
+}  // namespace
+
+const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::string& wanted) {
+  if (const std::optional<Place> place = ParsePlace(wanted)) {
+    const Matches matches = Select(playlists, [&](const Playlist& playlist) {
+      return playlist.group == place->group && playlist.position == place->position;
+    });
+    if (matches.empty()) throw NoSuchPlace(playlists, *place);
+    return *matches.front();
+  }
+
+  Matches matches =
+      Select(playlists, [&](const Playlist& playlist) { return playlist.name == wanted; });
+  if (matches.empty()) {
+    const std::string folded = Fold(wanted);
+    matches = Select(playlists, [&](const Playlist& playlist) {
+      return playlist.name && Fold(*playlist.name) == folded;
+    });
+  }
+  if (matches.empty()) throw NoMatch(playlists, wanted);
+  if (matches.size() > 1) throw SeveralMatches(wanted, matches);
+  return *matches.front();
+}
+
+}  // namespace tavrel::host

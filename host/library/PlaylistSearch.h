@@ -1,0 +1,17 @@
+// Finding the playlist that the user means.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/library/SongReader.h"
+
+namespace tavrel::host {
+
+// The playlist that `wanted` names: GROUP:POSITION, else a name, else a name that differs only in
+// case or in how its accents are composed. When there is none, or several, a Failure says so, and
+// which ones come near.
+[[nodiscard]] const Playlist& FindPlaylist(const std::vector<Playlist>& playlists,
+                                           const std::string& wanted);
+
+}  // namespace tavrel::host

@@ -1,0 +1,58 @@
+// Playlists and songs out of the library, as C++ texts.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/library/Library.h"
+
+namespace tavrel::host {
+
+inline constexpr std::int32_t kGroupCount = 3;
+
+// What the groups are called on screen: "library", "Genius", "other".
+[[nodiscard]] std::string_view GroupName(std::int32_t group);
+
+struct Playlist {
+  std::int32_t group;
+  std::int32_t position;
+  std::optional<std::string> name;
+  std::int32_t kind;
+  std::int32_t songCount;
+  PlaylistRecord* handle;
+};
+
+// Every playlist, group by group.
+[[nodiscard]] std::vector<Playlist> ReadPlaylists(const Library& library);
+
+// One song; a text that the song does not have is none.
+struct Song {
+  std::optional<std::string_view> name;
+  std::optional<std::string_view> location;
+  std::optional<std::string_view> artist;
+  std::optional<std::string_view> album;
+  std::optional<std::string_view> genre;
+  std::int32_t totalTime = 0;  // in milliseconds
+  std::int32_t playCount = 0;
+  std::int32_t trackNumber = 0;
+  bool isMovie = false;
+};
+
+// Reads songs one after the other into one buffer.
+class SongReader {
+ public:
+  explicit SongReader(const Library& library) : library_(library) {}
+
+  // The texts stay valid until the next call. position: must be one of the playlist's.
+  const Song& Read(PlaylistRecord* playlist, std::int32_t position);
+
+ private:
+  const Library& library_;
+  std::vector<char> buffer_ = std::vector<char>(1024);
+  Song song_;
+};
+
+}  // namespace tavrel::host

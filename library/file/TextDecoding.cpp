@@ -1,0 +1,108 @@
+#include "library/file/TextDecoding.h"
+
+#include <cstddef>
+#include <cstring>
+#include <string_view>
+
+#include "system/SystemLog.h"
+#include "text/Numbers.h"
+
+const XMLEntity XMLEntities[5] = {
+    {"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}, {"&apos;", "'"}, {"&quot;", "\""},
+};
+
+namespace {
+
+// Counts every byte of the decoded text and writes those that fit.
+class Output {
+ public:
+  Output(char* destination, std::int32_t size) noexcept : destination_(destination), size_(size) {}
+
+  void Append(std::string_view piece) noexcept {
+    const std::int64_t start = total_;
+    total_ += static_cast<std::int64_t>(piece.size());
+    if (total_ < size_ && !piece.empty()) {
+      std::memcpy(destination_ + start, piece.data(), piece.size());
+    }
+  }
+
+  void AppendWithTerminator(std::string_view piece) noexcept {
+    Append(piece);
+    if (total_ < size_) destination_[total_] = '\0';
+  }
+
+  [[nodiscard]] std::int32_t total() const noexcept { return static_cast<std::int32_t>(total_); }
+
+ private:
+  char* destination_;
+  std::int64_t size_;
+  std::int64_t total_ = 0;
+};
+
+// The replacement of the named reference at the start of `text`; none when there is no such name.
+const char* NamedReference(std::string_view text) noexcept {
+  for (const XMLEntity& entry : XMLEntities) {
+    if (text.starts_with(entry.entity)) return entry.replacement;
+  }
+  return nullptr;
+}
+
+void AppendBytesOfValue(Output& output, std::uint32_t value) noexcept {
+  for (int shift = 24; shift >= 0; shift -= 8) {
+    const char byte = static_cast<char>(static_cast<unsigned char>(value >> shift));
+    if (byte != '\0') output.Append({&byte, 1});
+  }
+}
+
+// `reference` runs from the '&' up to and without the ';'. False when it is no numeric reference.
+bool AppendNumericReference(Output& output, std::string_view reference) noexcept {
+  if (reference.size() < 3 || reference[1] != '#') return false;
+  const bool hexadecimal = reference[2] == 'x' || reference[2] == 'X';
+  AppendBytesOfValue(output, hexadecimal ? tavrel::text::ReadUnsigned(reference.substr(3), 16)
+                                         : tavrel::text::ReadUnsigned(reference.substr(2), 10));
+  return true;
+}
+
+}  // namespace
+
+tavrel::Decoding tavrel::DecodeReferences(char* destination, const char* source,
+                                          std::int32_t destinationSize) noexcept {
+  Output output(destination, destinationSize);
+  std::string_view rest = source;
+  for (;;) {
+    const std::size_t ampersand = rest.find('&');
+    if (ampersand == std::string_view::npos) break;
+    output.Append(rest.substr(0, ampersand));
+    rest.remove_prefix(ampersand);
+
+    const std::size_t semicolon = rest.find(';');
+    if (semicolon == std::string_view::npos) {
+      return {output.total(), DecodingError::kNoEnding, rest.data()};
+    }
+    if (const char* replacement = NamedReference(rest)) {
+      output.Append(replacement);
+    } else if (!AppendNumericReference(output, rest.substr(0, semicolon))) {
+      return {output.total(), DecodingError::kNoNumeric, rest.data()};
+    }
+    rest.remove_prefix(semicolon + 1);
+  }
+  output.AppendWithTerminator(rest);
+  return {output.total(), DecodingError::kNone, nullptr};
+}
+
+std::int32_t RestoreXMLEscChar(char* destination, const char* source,
+                               std::int32_t destinationSize) noexcept {
+  if (destination == nullptr || source == nullptr) return 0;
+  const tavrel::Decoding decoding = tavrel::DecodeReferences(destination, source, destinationSize);
+  switch (decoding.error) {
+    case tavrel::DecodingError::kNone:
+      return decoding.length;
+    case tavrel::DecodingError::kNoEnding:
+      tavrel::system::Log({"XML text \"", source, "\" Escaping has no ending"});
+      return 0;
+    case tavrel::DecodingError::kNoNumeric:
+      tavrel::system::Log({"XML text \"", decoding.errorAt, "\" Escaping has no numeric"});
+      return 0;
+  }
+  return 0;
+}

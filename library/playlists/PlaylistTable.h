@@ -1,0 +1,60 @@
+// The playlist table: the playlists of the library file in three groups, each with the tracks that
+// its items name.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "agent/Implementations.h"
+#include "library/tracks/TrackTable.h"
+#include "tavrel/tavrel.h"
+#include "xml/Records.h"
+
+struct PlaylistRecord {
+  TrackRecord** tracks;  // not owned, but for the ringtone playlist's; the array is
+  std::int32_t capacity;
+  std::int32_t count;
+  std::int32_t kind;      // the "Distinguished Kind", 0 without one
+  char* name;             // decoded, owned; none when the file gives no name text
+  std::int32_t nameSize;  // length of the name as the file writes it plus 1; 0 without a name
+};
+
+struct PlaylistGroup {
+  PlaylistRecord** playlists;
+  std::int32_t capacity;
+  std::int32_t count;
+};
+
+#if defined(__LP64__)
+static_assert(sizeof(PlaylistRecord) == 40);
+static_assert(offsetof(PlaylistRecord, capacity) == 8);
+static_assert(offsetof(PlaylistRecord, count) == 12);
+static_assert(offsetof(PlaylistRecord, kind) == 16);
+static_assert(offsetof(PlaylistRecord, name) == 24);
+static_assert(offsetof(PlaylistRecord, nameSize) == 32);
+static_assert(sizeof(PlaylistGroup) == 16);
+static_assert(offsetof(PlaylistGroup, capacity) == 8);
+static_assert(offsetof(PlaylistGroup, count) == 12);
+#endif
+
+inline constexpr std::int32_t kGroupCount = 3;
+
+extern "C" {
+
+// The kinds of group 0 and of group 1; every other playlist stands in group 2.
+TAVREL_API extern const std::int32_t arrLibraryKind[7];
+TAVREL_API extern const std::int32_t arrGeniusKind[1];
+
+// Appends the tracks that the items of a playlist's dictionary name to `playlist`, which may be a
+// record of the caller's own; its array is then of the malloc family and the caller's. Items that
+// name no track are dropped; null arguments change nothing.
+// Result: always 0.
+// Tracks are found by binary search: in a file whose Track IDs do not ascend, items are lost. Kept.
+TAVREL_API std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
+                                            const TBXMLElement* playlistDict) noexcept;
+
+// The first playlist that holds a track with that ID, groups and playlists in their order.
+// index:  receives the track's position in it; untouched when there is none; may be null.
+// Cost: a scan of every playlist up to that position.
+TAVREL_API PlaylistRecord* GetPlaylistByTrackId(std::int32_t trackId, std::int32_t* index) noexcept;
+}

@@ -1,0 +1,169 @@
+#include "system/ScriptRunner.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstdlib>
+#include <new>
+
+#include "system/Files.h"
+#include "system/Guard.h"
+#include "system/Memory.h"
+
+namespace tavrel::system {
+namespace {
+
+constexpr int kFirstFreeDescriptor = STDERR_FILENO + 1;
+
+// Ours never take the place of a standard descriptor that the host has closed.
+FileDescriptor AboveStandard(int descriptor) noexcept {
+  FileDescriptor given(descriptor);
+  if (!given || given.get() >= kFirstFreeDescriptor) return given;
+  return FileDescriptor(fcntl(given.get(), F_DUPFD_CLOEXEC, kFirstFreeDescriptor));
+}
+
+// A file without a name. Unlike a pipe it takes a script of any size at once, and whether anybody
+// reads it makes no difference to the writer.
+FileDescriptor NamelessFile() noexcept {
+#if defined(__linux__)
+  FileDescriptor inMemory = AboveStandard(memfd_create("script", MFD_CLOEXEC));
+  if (inMemory) return inMemory;
+#endif
+  char name[] = "/tmp/tavrel-script-XXXXXX";
+  const int descriptor = mkostemp(name, O_CLOEXEC);
+  if (descriptor >= 0) unlink(name);
+  return AboveStandard(descriptor);
+}
+
+// A file that is read from the script's start; nothing is open when it cannot be made.
+FileDescriptor FileOfScript(std::string_view script) noexcept {
+  FileDescriptor file = NamelessFile();
+  std::size_t done = 0;
+  while (file && done < script.size()) {
+    const ssize_t written =
+        pwrite(file.get(), script.data() + done, script.size() - done, static_cast<off_t>(done));
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return FileDescriptor();
+    done += static_cast<std::size_t>(written);
+  }
+  return file;
+}
+
+// A flag that a process forked off can set and this one then see.
+class SharedFlag {
+ public:
+  SharedFlag() noexcept {
+    if (!AllocationAllowed()) return;
+    void* page = mmap(nullptr, sizeof(std::atomic<bool>), PROT_READ | PROT_WRITE,
+                      MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (page != MAP_FAILED) flag_ = new (page) std::atomic<bool>(false);
+  }
+  SharedFlag(const SharedFlag&) = delete;
+  SharedFlag& operator=(const SharedFlag&) = delete;
+  ~SharedFlag() {
+    if (flag_ != nullptr) munmap(flag_, sizeof *flag_);
+  }
+
+  [[nodiscard]] explicit operator bool() const noexcept { return flag_ != nullptr; }
+  [[nodiscard]] bool IsSet() const noexcept { return *flag_; }
+  void Set() const noexcept { *flag_ = true; }
+
+ private:
+  std::atomic<bool>* flag_ = nullptr;
+};
+
+// False when the process was killed, exited with anything but 0, or was reaped by someone else.
+bool WaitFor(pid_t process) noexcept {
+  int status = 0;
+  pid_t ended = 0;
+  do {
+    ended = waitpid(process, &status, 0);
+  } while (ended < 0 && errno == EINTR);
+  return ended == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+// What follows runs in forked processes, before any exec: nothing there may allocate or lock, since
+// another thread of the host may have been in the middle of it.
+
+// Ignored signals would stay ignored in the runner, too.
+void ResetSignalActions() noexcept {
+  struct sigaction action = {};
+  action.sa_handler = SIG_DFL;
+  for (int number = 1; number < NSIG; ++number) sigaction(number, &action, nullptr);
+}
+
+void CloseFrom(int first) noexcept {
+#if defined(__linux__)
+  if (close_range(static_cast<unsigned>(first), ~0u, 0) == 0) return;
+#endif
+  const long limit = sysconf(_SC_OPEN_MAX);
+  for (int descriptor = first; descriptor < limit; ++descriptor) close(descriptor);
+}
+
+void TakeDescriptors(int script) noexcept {
+  dup2(script, STDIN_FILENO);
+  if (dup2(STDERR_FILENO, STDOUT_FILENO) < 0) {  // the host has closed it
+    const int nothing = open("/dev/null", O_RDWR);
+    dup2(nothing, STDOUT_FILENO);
+    dup2(nothing, STDERR_FILENO);
+  }
+  CloseFrom(kFirstFreeDescriptor);
+}
+
+[[noreturn]] void BecomeRunner(const char* runner) noexcept {
+  sigset_t none;
+  sigemptyset(&none);
+  sigprocmask(SIG_SETMASK, &none, nullptr);
+  char* const arguments[] = {const_cast<char*>(runner), nullptr};
+  execv(runner, arguments);
+  _exit(EXIT_FAILURE);
+}
+
+// Runs with all signals blocked, so that it outlives the runner.
+[[noreturn]] void Supervise(const char* runner, int script, const SharedFlag& success) noexcept {
+  ResetSignalActions();
+  TakeDescriptors(script);
+  const pid_t process = fork();
+  if (process == 0) BecomeRunner(runner);
+  if (process > 0 && WaitFor(process)) success.Set();
+  _exit(EXIT_SUCCESS);
+}
+
+pid_t ForkWithSignalsBlocked() noexcept {
+  sigset_t all;
+  sigset_t former;
+  sigfillset(&all);
+  pthread_sigmask(SIG_BLOCK, &all, &former);
+  const pid_t process = fork();
+  if (process != 0) pthread_sigmask(SIG_SETMASK, &former, nullptr);
+  return process;
+}
+
+// A process of ours stands between the host and the runner. Whether the host ignores SIGCHLD or
+// reaps every child in a handler is its own affair and may cost us the status of a child, but never
+// that of a grandchild.
+bool RunWith(const char* runner, std::string_view script) noexcept {
+  const FileDescriptor file = FileOfScript(script);
+  const SharedFlag success;
+  if (!file || !success) return false;
+  const pid_t supervisor = ForkWithSignalsBlocked();
+  if (supervisor == 0) Supervise(runner, file.get(), success);
+  if (supervisor > 0) (void)WaitFor(supervisor);
+  return success.IsSet();
+}
+
+}  // namespace
+
+bool RunScript(std::string_view script) noexcept {
+  return Guarded(false, [&] {
+    const std::optional<std::string> runner = FindScriptRunner();
+    return runner && RunWith(runner->c_str(), script);
+  });
+}
+
+}  // namespace tavrel::system

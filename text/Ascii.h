@@ -1,0 +1,41 @@
+// ASCII characters, without a locale.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tavrel::text {
+
+// Blank, tab, line feed, vertical tab, form feed, carriage return; never a byte above 0x7F.
+[[nodiscard]] constexpr bool IsWhitespace(char byte) noexcept {
+  return byte == ' ' || (byte >= '\t' && byte <= '\r');
+}
+
+// The value of a hexadecimal digit, 16 for any other byte.
+[[nodiscard]] constexpr unsigned HexDigitValue(char digit) noexcept {
+  const unsigned byte = static_cast<unsigned char>(digit);
+  const unsigned asDecimal = byte - '0';
+  const unsigned asLetter = (byte | 0x20u) - 'a';
+  const unsigned orNone = asLetter < 6 ? asLetter + 10 : 16;  // no branches: digits are random
+  return asDecimal < 10 ? asDecimal : orNone;
+}
+
+// How many bytes at the front of `text` are ASCII.
+[[nodiscard]] inline std::size_t AsciiPrefixLength(std::string_view text) noexcept {
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  std::size_t at = 0;
+  for (std::uint64_t word = 0; text.size() - at >= sizeof(word); at += sizeof(word)) {
+    std::memcpy(&word, text.data() + at, sizeof(word));
+    if ((word & kHighBits) != 0) break;
+  }
+  while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) ++at;
+  return at;
+}
+
+[[nodiscard]] inline bool IsAscii(std::string_view text) noexcept {
+  return AsciiPrefixLength(text) == text.size();
+}
+
+}  // namespace tavrel::text

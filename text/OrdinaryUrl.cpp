@@ -1,0 +1,79 @@
+#include "text/OrdinaryUrl.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+#include "text/Utf8.h"
+
+namespace tavrel::text {
+namespace {
+
+// Of each byte: whether it may stand unescaped in a path, and its value as a hexadecimal digit.
+struct UrlByte {
+  bool isPlain = false;
+  std::uint8_t digit = 0xFF;
+};
+
+constexpr std::array<UrlByte, 256> MakeUrlBytes() {
+  std::array<UrlByte, 256> bytes{};
+  const auto at = [&bytes](char c) -> UrlByte& { return bytes[static_cast<unsigned char>(c)]; };
+  for (const char c : std::string_view("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"
+                                       "0123456789;/:@&=+$,-_.!~*'()")) {
+    at(c).isPlain = true;
+  }
+  std::uint8_t value = 0;
+  for (const char c : std::string_view("0123456789abcdef")) at(c).digit = value++;
+  value = 10;
+  for (const char c : std::string_view("ABCDEF")) at(c).digit = value++;
+  return bytes;
+}
+
+constexpr std::array<UrlByte, 256> kUrlBytes = MakeUrlBytes();
+
+const UrlByte& Of(char c) noexcept {
+  return kUrlBytes[static_cast<unsigned char>(c)];
+}
+
+// Where the path begins, at its '/'; null when the URL is not ordinary.
+const char* StartOfPath(const char* url) noexcept {
+  constexpr std::string_view kOfThisMachine = "file://localhost/";
+  constexpr std::string_view kWithoutHost = "file:///";
+  for (const std::string_view start : {kOfThisMachine, kWithoutHost}) {
+    if (std::strncmp(url, start.data(), start.size()) == 0) return url + start.size() - 1;
+  }
+  return nullptr;
+}
+
+// The value of the escape at the start of `escape`; 0 when there is none, or half of one.
+unsigned ValueOfEscape(const char* escape) noexcept {
+  if (escape[0] != '%') return 0;
+  const unsigned high = Of(escape[1]).digit;
+  if (high > 15) return 0;
+  const unsigned low = Of(escape[2]).digit;
+  return low > 15 ? 0 : high * 16 + low;
+}
+
+}  // namespace
+
+std::optional<std::size_t> PathOfOrdinaryUrl(const char* url, char* path) noexcept {
+  const char* next = StartOfPath(url);
+  if (next == nullptr) return std::nullopt;
+  char* out = path;
+  unsigned allEscaped = 0;
+  for (;;) {
+    while (Of(*next).isPlain) *out++ = *next++;
+    if (*next == '\0') break;
+    const unsigned value = ValueOfEscape(next);
+    if (value == 0) return std::nullopt;
+    allEscaped |= value;
+    *out++ = static_cast<char>(static_cast<unsigned char>(value));
+    next += 3;
+  }
+  const auto length = static_cast<std::size_t>(out - path);
+  if (allEscaped > 0x7F && !IsValidUtf8({path, length})) return std::nullopt;
+  return path[length - 1] == '/' ? length - 1 : length;
+}
+
+}  // namespace tavrel::text

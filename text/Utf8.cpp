@@ -1,0 +1,78 @@
+#include "text/Utf8.h"
+
+#include <cstdint>
+#include <cstring>
+
+#include "text/Utf8Blocks.h"
+
+namespace tavrel::text {
+namespace {
+
+// Bytes from `bytes` on that are ASCII, in whole words; the byte loop takes the rest.
+std::size_t AsciiWords(const unsigned char* bytes, std::size_t length) noexcept {
+  constexpr std::size_t kStride = 4 * sizeof(std::uint64_t);
+  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  std::size_t at = 0;
+  for (; length - at >= kStride; at += kStride) {
+    std::uint64_t words[4];
+    std::memcpy(words, bytes + at, kStride);
+    if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
+  }
+  return at;
+}
+
+bool IsContinuation(unsigned char byte) noexcept {
+  return (byte & 0xC0u) == 0x80u;
+}
+
+// The length of the character at `bytes`, 0 when it is malformed or cut off.
+std::size_t CharacterLength(const unsigned char* bytes, std::size_t length) noexcept {
+  const unsigned char lead = bytes[0];
+  if (lead < 0x80) return 1;
+  if (lead < 0xC2 || lead > 0xF4) return 0;  // continuation, overlong, or above U+10FFFF
+  const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (length < size) return 0;
+  // The second byte's range depends on the lead: overlong forms, surrogates and the upper end.
+  const unsigned char low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+  const unsigned char high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+  if (bytes[1] < low || bytes[1] > high) return 0;
+  for (std::size_t i = 2; i < size; ++i) {
+    if (!IsContinuation(bytes[i])) return 0;
+  }
+  return size;
+}
+
+}  // namespace
+
+std::size_t ValidUtf8Characters(const char* text, std::size_t length) noexcept {
+  const auto* bytes = reinterpret_cast<const unsigned char*>(text);
+  std::size_t at = 0;
+  while (at < length) {
+    if (bytes[at] < 0x80) {
+      at += AsciiWords(bytes + at, length - at);
+      while (at < length && bytes[at] < 0x80) ++at;
+      continue;
+    }
+    const std::size_t size = CharacterLength(bytes + at, length - at);
+    if (size == 0) break;
+    at += size;
+  }
+  return at;
+}
+
+std::size_t ValidUtf8Prefix(const char* bytes, std::size_t length) noexcept {
+  // Most texts are names of a few bytes, over before anything better has begun.
+  constexpr std::size_t kShort = 256;
+  if (length < kShort) return ValidUtf8Characters(bytes, length);
+  return ValidTextPrefix(bytes, length).length;
+}
+
+TextPrefix ValidTextPrefix(const char* bytes, std::size_t length, Utf8Path path) noexcept {
+  const Utf8Blocks blocks = ValidUtf8Blocks(bytes, length, path);
+  const std::size_t valid =
+      blocks.length + ValidUtf8Characters(bytes + blocks.length, length - blocks.length);
+  const std::size_t withoutZero = blocks.hasZero ? 0 : blocks.length;
+  return {valid, withoutZero + strnlen(bytes + withoutZero, valid - withoutZero)};
+}
+
+}  // namespace tavrel::text
