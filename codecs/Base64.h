@@ -23,12 +23,10 @@ namespace tavrel {
 
 // The bytes of a base64 text; none only when memory is exhausted. Nothing is an error:
 // - every character outside the alphabet is skipped, but a character outside ASCII anywhere makes
-// the
-//   result empty, and so does no text at all;
+//   the result empty, and so does no text at all;
 // - the first '=' ends the text. One or two characters of a group before it give one byte, three
-// give
-//   two. (Kept: the two lower bits of the byte that stands for a single character are those of the
-//   first byte of the group before, or zero.)
+//   give two. (Kept: the two lower bits of the byte that stands for a single character are those of
+//   the first byte of the group before, or zero.)
 // - a last group without its '=' is dropped.
 [[nodiscard]] system::ByteBuffer initWithBase64EncodedString(
     const std::optional<std::string>& text) noexcept;

@@ -9,9 +9,8 @@ namespace tavrel {
 
 // The decompressed bytes of a gzip or zlib stream (told apart by its header).
 // Result: `bytes` itself when it is empty; none when the stream is damaged or cut off, when input
-// or
-//         output is larger than system::kLargestFile, or when memory is exhausted. Only the first
-//         member counts: whatever follows it is ignored.
+//         or output is larger than system::kLargestFile, or when memory is exhausted. Only the
+//         first member counts: whatever follows it is ignored.
 [[nodiscard]] system::ByteBuffer gzipInflate(const system::ByteBuffer& bytes) noexcept;
 
 // A gzip stream of `bytes`, at zlib's default level.

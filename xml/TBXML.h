@@ -32,8 +32,8 @@ class TBXML {
   // Constructors. Each returns the document itself. An input that is none, missing or unreadable
   // gives a document with an empty tree. Initialising a document again releases what it held.
   TBXML* init() noexcept;
-  TBXML* initWithURL(
-      std::string_view url);  // a "file:" URL of a UTF-8 text; may throw std::bad_alloc
+  // A "file:" URL of a UTF-8 text. May throw std::bad_alloc.
+  TBXML* initWithURL(std::string_view url);
   TBXML* initWithXMLString(const std::optional<std::string>& string) noexcept;
   TBXML* initWithXMLData(const tavrel::system::ByteBuffer& data) noexcept;
   // A resource file of the application; one whose extension is "gz" is inflated. May throw
