@@ -114,8 +114,8 @@ void ReleaseBlock(ZeroedBlock& block) noexcept {
 void TrimBlock(ZeroedBlock& block, std::size_t bytes) noexcept {
   bytes = std::max<std::size_t>(bytes, 1);
   if (block.mappedBytes == 0) {
-    if (void* smaller = std::realloc(block.address, bytes))
-      block.address = static_cast<char*>(smaller);
+    void* smaller = Reallocate(block.address, bytes);
+    if (smaller != nullptr) block.address = static_cast<char*>(smaller);
     return;
   }
   const std::size_t kept = RoundUp(bytes, PageSize());

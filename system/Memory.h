@@ -1,5 +1,6 @@
 // Memory for the library's own data. Every allocation that the library makes by hand goes through
-// here, so that tests can make each of them fail; a failed one gives null and never ends the host.
+// here or asks AllocationAllowed() first, so that tests can make each of them fail; a failed one
+// gives null and never ends the host. (What zlib and the system allocate for themselves is theirs.)
 #pragma once
 
 #include <cstddef>

@@ -63,6 +63,18 @@ TEST(Memory, TrimmingALargeBlockGivesItsPagesBack) {
   ReleaseBlock(block);
 }
 
+TEST(MemoryFaults, TrimmingAsksAndLeavesTheBlockAsItIsWhenItFails) {
+  ZeroedBlock block = AllocateBlock(kSmall);
+  ASSERT_NE(block.address, nullptr);
+  std::memset(block.address, 7, kSmall);
+  faults::FailAfter(0, false);
+  TrimBlock(block, 10);
+  faults::Stop();
+  EXPECT_EQ(faults::Asked(), 1);
+  EXPECT_TRUE(std::all_of(block.address, block.address + kSmall, [](char b) { return b == 7; }));
+  ReleaseBlock(block);
+}
+
 TEST(Memory, MoreThanThereCanBeIsRefused) {
   const std::size_t tooMuch = std::size_t{1} << 60;
   EXPECT_EQ(AllocateBlock(tooMuch).address, nullptr);
