@@ -1,5 +1,5 @@
 // Artwork cache files: the walk over the blocks goes forward only, and the reader of every layout
-// loses no image that the original one finds.
+// loses no image that the one of the usual layout finds.
 #include "library/artwork/ArtworkFile.h"
 
 #include <stdlib.h>
@@ -62,10 +62,10 @@ std::vector<std::uint32_t> Positions(const char* path, ArtworkLayouts layouts) {
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const InputFile file;
   const char* path = file.Write(data, size);
-  const auto original = Positions(path, ArtworkLayouts::Original);
+  const auto usual = Positions(path, ArtworkLayouts::Usual);
   const auto every = Positions(path, ArtworkLayouts::Every);
-  const bool ascend = std::is_sorted(original.begin(), original.end(), std::less_equal<>());
+  const bool ascend = std::is_sorted(usual.begin(), usual.end(), std::less_equal<>());
   Require(ascend, "An image stands before the one that it follows");
-  Require(every.size() >= original.size(), "An image of the original layout is lost");
+  Require(every.size() >= usual.size(), "An image of the usual layout is lost");
   return 0;
 }

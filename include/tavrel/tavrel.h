@@ -236,7 +236,7 @@ TAVREL_API int32_t SearchSong(const SongInfo* terms, SearchSongCallback callback
                               void* context) TAVREL_NOEXCEPT;
 
 /* ---- Additions -------------------------------------------------------------------------------
- * Not part of the original interface. */
+ * Beyond the core interface above; more of them may come. */
 
 /* Result: the handle of a playlist that holds every track of the library file, in the file's order,
  * each once; null when no library is loaded. It stands in no group, has kind 0 and no name, and no

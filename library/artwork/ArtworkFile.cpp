@@ -6,8 +6,8 @@
 //   block   0        4        8        48       56      60       204      208             B
 //           | B      | "item" | 208    | code   | width | height | "data" | the image ... | next
 //
-// This is the layout of the original interface, which takes the image to begin at 208 whatever
-// stands at 8. Real caches hold three more, told apart by that number:
+// This is the usual layout; OpenArtwork takes the image to begin at 208 whatever stands at 8 (kept).
+// Real caches hold three more, told apart by that number:
 //
 //   at 8    image at   code at   width   height   "data" at
 //   196     196        48        56      60       192
@@ -42,9 +42,9 @@ struct BlockLayout {
   std::uint32_t height;
   std::uint32_t dataTag;
 };
-constexpr BlockLayout kOriginal{208, 48, 56, 60, 204};
+constexpr BlockLayout kUsual{208, 48, 56, 60, 204};
 constexpr BlockLayout kLayouts[] = {
-    {196, 48, 56, 60, 192}, kOriginal, {212, 48, 56, 60, 204}, {216, 52, 60, 64, 208}};
+    {196, 48, 56, 60, 192}, kUsual, {212, 48, 56, 60, 204}, {216, 52, 60, 64, 208}};
 
 enum Format : std::int32_t { Png = 0, Jpeg = 1, Argb = 2, Bgra = 3 };
 struct Code {
@@ -52,7 +52,7 @@ struct Code {
   Format format;
 };
 // The second is 13 with its least significant byte first, unlike every number of the file. Kept.
-constexpr Code kOriginalCodes[] = {{"PNGf"sv, Png}, {"\x0D\0\0\0"sv, Jpeg}};
+constexpr Code kUsualCodes[] = {{"PNGf"sv, Png}, {"\x0D\0\0\0"sv, Jpeg}};
 constexpr Code kCodes[] = {{"PNGf"sv, Png},       {"\x0D\0\0\0"sv, Jpeg}, {"\0\0\0\x0D"sv, Jpeg},
                            {"\0\0\0\x0E"sv, Png}, {"ARGb"sv, Argb},       {"bGRA"sv, Bgra}};
 
@@ -128,10 +128,10 @@ struct Found {
   Format format;
 };
 
-std::optional<Found> RecogniseOriginal(const Block& block) noexcept {
-  const auto format = FormatOfCode(block.Tag(kOriginal.code), kOriginalCodes);
-  if (!HasTags(block, kOriginal) || !format) return std::nullopt;
-  return Found{&kOriginal, *format};
+std::optional<Found> RecogniseUsual(const Block& block) noexcept {
+  const auto format = FormatOfCode(block.Tag(kUsual.code), kUsualCodes);
+  if (!HasTags(block, kUsual) || !format) return std::nullopt;
+  return Found{&kUsual, *format};
 }
 
 std::optional<Found> RecogniseEvery(const Block& block) noexcept {
@@ -139,7 +139,7 @@ std::optional<Found> RecogniseEvery(const Block& block) noexcept {
     if (block.Number(8) != layout.image || !HasTags(block, layout)) continue;
     if (const auto format = FormatOf(block, layout)) return Found{&layout, *format};
   }
-  return RecogniseOriginal(block);
+  return RecogniseUsual(block);
 }
 
 // False when memory is exhausted.
@@ -168,10 +168,10 @@ void ListImages(ArtworkHandle& handle, std::int64_t position, tavrel::ArtworkLay
     const std::size_t wanted = every ? block.bytes.size() : kBlockHeader;
     const auto at = static_cast<std::uint64_t>(position);
     if (system::ReadAt(file, at, block.bytes.data(), wanted) < kBlockHeader) return;
-    const auto found = every ? RecogniseEvery(block) : RecogniseOriginal(block);
+    const auto found = every ? RecogniseEvery(block) : RecogniseUsual(block);
     const bool inReach = found && position + found->layout->image <= kLastPosition;
     if (inReach && !Record(block, *found, images)) return;
-    const std::int64_t next = position + kBlockHeader + block.ImageSize(kOriginal);
+    const std::int64_t next = position + kBlockHeader + block.ImageSize(kUsual);
     if (block.Length() < kSmallestBlock || next <= position) return;
     position = next;
   }

@@ -45,8 +45,8 @@ static_assert(offsetof(ArtworkHandle, count) == 52);
 namespace tavrel {
 
 enum class ArtworkLayouts {
-  Original,  // the one layout and the two codes of the original interface
-  Every,     // what is known from real caches as well
+  Usual,  // the one layout and the two codes that OpenArtwork reads
+  Every,  // what is known from real caches as well
 };
 
 // Lists the images of a cache file.

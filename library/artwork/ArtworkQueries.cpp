@@ -40,7 +40,7 @@ ArtworkHandle* OpenSongArtwork(PlaylistRecord* playlist, std::int32_t index,
 }  // namespace
 
 ArtworkHandle* OpenArtworkImp(PlaylistRecord* playlist, std::int32_t index) noexcept {
-  return OpenSongArtwork(playlist, index, tavrel::ArtworkLayouts::Original);
+  return OpenSongArtwork(playlist, index, tavrel::ArtworkLayouts::Usual);
 }
 
 ArtworkHandle* OpenArtworkAny(PlaylistRecord* playlist, std::int32_t index) noexcept {

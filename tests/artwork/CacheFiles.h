@@ -27,7 +27,7 @@ struct Block {
 
 [[nodiscard]] std::string Bytes(const Block& block);
 
-// A JPEG code as the original layout has it, and as other files do.
+// A JPEG code as the usual layout has it, and as other files do.
 inline const std::string kJpegCode("\x0D\0\0\0", 4);
 inline const std::string kJpegCodeBigEndian("\0\0\0\x0D", 4);
 

@@ -15,7 +15,7 @@
 namespace tavrel::test {
 namespace {
 
-constexpr ArtworkLayouts kBoth[] = {ArtworkLayouts::Original, ArtworkLayouts::Every};
+constexpr ArtworkLayouts kBoth[] = {ArtworkLayouts::Usual, ArtworkLayouts::Every};
 
 // The number of images, after all of them have been asked for; -1 when there is no handle.
 int Images(const std::string& path, ArtworkLayouts layouts) {
@@ -39,7 +39,7 @@ class HostileArtwork : public testing::Test {
   // The same for both readers, or a failure.
   int Count(std::string_view contents) {
     const std::string path = folder_.Write("a.itc2", contents);
-    const int count = Images(path, ArtworkLayouts::Original);
+    const int count = Images(path, ArtworkLayouts::Usual);
     EXPECT_EQ(Images(path, ArtworkLayouts::Every), count);
     return count;
   }
@@ -108,7 +108,7 @@ TEST_F(HostileArtwork, TruncatedAtEveryByte) {
   for (std::size_t bytes = 0; bytes <= whole.size(); ++bytes) {
     folder_.Write("a.itc2", whole.substr(0, bytes));
     const int expected = bytes < 28 ? -1 : bytes < 40 + 208 ? 0 : 1;
-    EXPECT_EQ(Images(path, ArtworkLayouts::Original), expected) << bytes;
+    EXPECT_EQ(Images(path, ArtworkLayouts::Usual), expected) << bytes;
     const int second = bytes >= 40 + 238 + 208 ? 1 : 0;
     const int third = bytes >= 40 + 238 + 216 + 208 ? 1 : 0;
     EXPECT_EQ(Images(path, ArtworkLayouts::Every), expected + second + third) << bytes;
@@ -160,7 +160,7 @@ TEST_F(HostileArtwork, ImageBeyond32BitsIsNotRecorded) {
 TEST_F(HostileArtwork, SumOfSizeAndRecordThatOverflowsIsTaken32BitsWide) {
   const std::string path =
       folder_.Write("a.itc2", CacheHeader() + Bytes({.length = 0x80000000U + 200}));
-  ArtworkHandle* handle = OpenArtworkHandle(path.c_str(), ArtworkLayouts::Original);
+  ArtworkHandle* handle = OpenArtworkHandle(path.c_str(), ArtworkLayouts::Usual);
   ASSERT_NE(handle, nullptr);
   ASSERT_EQ(handle->count, 1);
   EXPECT_EQ(handle->images[0]->info.dataSize, 0x7FFFFFF8);
@@ -204,8 +204,8 @@ TEST_F(HostileArtwork, RandomBlocksEndInAnAnswer) {
   const std::string path = folder_.PathOf("a.itc2");
   for (int round = 0; round < Rounds(800); ++round) {
     folder_.Write("a.itc2", CacheHeader(28) + random.Text(alphabet, 1 + random.Below(40)));
-    EXPECT_GE(Images(path, ArtworkLayouts::Original), 0);
-    EXPECT_GE(Images(path, ArtworkLayouts::Every), Images(path, ArtworkLayouts::Original));
+    EXPECT_GE(Images(path, ArtworkLayouts::Usual), 0);
+    EXPECT_GE(Images(path, ArtworkLayouts::Every), Images(path, ArtworkLayouts::Usual));
   }
 }
 

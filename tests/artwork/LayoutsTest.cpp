@@ -101,7 +101,7 @@ TEST_F(ArtworkLayout, FirstBytesOfTheNextBlockAreNotThisImages) {
   EXPECT_EQ(GetArtworkCount(handle_), 0);
 }
 
-TEST_F(ArtworkLayout, WhateverTheOriginalReaderFindsIsFound) {
+TEST_F(ArtworkLayout, WhateverOpenArtworkFindsIsFound) {
   for (const std::uint32_t number : {0U, 12345U, 196U, 216U}) {
     std::string block = Bytes({.image = Filler(30), .code = kJpegCode});
     block.replace(8, 4, Number(number));

@@ -145,16 +145,16 @@ TEST_F(OpenArtworkOf, EachCallOpensTheFileAnew) {
   CloseArtwork(second);
 }
 
-TEST_F(OpenArtworkOf, AnyReadsWhatTheOriginalDoesNot) {
+TEST_F(OpenArtworkOf, AnyReadsWhatOpenArtworkDoesNot) {
   home_.WriteCache(CacheName(kTrack) + ".itc2",
                    CacheHeader() + Bytes({.image = LikeJpeg(100), .imageStart = 196}) +
                        Bytes({.image = Filler(50)}));
   Load();
-  ArtworkHandle* original = OpenArtwork(OpenAllSongs(), 0);
+  ArtworkHandle* usual = OpenArtwork(OpenAllSongs(), 0);
   ArtworkHandle* any = OpenArtworkAny(OpenAllSongs(), 0);
-  EXPECT_EQ(GetArtworkCount(original), 1);
+  EXPECT_EQ(GetArtworkCount(usual), 1);
   EXPECT_EQ(GetArtworkCount(any), 2);
-  CloseArtwork(original);
+  CloseArtwork(usual);
   CloseArtwork(any);
 }
 

@@ -1,4 +1,4 @@
-// The reader as the original interface has it.
+// The reader behind OpenArtwork: the usual layout alone.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -18,7 +18,7 @@ class ArtworkReader : public testing::Test {
   ArtworkHandle* Open(std::string_view contents) {
     CloseArtwork(handle_);
     const std::string path = folder_.Write("a.itc2", contents);
-    handle_ = OpenArtworkHandle(path.c_str(), ArtworkLayouts::Original);
+    handle_ = OpenArtworkHandle(path.c_str(), ArtworkLayouts::Usual);
     return handle_;
   }
   const ArtworkImage& Image(int index) const { return *handle_->images[index]; }
