@@ -14,7 +14,7 @@
 #include "text/TextFile.h"
 #include "text/Utf8.h"
 #include "xml/Records.h"
-#include "xml/TagIndex.h"
+#include "xml/StructuralIndex.h"
 
 namespace tavrel::bench {
 namespace {

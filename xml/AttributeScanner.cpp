@@ -3,8 +3,7 @@
 #include "xml/ByteScan.h"
 #include "xml/CDataSections.h"
 
-using namespace tavrel::xml;
-
+namespace tavrel::xml {
 namespace {
 
 // The searches below stop at the zero byte that ends the tag.
@@ -61,7 +60,7 @@ bool AttributeScanner::Scan(char* from, char* end) noexcept {
 }
 
 bool AttributeScanner::Append() noexcept {
-  TBXMLAttribute* attribute = document_.nextAvailableAttribute();
+  TBXMLAttribute* attribute = tree_.nextAvailableAttribute();
   if (attribute == nullptr) return false;
   (last_ == nullptr ? element_.firstAttribute : last_->next) = attribute;
   attribute->name = name_;
@@ -69,3 +68,5 @@ bool AttributeScanner::Append() noexcept {
   last_ = attribute;
   return true;
 }
+
+}  // namespace tavrel::xml

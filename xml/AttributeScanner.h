@@ -1,12 +1,14 @@
 // Reads the attributes of one start tag.
 #pragma once
 
-#include "xml/TBXML.h"
+#include "xml/DocumentTree.h"
+
+namespace tavrel::xml {
 
 class AttributeScanner {
  public:
-  AttributeScanner(TBXML& document, TBXMLElement& element) noexcept
-      : document_(document), element_(element) {}
+  AttributeScanner(DocumentTree& tree, TBXMLElement& element) noexcept
+      : tree_(tree), element_(element) {}
 
   // Scans the bytes from `from` up to and including the zero byte at `end`, and hangs a record for
   // each attribute with a quoted value on the element. A name that never gets a quoted value leaves
@@ -17,9 +19,11 @@ class AttributeScanner {
  private:
   [[nodiscard]] bool Append() noexcept;
 
-  TBXML& document_;
+  DocumentTree& tree_;
   TBXMLElement& element_;
   TBXMLAttribute* last_ = nullptr;
   char* name_ = nullptr;
   char* value_ = nullptr;
 };
+
+}  // namespace tavrel::xml

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cstring>
 #include <new>
 
@@ -6,8 +5,8 @@
 #include "system/Resources.h"
 #include "text/FileUrl.h"
 #include "text/PathNames.h"
-#include "text/TextFile.h"
 #include "xml/TBXML.h"
+#include "xml/TreeBuilder.h"
 
 using tavrel::system::ByteBuffer;
 
@@ -30,9 +29,14 @@ TBXML* TBXML::initWithURL(std::string_view url) {
   const std::optional<std::string> path = tavrel::text::PathOfFileUrl(url);
   const auto text = path ? tavrel::text::ReadFileText(path->c_str()) : tavrel::text::FileText{};
   if (text.block.address == nullptr) return initWithXMLString(std::nullopt);
+  return initWithFileText(text);
+}
+
+TBXML* TBXML::initWithFileText(const tavrel::text::FileText& text) noexcept {
+  init();
   buffer_ = text.block;
-  fields_.bytes = buffer_.address;
-  fields_.bytesLength = static_cast<std::ptrdiff_t>(text.length);
+  tree_.fields.bytes = buffer_.address;
+  tree_.fields.bytesLength = static_cast<std::ptrdiff_t>(text.length);
   decodeBytes(text.lengthToZero);
   return this;
 }
@@ -94,30 +98,23 @@ std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name,
 }
 
 void TBXML::dealloc() noexcept {
+  tree_.Release();
   tavrel::system::ReleaseBlock(buffer_);
-  records_.ReleaseAll();
-  tavrel::system::Release(fourthLevel_);
-  fourthLevel_ = nullptr;
-  fourthLevelCount_ = fourthLevelCapacity_ = 0;
-  fields_ = {};
 }
 
-void TBXML::noteFourthLevel(TBXMLElement* element) noexcept {
-  if (fourthLevelCount_ == fourthLevelCapacity_) {
-    const std::size_t grown = std::max<std::size_t>(64, fourthLevelCapacity_ * 2);
-    void* block = tavrel::system::Reallocate(fourthLevel_, grown * sizeof(TBXMLElement*));
-    if (block == nullptr) return;  // a hint the fewer
-    fourthLevel_ = static_cast<TBXMLElement**>(block);
-    fourthLevelCapacity_ = grown;
-  }
-  fourthLevel_[fourthLevelCount_++] = element;
+void TBXML::listElementsOfLevel(std::size_t level) noexcept {
+  tree_.listedLevel = level;
+}
+
+void TBXML::decodeBytes(std::size_t textLength) noexcept {
+  tavrel::xml::BuildTree(tree_, textLength);
 }
 
 void TBXML::decodeData(std::string_view data) noexcept {
   buffer_ = tavrel::system::AllocateBlock(data.size() + 1);
   if (buffer_.address == nullptr) return;
   if (!data.empty()) std::memcpy(buffer_.address, data.data(), data.size());
-  fields_.bytes = buffer_.address;
-  fields_.bytesLength = static_cast<std::ptrdiff_t>(data.size());
-  decodeBytes(strnlen(fields_.bytes, data.size()));
+  tree_.fields.bytes = buffer_.address;
+  tree_.fields.bytesLength = static_cast<std::ptrdiff_t>(data.size());
+  decodeBytes(strnlen(tree_.fields.bytes, data.size()));
 }

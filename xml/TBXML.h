@@ -15,8 +15,8 @@
 
 #include "system/ByteBuffer.h"
 #include "system/Memory.h"
-#include "system/ZeroedArena.h"
-#include "xml/RecordPool.h"
+#include "text/TextFile.h"
+#include "xml/DocumentTree.h"
 #include "xml/Records.h"
 
 class TBXML {
@@ -32,8 +32,10 @@ class TBXML {
   // Constructors. Each returns the document itself. An input that is none, missing or unreadable
   // gives a document with an empty tree. Initialising a document again releases what it held.
   TBXML* init() noexcept;
-  // A "file:" URL of a UTF-8 text. May throw std::bad_alloc.
+  // The text of a file that a "file:" URL leads to, in UTF-8. May throw std::bad_alloc.
   TBXML* initWithURL(std::string_view url);
+  // A text that was read before, and is there; the document takes its block over.
+  TBXML* initWithFileText(const tavrel::text::FileText& text) noexcept;
   TBXML* initWithXMLString(const std::optional<std::string>& string) noexcept;
   TBXML* initWithXMLData(const tavrel::system::ByteBuffer& data) noexcept;
   // A resource file of the application; one whose extension is "gz" is inflated. May throw
@@ -53,14 +55,18 @@ class TBXML {
                                                                std::string_view fileExtension);
 
   // The element of the first start tag, or none.
-  [[nodiscard]] TBXMLElement* rootXMLElement() const noexcept { return fields_.rootXMLElement; }
-  [[nodiscard]] const TBXMLFields& fields() const noexcept { return fields_; }
+  [[nodiscard]] TBXMLElement* rootXMLElement() const noexcept {
+    return tree_.fields.rootXMLElement;
+  }
+  [[nodiscard]] const TBXMLFields& fields() const noexcept { return tree_.fields; }
 
-  // The elements on the fourth level that have children, in the order of their end tags; in a
-  // library file, the dictionaries of its tracks. Only a hint on where to look soon: some or all
+  // Has the constructors list the elements of one level that have children: the root's level is 1,
+  // that of its children 2, and so on; 0, as at first, for none. For owners who will visit them all.
+  void listElementsOfLevel(std::size_t level) noexcept;
+  // These elements in the order of their end tags. Only a hint on where to look soon: some or all
   // may be missing.
-  [[nodiscard]] std::span<TBXMLElement* const> fourthLevel() const noexcept {
-    return {fourthLevel_, fourthLevelCount_};
+  [[nodiscard]] std::span<TBXMLElement* const> listedElements() const noexcept {
+    return tree_.listed.All();
   }
 
   // Class operations. Records must belong to a live document and must not be none. A missing name,
@@ -82,35 +88,12 @@ class TBXML {
       std::string_view name, const TBXMLElement* forElement);
 
  private:
-  friend class DocumentPass;
-  friend class AttributeScanner;
-
   // Copies the bytes into the document's own buffer and parses them.
   void decodeData(std::string_view data) noexcept;
-  // Runs the pass. textLength: where the text ends for it, at its first zero byte.
+  // textLength: where the text ends for the parser, at its first zero byte.
   void decodeBytes(std::size_t textLength) noexcept;
-
-  // A zero-filled record of the document's; none when memory is exhausted.
-  TBXMLElement* nextAvailableElement() noexcept {
-    TBXMLElement* element =
-        tavrel::xml::NextRecord(fields_.currentElementBuffer, fields_.currentElement,
-                                &TBXMLElementBuffer::elements, records_);
-    if (fields_.rootXMLElement == nullptr) fields_.rootXMLElement = element;
-    return element;
-  }
-  TBXMLAttribute* nextAvailableAttribute() noexcept {
-    return tavrel::xml::NextRecord(fields_.currentAttributeBuffer, fields_.currentAttribute,
-                                   &TBXMLAttributeBuffer::attributes, records_);
-  }
-
-  void noteFourthLevel(TBXMLElement* element) noexcept;
-
   void dealloc() noexcept;
 
-  TBXMLFields fields_ = {};
+  tavrel::xml::DocumentTree tree_;
   tavrel::system::ZeroedBlock buffer_;  // behind `bytes`
-  tavrel::system::ZeroedArena records_;
-  TBXMLElement** fourthLevel_ = nullptr;
-  std::size_t fourthLevelCount_ = 0;
-  std::size_t fourthLevelCapacity_ = 0;
 };

@@ -19,9 +19,8 @@
 #include "system/Files.h"
 #include "system/Memory.h"
 #include "text/TextFile.h"
-#include "xml/DocumentPass.h"
+#include "xml/StructuralIndex.h"
 #include "xml/TBXML.h"
-#include "xml/TagIndex.h"
 
 namespace {
 
@@ -99,13 +98,10 @@ Parts RunParts(const std::string& file) {
   parts.read = SecondsOf([&] { text = text::ReadFileText(file.c_str()); });
   if (text.block.address == nullptr) throw std::runtime_error("the library cannot read the file");
 
-  // A document without a text of its own: the pass asks for nothing but its records.
   TBXML* document = TBXML::alloc().release();
   if (document == nullptr) throw std::bad_alloc();
-  parts.pass = SecondsOf([&] {
-    DocumentPass(*document, text.block.address, text.block.address + text.lengthToZero)
-        .RunIndexed(tavrel::xml::BestInstructionSet());
-  });
+  document->listElementsOfLevel(4);  // as for every library file
+  parts.pass = SecondsOf([&] { document->initWithFileText(text); });
   g_pGlobal->document = document;
   parts.tracks = SecondsOf([] { CreateTrackArray(); });
   parts.playlists = SecondsOf([] { CreatePlaylistArray(); });

@@ -6,13 +6,13 @@
 #include "bench/ProcessorTime.h"
 #include "bench/Random.h"
 #include "bench/reference/LiteralPass.h"
-#include "xml/DocumentPass.h"
-#include "xml/TBXML.h"
+#include "xml/TreeBuilder.h"
 
 namespace tavrel::bench {
 namespace {
 
 using xml::InstructionSet;
+using xml::ParsingWay;
 
 Pass Literal() {
   const auto run = [](char* text, std::size_t) {
@@ -29,26 +29,26 @@ Pass Literal() {
   return {"literal form", run, summary};
 }
 
-void Build(TBXML& document, const PassChoice& choice, char* text, std::size_t length) {
-  DocumentPass pass(document, text, text + length);
-  if (choice.indexed) {
-    pass.RunIndexed(choice.set);
+void Build(xml::DocumentTree& tree, const ParsingWay& way, char* text, std::size_t length) {
+  xml::TreeBuilder builder(tree, text, text + length);
+  if (way.indexed) {
+    builder.BuildIndexed(way.set);
   } else {
-    pass.Run();
+    builder.Build();
   }
 }
 
-Pass Ours(std::string_view name, PassChoice choice) {
+Pass Ours(std::string_view name, ParsingWay way) {
   const auto run = [=](char* text, std::size_t length) {
-    TBXML document;
+    xml::DocumentTree tree;
     const double start = ProcessorTimeNow();
-    Build(document, choice, text, length);
+    Build(tree, way, text, length);
     return ProcessorTimeNow() - start;
   };
   const auto summary = [=](char* text, std::size_t length) {
-    TBXML document;
-    Build(document, choice, text, length);
-    TBXMLFields fields = document.fields();
+    xml::DocumentTree tree;
+    Build(tree, way, text, length);
+    TBXMLFields fields = tree.fields;
     fields.bytes = text;
     return reference::SummaryOf(fields);
   };

@@ -30,7 +30,7 @@ std::size_t ColumnOf(const char* key) noexcept {
 // the look.
 class Lookahead {
  public:
-  Lookahead() noexcept : dictionaries_(g_pGlobal->document->fourthLevel()) {}
+  Lookahead() noexcept : dictionaries_(g_pGlobal->document->listedElements()) {}
 
   void Advance() noexcept {
     if (next_ + kFar < dictionaries_.size()) PrefetchPairs(dictionaries_[next_ + kFar]);

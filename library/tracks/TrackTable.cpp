@@ -42,7 +42,7 @@ class Lookahead {
 void ReadTracks(const TBXMLElement* trackDictionary) noexcept {
   GlobalState& state = *g_pGlobal;
   tavrel::TableAppender<TrackRecord> table(state.tracks, state.trackCapacity, state.trackCount);
-  const std::span<TBXMLElement* const> dictionaries = state.document->fourthLevel();
+  const std::span<TBXMLElement* const> dictionaries = state.document->listedElements();
   tavrel::Private().trackRecords.Reserve(dictionaries.size() * sizeof(TrackRecord));
   Lookahead lookahead(dictionaries);
   const TBXMLElement* key = trackDictionary->firstChild;

@@ -10,24 +10,26 @@
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/Sequences.h"
 #include "unit/xml/TreeText.h"
-#include "xml/DocumentPass.h"
-#include "xml/TagIndex.h"
+#include "xml/StructuralIndex.h"
+#include "xml/TreeBuilder.h"
 
 using namespace tavrel::test;
+using tavrel::xml::ForceParsing;
+using tavrel::xml::ParsingWay;
 
 namespace {
 
-const std::vector<PassChoice>& AllPasses() {
+const std::vector<ParsingWay>& AllWays() {
   using tavrel::xml::InstructionSet;
-  static const std::vector<PassChoice> passes = [] {
-    std::vector<PassChoice> all = {{false, InstructionSet::kPlain}};
+  static const std::vector<ParsingWay> ways = [] {
+    std::vector<ParsingWay> all = {{false, InstructionSet::kPlain}};
     for (const InstructionSet set : {InstructionSet::kPlain, InstructionSet::kBaseline,
                                      InstructionSet::kAvx2, InstructionSet::kAvx512}) {
       if (tavrel::xml::IsSupported(set)) all.push_back({true, set});
     }
     return all;
   }();
-  return passes;
+  return ways;
 }
 
 // Compares what the records of two documents lead to: strings that stand at the same place and hold
@@ -85,14 +87,14 @@ void ExpectSame(std::string_view text) {
   std::string bytes(text);
   tavrel::reference::LiteralPass literal;
   literal.Run(bytes.data());
-  for (const PassChoice& choice : AllPasses()) {
-    ForcePass(choice);
+  for (const ParsingWay& way : AllWays()) {
+    ForceParsing(way);
     const auto document = Parse(text);
     ASSERT_EQ(Comparison(document->fields(), literal.fields()).Difference(), "")
-        << (choice.indexed ? "indexed: " : "plain: ") << testing::PrintToString(std::string(text));
+        << (way.indexed ? "indexed: " : "plain: ") << testing::PrintToString(std::string(text));
     ASSERT_EQ(document->fields().bytesLength, static_cast<std::ptrdiff_t>(text.size()));
   }
-  ForcePass(std::nullopt);
+  ForceParsing(std::nullopt);
 }
 
 // The same in the middle of other tags, far enough from the end for the index to be used.

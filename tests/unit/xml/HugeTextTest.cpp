@@ -13,7 +13,7 @@
 #include "unit/support/Sanitizers.h"
 #include "unit/support/TemporaryFolder.h"
 #include "unit/xml/TreeText.h"
-#include "xml/DocumentPass.h"
+#include "xml/TreeBuilder.h"
 
 namespace {
 
@@ -78,9 +78,9 @@ TEST(HugeText, IsParsedBeyondFourGigabytes) {
   std::memcpy(huge.text(), "<r>", 3);
   std::memcpy(end - ending.size(), ending.c_str(), ending.size() + 1);
 
-  TBXML document;
-  DocumentPass(document, huge.text(), end).RunIndexed(tavrel::xml::BestInstructionSet());
-  const auto elements = tavrel::test::ElementsOf(document);
+  tavrel::xml::DocumentTree tree;
+  tavrel::xml::TreeBuilder(tree, huge.text(), end).BuildIndexed(tavrel::xml::BestInstructionSet());
+  const auto elements = tavrel::test::ElementsOf(tree.fields);
   ASSERT_EQ(elements.size(), 6u);
   const TBXMLElement* root = elements[0];
   EXPECT_STREQ(root->name, "r");

@@ -1,4 +1,4 @@
-// Every way to run the pass builds the tree of the plain one.
+// Every way to parse builds the tree of the plain one.
 #include <gtest/gtest.h>
 #if defined(__linux__)
 #include <sys/prctl.h>
@@ -12,14 +12,16 @@
 #include <string_view>
 #include <vector>
 
-#include "xml/DocumentPass.h"
+#include "xml/StructuralIndex.h"
 #include "xml/TBXML.h"
-#include "xml/TagIndex.h"
+#include "xml/TreeBuilder.h"
 
 namespace {
 
+using tavrel::xml::ForceParsing;
 using tavrel::xml::IndexFunctionOf;
 using tavrel::xml::InstructionSet;
+using tavrel::xml::ParsingWay;
 
 std::vector<InstructionSet> SupportedSets() {
   std::vector<InstructionSet> sets;
@@ -67,11 +69,11 @@ std::string Dump(const TBXML& document) {
   return dump;
 }
 
-std::string DumpOf(const std::string& text, PassChoice choice) {
-  ForcePass(choice);
+std::string DumpOf(const std::string& text, ParsingWay way) {
+  ForceParsing(way);
   TBXML document;
   document.initWithXMLString(text);
-  ForcePass(std::nullopt);
+  ForceParsing(std::nullopt);
   return Dump(document);
 }
 
@@ -95,7 +97,7 @@ std::string RandomDocument(std::mt19937_64& random, std::size_t pieces, bool mos
   return text;
 }
 
-TEST(TagIndex, EverySetFindsTheSamePositions) {
+TEST(StructuralIndex, EverySetFindsTheSamePositions) {
   std::mt19937_64 random(1);
   for (int round = 0; round < 400; ++round) {
     std::string text(random() % 300, ' ');
@@ -108,7 +110,7 @@ TEST(TagIndex, EverySetFindsTheSamePositions) {
   }
 }
 
-TEST(TagIndex, ABlockOfNothingButTagsFitsIntoTheList) {
+TEST(StructuralIndex, ABlockOfNothingButTagsFitsIntoTheList) {
   const std::string text(20000, '<');
   for (const InstructionSet set : SupportedSets()) {
     const std::string dump = DumpOf("<r>" + text, {true, set});
@@ -116,7 +118,7 @@ TEST(TagIndex, ABlockOfNothingButTagsFitsIntoTheList) {
   }
 }
 
-TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPass) {
+TEST(TreeBuilder, EverySetBuildsThePlainTree) {
   std::mt19937_64 random(2);
   for (int round = 0; round < 3000; ++round) {
     const std::string text = RandomDocument(random, 1 + random() % 60, round % 2 == 0);
@@ -127,7 +129,7 @@ TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPass) {
   }
 }
 
-TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPassOverManyBlocks) {
+TEST(TreeBuilder, EverySetBuildsThePlainTreeOverManyBlocks) {
   std::mt19937_64 random(3);
   for (int round = 0; round < 40; ++round) {
     std::string text = RandomDocument(random, 4000, true);
@@ -141,30 +143,57 @@ TEST(DocumentPass, EverySetBuildsTheTreeOfThePlainPassOverManyBlocks) {
 }
 
 // Leaves do not count, wherever in a chunk of records they stand.
-TEST(InstructionSets, AllHintAtTheSameDictionaries) {
+TEST(InstructionSets, AllListTheSameDictionaries) {
   std::string text = "<plist><dict><dict>";
   for (int i = 0; i < 500; ++i) text += "<key>1</key><dict><key>Name</key><true/></dict>";
   text += "</dict></dict></plist>";
-  std::vector<PassChoice> choices = {{false, InstructionSet::kPlain}};
-  for (const InstructionSet set : SupportedSets()) choices.push_back({true, set});
-  for (const PassChoice choice : choices) {
-    ForcePass(choice);
+  std::vector<ParsingWay> ways = {{false, InstructionSet::kPlain}};
+  for (const InstructionSet set : SupportedSets()) ways.push_back({true, set});
+  for (const ParsingWay way : ways) {
+    ForceParsing(way);
     TBXML document;
+    document.listElementsOfLevel(4);
     document.initWithXMLString(text);
-    ForcePass(std::nullopt);
+    ForceParsing(std::nullopt);
     std::vector<const TBXMLElement*> dictionaries;
     const TBXMLElement* tracks = document.rootXMLElement()->firstChild->firstChild;
     for (const TBXMLElement* key = tracks->firstChild; key != nullptr;) {
       dictionaries.push_back(key->nextSibling);
       key = key->nextSibling->nextSibling;
     }
-    const auto hints = document.fourthLevel();
-    EXPECT_TRUE(std::equal(hints.begin(), hints.end(), dictionaries.begin(), dictionaries.end()));
+    const auto listed = document.listedElements();
+    EXPECT_TRUE(std::equal(listed.begin(), listed.end(), dictionaries.begin(), dictionaries.end()));
   }
 }
 
+TEST(ListedElements, AreThoseOfTheWantedLevelThatHaveChildren) {
+  const std::string text = "<a><b><c/></b><b/><b>x</b><b><c>y</c></b></a>";
+  const std::vector<std::vector<std::string>> expected = {{}, {"a"}, {"b", "b"}, {}, {}};
+  for (std::size_t level = 0; level < expected.size(); ++level) {
+    TBXML document;
+    document.listElementsOfLevel(level);
+    document.initWithXMLString(text);
+    std::vector<std::string> names;
+    for (const TBXMLElement* element : document.listedElements()) names.push_back(element->name);
+    EXPECT_EQ(names, expected[level]) << level;
+  }
+}
+
+TEST(ListedElements, AreThoseOfTheLastTextAndNoneUnlessAskedFor) {
+  TBXML document;
+  document.initWithXMLString("<a><b/></a>");
+  EXPECT_TRUE(document.listedElements().empty());
+  document.listElementsOfLevel(1);
+  document.init();
+  document.initWithXMLString("<a><b/></a>");
+  ASSERT_EQ(document.listedElements().size(), 1u);
+  EXPECT_EQ(document.listedElements()[0], document.rootXMLElement());
+  document.initWithXMLString("<a/>");
+  EXPECT_TRUE(document.listedElements().empty());
+}
+
 #if defined(__linux__)
-TEST(DocumentPass, BuildsTheSameTreeWhereHugePagesAreRefused) {
+TEST(TreeBuilder, BuildsTheSameTreeWhereHugePagesAreRefused) {
   std::mt19937_64 random(4);
   const std::string text = "<r>" + RandomDocument(random, 400000, true);
   ASSERT_GT(text.size(), std::size_t{4} << 20);  // several huge pages

@@ -12,19 +12,21 @@
 #include "system/Memory.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/TreeText.h"
-#include "xml/DocumentPass.h"
+#include "xml/TreeBuilder.h"
 
 namespace faults = tavrel::system::faults;
 using tavrel::test::ElementsOf;
 using tavrel::test::Parse;
 using tavrel::test::TreeOf;
+using tavrel::xml::ForceParsing;
 using tavrel::xml::InstructionSet;
+using tavrel::xml::ParsingWay;
 
 namespace {
 
-// The pass reads its text in these two ways; which instructions the index uses does not matter.
-constexpr PassChoice kPlain = {false, InstructionSet::kPlain};
-constexpr PassChoice kIndexed = {true, InstructionSet::kPlain};
+// The parser reads its text in these two ways; which instructions the index uses does not matter.
+constexpr ParsingWay kPlain = {false, InstructionSet::kPlain};
+constexpr ParsingWay kIndexed = {true, InstructionSet::kPlain};
 
 constexpr TBXMLElement kZero = {};
 
@@ -210,14 +212,14 @@ TEST(RecordPool, BothWaysToReadATextEndAtTheSameRecordWhenMemoryIsExhausted) {
     bool complete = false;
     for (int successes = 0; !complete; ++successes) {
       std::vector<std::string> trees;
-      for (const PassChoice choice : {kPlain, kIndexed}) {
-        ForcePass(choice);
+      for (const ParsingWay way : {kPlain, kIndexed}) {
+        ForceParsing(way);
         faults::FailAfter(successes, false);
         TBXML document;
         document.initWithXMLString(text);
         complete = faults::Asked() <= successes;
         faults::Stop();
-        ForcePass(std::nullopt);
+        ForceParsing(std::nullopt);
         trees.push_back(TreeOf(document.rootXMLElement()));
       }
       EXPECT_TRUE(trees[0] == trees[1]) << attributes << " attributes, allocation " << successes;
@@ -228,7 +230,7 @@ TEST(RecordPool, BothWaysToReadATextEndAtTheSameRecordWhenMemoryIsExhausted) {
 
 // Runs of leaves are written before their records count as handed out.
 TEST(RecordPool, RecordsThatAreNotHandedOutYetAreZero) {
-  ForcePass(kIndexed);
+  ForceParsing(kIndexed);
   // What follows the leaves is no element, and long enough to be read through the index.
   for (int leaves = 0; leaves < 250; ++leaves) {
     const auto document = Parse(Repeated("<r>", "<k>v</k>", leaves, "<?a?><?b?><?c?><?d?><?e?>"));
@@ -239,7 +241,7 @@ TEST(RecordPool, RecordsThatAreNotHandedOutYetAreZero) {
       ASSERT_EQ(std::memcmp(&unused, &kZero, sizeof unused), 0) << leaves;
     }
   }
-  ForcePass(std::nullopt);
+  ForceParsing(std::nullopt);
 }
 
 #if defined(__linux__)

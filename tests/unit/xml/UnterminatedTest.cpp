@@ -9,8 +9,8 @@
 #include "unit/support/GuardedPages.h"
 #include "unit/xml/TreeText.h"
 #include "xml/CDataSections.h"
-#include "xml/DocumentPass.h"
-#include "xml/TagIndex.h"
+#include "xml/StructuralIndex.h"
+#include "xml/TreeBuilder.h"
 
 using tavrel::test::ElementsOf;
 using tavrel::test::GuardedPages;
@@ -31,14 +31,14 @@ void ExpectEndsThePass(const std::string& ending) {
 
 // Parses a text that stands at `bytes`.
 void ParseInPlace(char* bytes, std::size_t length, std::optional<InstructionSet> index) {
-  TBXML document;
-  DocumentPass pass(document, bytes, bytes + length);
+  tavrel::xml::DocumentTree tree;
+  tavrel::xml::TreeBuilder builder(tree, bytes, bytes + length);
   if (index) {
-    pass.RunIndexed(*index);
+    builder.BuildIndexed(*index);
   } else {
-    pass.Run();
+    builder.Build();
   }
-  for (const TBXMLElement* element : ElementsOf(document)) {
+  for (const TBXMLElement* element : ElementsOf(tree.fields)) {
     EXPECT_LE(element->name, bytes + length);
     EXPECT_LE(element->text, bytes + length);
   }

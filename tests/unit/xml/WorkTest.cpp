@@ -13,7 +13,7 @@
 #include "unit/xml/HostileTexts.h"
 #include "unit/xml/TreeText.h"
 #include "xml/CDataSections.h"
-#include "xml/DocumentPass.h"
+#include "xml/TreeBuilder.h"
 
 namespace {
 
@@ -98,12 +98,12 @@ double WorkPerByte(const std::string& value) {
 
 class Work : public testing::TestWithParam<HostileText> {
  protected:
-  ~Work() override { ForcePass(std::nullopt); }
+  ~Work() override { tavrel::xml::ForceParsing(std::nullopt); }
 
   static void ForEachPass(void (*body)(const HostileText&)) {
-    ForcePass(PassChoice{false, tavrel::xml::InstructionSet::kPlain});
+    tavrel::xml::ForceParsing({{false, tavrel::xml::InstructionSet::kPlain}});
     body(GetParam());
-    ForcePass(PassChoice{true, tavrel::xml::BestInstructionSet()});
+    tavrel::xml::ForceParsing({{true, tavrel::xml::BestInstructionSet()}});
     body(GetParam());
   }
 };

@@ -1,4 +1,4 @@
-#include "xml/DocumentPass.h"
+#include "xml/TreeBuilder.h"
 
 #include <algorithm>
 #include <array>
@@ -8,11 +8,10 @@
 #include "xml/ByteScan.h"
 #include "xml/CDataSections.h"
 
-using namespace tavrel::xml;
-
+namespace tavrel::xml {
 namespace {
 
-constinit std::optional<PassChoice> forcedPass;
+constinit std::optional<ParsingWay> forcedWay;
 
 char* FirstOf(char* from, char a, char b) noexcept {
   while (*from != a && *from != b && *from != '\0') ++from;
@@ -54,34 +53,76 @@ bool IsPlainTag(const char* open, std::size_t length) noexcept {
   return (differing & EightBytes(kComparedBits[length].data())) == 0;
 }
 
+// An element that has no attributes, no children and nothing else special about it, as the next
+// four marks of the index show it:
+//
+//     <integer>1437</integer>
+//     ^       ^    ^        ^
+//     open    |    textEnd  close
+//             nameEnd
+struct Leaf {
+  static constexpr std::ptrdiff_t kMarks = 4;
+
+  Leaf(char* text, const std::uint32_t* marks) noexcept
+      : open(text + marks[0]),
+        nameEnd(text + marks[1]),
+        textEnd(text + marks[2]),
+        close(text + marks[3]) {}
+
+  // With no blank at either end of the text there is nothing to trim. (An empty text shows the
+  // bytes of its tags.)
+  [[nodiscard]] bool IsThere() const noexcept {
+    return *nameEnd == '>' && std::memcmp(textEnd, "</", 2) == 0 && *close == '>' &&
+           static_cast<unsigned char>(nameEnd[1]) > ' ' &&
+           static_cast<unsigned char>(textEnd[-1]) > ' ' &&
+           IsPlainTag(open, static_cast<std::size_t>(nameEnd - open) - 1);
+  }
+  void EndTexts() const noexcept { *open = *nameEnd = *textEnd = *close = '\0'; }
+
+  char* open;
+  char* nameEnd;
+  char* textEnd;
+  char* close;
+};
+
+// Hangs the siblings from `first` to `last`, which are linked among themselves, on `parent`.
+void AppendChildren(TBXMLElement* parent, TBXMLElement* first, TBXMLElement* last) noexcept {
+  TBXMLElement* const previous = parent->currentChild;
+  (previous == nullptr ? parent->firstChild : previous->nextSibling) = first;
+  first->previousSibling = previous;
+  first->parentElement = parent;
+  last->nextSibling = nullptr;
+  parent->currentChild = last;
+}
+
 }  // namespace
 
-void TBXML::decodeBytes(std::size_t textLength) noexcept {
-  if (fields_.bytes == nullptr) return;
-  DocumentPass pass(*this, fields_.bytes, fields_.bytes + textLength);
-  const PassChoice choice = forcedPass ? *forcedPass : PassChoice{true, BestInstructionSet()};
-  if (choice.indexed) {
-    pass.RunIndexed(choice.set);
+void ForceParsing(std::optional<ParsingWay> way) noexcept {
+  forcedWay = way;
+}
+
+void BuildTree(DocumentTree& tree, std::size_t textLength) noexcept {
+  char* text = tree.fields.bytes;
+  TreeBuilder builder(tree, text, text + textLength);
+  const ParsingWay way = forcedWay ? *forcedWay : ParsingWay{true, BestInstructionSet()};
+  if (way.indexed) {
+    builder.BuildIndexed(way.set);
   } else {
-    pass.Run();
+    builder.Build();
   }
 }
 
-void ForcePass(std::optional<PassChoice> choice) noexcept {
-  forcedPass = choice;
-}
-
-void DocumentPass::Run() noexcept {
+void TreeBuilder::Build() noexcept {
   char* open = nullptr;
   do {
     open = FindByte(position_, end_, '<');
-  } while (open != nullptr && Step(open, nullptr));
+  } while (open != nullptr && TakeMarkup(open, nullptr));
 }
 
-void DocumentPass::RunIndexed(InstructionSet set) noexcept {
-  if (static_cast<std::size_t>(end_ - text_) > TagIndex::kLongest) return Run();
-  TagIndex index(text_, end_, set);
-  while (index.Has(TagIndex::kMostAhead)) {
+void TreeBuilder::BuildIndexed(InstructionSet set) noexcept {
+  if (static_cast<std::size_t>(end_ - text_) > StructuralIndex::kLongest) return Build();
+  StructuralIndex index(text_, end_, set);
+  while (index.Has(StructuralIndex::kMostAhead)) {
     TakeLeaves(index);
     if (index.Left() < 2) continue;
     const std::uint32_t* marks = index.Next();
@@ -89,19 +130,21 @@ void DocumentPass::RunIndexed(InstructionSet set) noexcept {
     if (*open == '>') {  // in character data
       index.Skip(1);
     } else {
-      if (!Step(open, text_ + marks[1])) return;
+      if (!TakeMarkup(open, text_ + marks[1])) return;
       index.SkipTo(static_cast<std::size_t>(position_ - text_));
     }
   }
-  Run();  // what is left holds too few
+  Build();  // what is left holds too few
 }
 
+// Handles as many leaves as come next, while the index and the newest chunk last; perhaps none.
+//
 // Everything is kept in variables of its own on the way: the zero bytes might be written anywhere,
 // for all the compiler knows, and would make it read members again and again.
-void DocumentPass::TakeLeaves(TagIndex& index) noexcept {
+void TreeBuilder::TakeLeaves(StructuralIndex& index) noexcept {
   TBXMLElement* const parent = openElement_;
   if (parent == nullptr) return;
-  TBXMLFields& fields = document_.fields_;
+  TBXMLFields& fields = tree_.fields;
   TBXMLElement* const chunk = fields.currentElementBuffer->elements;
   TBXMLElement* const first = chunk + fields.currentElement + 1;
   TBXMLElement* element = first;
@@ -109,44 +152,30 @@ void DocumentPass::TakeLeaves(TagIndex& index) noexcept {
   char* const text = text_;
   const std::uint32_t* marks = index.Next();
   // As many as the index shows as a whole and the chunk has records for.
-  const auto most = std::min(index.Left() / 4 - 1, chunk + kRecordsPerChunk - first);
-  for (TBXMLElement* const end = first + most; element < end; ++element, marks += 4) {
-    char* const open = text + marks[0];
-    char* const nameEnd = text + marks[1];
-    char* const textEnd = text + marks[2];
-    char* const close = text + marks[3];
-    // With no blank at either end of the text there is nothing to trim. (An empty text shows the
-    // bytes of its tags.)
-    if (*nameEnd != '>' || std::memcmp(textEnd, "</", 2) != 0 || *close != '>' ||
-        static_cast<unsigned char>(nameEnd[1]) <= ' ' ||
-        static_cast<unsigned char>(textEnd[-1]) <= ' ' ||
-        !IsPlainTag(open, marks[1] - marks[0] - 1)) {
-      break;
-    }
+  const auto most = std::min(index.Left() / Leaf::kMarks - 1, chunk + kRecordsPerChunk - first);
+  for (TBXMLElement* const end = first + most; element < end; ++element, marks += Leaf::kMarks) {
+    const Leaf leaf(text, marks);
+    if (!leaf.IsThere()) break;
     __builtin_prefetch(element + 16, 1);  // a kilobyte ahead, to be written
-    element->name = open + 1;
-    element->text = nameEnd + 1;
+    element->name = leaf.open + 1;
+    element->text = leaf.nameEnd + 1;
     element->parentElement = parent;
-    // Siblings stand side by side; not so the first and the last one, which are seen to below.
+    // Siblings stand side by side; not so the first and the last one, which AppendChildren() sees to.
     element->nextSibling = element + 1;
     element->previousSibling = element - 1;
-    *open = *nameEnd = *textEnd = *close = '\0';
+    leaf.EndTexts();
   }
   if (element == first) return;
 
   TBXMLElement* const last = element - 1;
-  TBXMLElement* const previous = parent->currentChild;
-  (previous == nullptr ? parent->firstChild : previous->nextSibling) = first;
-  first->previousSibling = previous;
-  last->nextSibling = nullptr;
-  parent->currentChild = last;
+  AppendChildren(parent, first, last);
   parent->text = nullptr;  // as for every parent of an element that a tag closes
   fields.currentElement = last - chunk;
   position_ = text + marks[-1] + 1;
   index.Skip(static_cast<std::size_t>(marks - index.Next()));
 }
 
-bool DocumentPass::Step(char* open, char* nextMark) noexcept {
+bool TreeBuilder::TakeMarkup(char* open, char* nextMark) noexcept {
   if (open[1] == '!') {
     if (StartsWith(open, end_, kCommentOpener)) return SkipComment(open);
     if (StartsWith(open, end_, kSectionOpener)) return TakeSections(open);
@@ -171,14 +200,14 @@ bool DocumentPass::Step(char* open, char* nextMark) noexcept {
 
 // The comment's '<' stays: inside character data, a comment is part of the text. This is
 // deliberate.
-bool DocumentPass::SkipComment(char* open) noexcept {
+bool TreeBuilder::SkipComment(char* open) noexcept {
   char* commentEnd = FindNearText(open, end_, kCommentEnd);
   if (commentEnd == nullptr) return false;
   position_ = commentEnd + kCommentEnd.size();
   return true;
 }
 
-bool DocumentPass::TakeSections(char* open) noexcept {
+bool TreeBuilder::TakeSections(char* open) noexcept {
   char* nextTag = JoinSections(open, end_);
   if (nextTag == nullptr) return false;
   position_ = nextTag;
@@ -187,7 +216,7 @@ bool DocumentPass::TakeSections(char* open) noexcept {
 
 // The '>' of the tag, or the '<' that ends it too; one that opens a CDATA section, in an attribute
 // value, does not. Null when there is neither before the text ends.
-char* DocumentPass::FindTagEnd(char* from) noexcept {
+char* TreeBuilder::FindTagEnd(char* from) noexcept {
   char* close = FirstOf(from, '<', '>');
   while (*close == '<' && StartsWith(close, end_, kSectionOpener)) {
     char* sectionEnd = FindNearText(close + kSectionOpener.size(), end_, kSectionEnd);
@@ -198,28 +227,29 @@ char* DocumentPass::FindTagEnd(char* from) noexcept {
 }
 
 // The closing tag's name is never read: it closes the open element, whatever it names.
-void DocumentPass::CloseElement() noexcept {
+void TreeBuilder::CloseElement() noexcept {
   TBXMLElement* element = openElement_;
   if (element == nullptr) return;
   if (element->text != nullptr) TrimText(*element);
-  if (depth_-- == 4 && element->firstChild != nullptr) document_.noteFourthLevel(element);
+  if (depth_-- == tree_.listedLevel && element->firstChild != nullptr) tree_.listed.Append(element);
   openElement_ = element->parentElement;
   if (openElement_ != nullptr && openElement_->firstChild != nullptr) openElement_->text = nullptr;
 }
 
-bool DocumentPass::OpenElement(char* open, char* close) noexcept {
+bool TreeBuilder::OpenElement(char* open, char* close) noexcept {
   const bool empty = close[-1] == '/';
-  TBXMLElement* element = document_.nextAvailableElement();
+  TBXMLElement* element = tree_.nextAvailableElement();
   if (element == nullptr) return false;
   element->name = open + 1;
-  AppendToOpenElement(element);
+  // An element that starts when none is open stays unattached.
+  if (openElement_ != nullptr) AppendChildren(openElement_, element, element);
 
   // Only a blank or a '/' ends the name: a tab or line break behind it stays part of it, as
   // required.
   char* nameEnd = FirstOf(open + 1, ' ', '/');
   if (nameEnd != close) {
     *nameEnd = '\0';
-    if (!AttributeScanner(document_, *element).Scan(nameEnd + 1, close)) return false;
+    if (!AttributeScanner(tree_, *element).Scan(nameEnd + 1, close)) return false;
   }
   if (empty) return true;
   openElement_ = element;
@@ -228,16 +258,4 @@ bool DocumentPass::OpenElement(char* open, char* close) noexcept {
   return true;
 }
 
-// An element that starts when none is open stays unattached.
-void DocumentPass::AppendToOpenElement(TBXMLElement* element) noexcept {
-  if (openElement_ == nullptr) return;
-  TBXMLElement* previous = openElement_->currentChild;
-  if (previous != nullptr) {
-    previous->nextSibling = element;
-    element->previousSibling = previous;
-  } else {
-    openElement_->firstChild = element;
-  }
-  openElement_->currentChild = element;
-  element->parentElement = openElement_;
-}
+}  // namespace tavrel::xml

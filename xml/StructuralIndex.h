@@ -26,9 +26,9 @@ inline constexpr std::size_t kIndexSlack = 64;
 
 // The positions of a text that is indexed as reading goes on. Bytes in front of the next position
 // may be changed at any time, but no '<' or '>' may appear there.
-class TagIndex {
+class StructuralIndex {
  public:
-  TagIndex(const char* text, const char* end, InstructionSet set) noexcept
+  StructuralIndex(const char* text, const char* end, InstructionSet set) noexcept
       : text_(text), length_(static_cast<std::size_t>(end - text)), index_(IndexFunctionOf(set)) {}
 
   // Whether that many positions are left, up to kMostAhead; indexes further as needed.

@@ -1,4 +1,4 @@
-#include "xml/TagIndex.h"
+#include "xml/StructuralIndex.h"
 
 #include <algorithm>
 #include <array>
@@ -269,7 +269,7 @@ IndexFunction IndexFunctionOf(InstructionSet set) noexcept {
   }
 }
 
-bool TagIndex::Fill(std::size_t count) noexcept {
+bool StructuralIndex::Fill(std::size_t count) noexcept {
   auto left = static_cast<std::size_t>(last_ - next_);
   std::memmove(positions_, next_, left * sizeof *next_);
   while (left < count && indexed_ < length_) {
@@ -283,7 +283,7 @@ bool TagIndex::Fill(std::size_t count) noexcept {
   return left >= count;
 }
 
-void TagIndex::SkipTo(std::size_t position) noexcept {
+void StructuralIndex::SkipTo(std::size_t position) noexcept {
   while (next_ < last_ && *next_ < position) ++next_;
   // A long jump leaves the bytes in between unindexed.
   if (next_ == last_) indexed_ = std::max(indexed_, std::min(position, length_));
