@@ -4,10 +4,10 @@
 #include <optional>
 #include <utility>
 
-#include "bench/Random.h"
 #include "bench/codecs/CodecGroups.h"
 #include "bench/codecs/Measuring.h"
 #include "bench/codecs/Peers.h"
+#include "bench/support/Random.h"
 #include "codecs/Base64.h"
 #include "codecs/Base64Coding.h"
 

@@ -7,12 +7,12 @@
 #include <string_view>
 #include <vector>
 
-#include "bench/ChildRun.h"
 #include "bench/hostile/Families.h"
 #include "bench/hostile/Parsers.h"
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
+#include "bench/support/ChildRun.h"
 
 namespace {
 

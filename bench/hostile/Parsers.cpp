@@ -1,6 +1,6 @@
 #include "bench/hostile/Parsers.h"
 
-#include "bench/ProcessorTime.h"
+#include "bench/support/Clocks.h"
 #include "xml/TBXML.h"
 
 #if defined(TAVREL_HAS_PUGIXML)

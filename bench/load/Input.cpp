@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "bench/load/WholeFile.h"
+#include "bench/support/WholeFile.h"
 
 namespace tavrel::bench {
 namespace {

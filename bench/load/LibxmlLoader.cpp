@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "bench/load/Programs.h"
+#include "bench/load/Loaders.h"
 
 namespace tavrel::bench {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "bench/ChildRun.h"
+#include "bench/support/ChildRun.h"
 
 namespace tavrel::bench {
 namespace {

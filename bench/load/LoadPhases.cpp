@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "agent/Implementations.h"
-#include "bench/ChildRun.h"
-#include "bench/TemporaryHome.h"
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
+#include "bench/support/ChildRun.h"
+#include "bench/support/LinkedHome.h"
 #include "system/Files.h"
 #include "system/Memory.h"
 #include "text/TextFile.h"
@@ -111,7 +111,7 @@ Parts RunParts(const std::string& file) {
 }
 
 Whole RunWhole(const std::string& file) {
-  const TemporaryHome home(file);
+  const LinkedHome home(file);
   setenv("HOME", home.Path().c_str(), 1);
   Whole whole{};
   whole.load = SecondsOf([] { AgentInitializerImp(); });

@@ -4,7 +4,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "bench/load/Programs.h"
+#include "bench/load/Loaders.h"
 
 namespace tavrel::bench {
 namespace {

@@ -4,8 +4,8 @@
 #include <stdexcept>
 
 #include "bench/load/HugeRegions.h"
-#include "bench/load/Programs.h"
-#include "bench/load/WholeFile.h"
+#include "bench/load/Loaders.h"
+#include "bench/support/WholeFile.h"
 
 namespace tavrel::bench {
 namespace {

@@ -2,8 +2,8 @@
 #include <rapidxml/rapidxml.hpp>
 #include <stdexcept>
 
-#include "bench/load/Programs.h"
-#include "bench/load/WholeFile.h"
+#include "bench/load/Loaders.h"
+#include "bench/support/WholeFile.h"
 
 namespace tavrel::bench {
 namespace {

@@ -7,8 +7,8 @@
 #include <stdexcept>
 #include <utility>
 
-#include "bench/ChildRun.h"
-#include "bench/Random.h"
+#include "bench/support/ChildRun.h"
+#include "bench/support/Random.h"
 
 namespace tavrel::bench {
 namespace {

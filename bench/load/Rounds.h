@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "bench/load/Input.h"
-#include "bench/load/Programs.h"
+#include "bench/load/Loaders.h"
 #include "bench/report/Series.h"
 
 namespace tavrel::bench {

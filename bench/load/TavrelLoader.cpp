@@ -3,8 +3,8 @@
 
 #include <stdexcept>
 
-#include "bench/TemporaryHome.h"
-#include "bench/load/Programs.h"
+#include "bench/load/Loaders.h"
+#include "bench/support/LinkedHome.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {
@@ -18,7 +18,7 @@ Function* FindFunction(void* library, const char* name) {
 }
 
 LoadFigures Load(const std::string& library, const std::string& file) {
-  const TemporaryHome home(file);
+  const LinkedHome home(file);
   setenv("HOME", home.Path().c_str(), 1);
   LoadMeter meter;
   void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);

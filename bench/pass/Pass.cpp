@@ -12,13 +12,13 @@
 #include <utility>
 #include <vector>
 
-#include "bench/Random.h"
 #include "bench/pass/Passes.h"
 #include "bench/pass/Peers.h"
 #include "bench/pass/ResidentMemory.h"
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
+#include "bench/support/Random.h"
 #include "system/Memory.h"
 
 namespace {

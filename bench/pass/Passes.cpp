@@ -3,9 +3,9 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "bench/ProcessorTime.h"
-#include "bench/Random.h"
-#include "bench/reference/LiteralPass.h"
+#include "bench/support/Clocks.h"
+#include "bench/support/Random.h"
+#include "tests/reference/LiteralPass.h"
 #include "xml/TreeBuilder.h"
 
 namespace tavrel::bench {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bench/reference/TreeHash.h"
+#include "tests/reference/TreeHash.h"
 
 namespace tavrel::bench {
 

@@ -3,7 +3,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "bench/ProcessorTime.h"
+#include "bench/support/Clocks.h"
 #include "system/Memory.h"
 
 #if defined(TAVREL_HAS_PUGIXML)

@@ -9,13 +9,13 @@
 #include <stdexcept>
 #include <string>
 
-#include "bench/ChildRun.h"
-#include "bench/Random.h"
-#include "bench/TemporaryHome.h"
 #include "bench/report/Machine.h"
 #include "bench/report/Program.h"
 #include "bench/report/Report.h"
 #include "bench/startup/SharedObject.h"
+#include "bench/support/ChildRun.h"
+#include "bench/support/LinkedHome.h"
+#include "bench/support/Random.h"
 
 namespace {
 
@@ -50,7 +50,7 @@ double RunProbe(const char* command) {
 constexpr char kAsk[] = "exec \"$TAVREL_PROBE\" \"$TAVREL_OBJECT\"";
 constexpr char kFloor[] = "exec \"$TAVREL_PROBE\" \"$TAVREL_FLOOR\" \"$TAVREL_FILE\"";
 
-void SetVariables(const Options& options, const TemporaryHome& home) {
+void SetVariables(const Options& options, const LinkedHome& home) {
   setenv("TAVREL_PROBE", TAVREL_PROBE_FILE, 1);
   setenv("TAVREL_OBJECT", options.library.c_str(), 1);
   setenv("TAVREL_FLOOR", TAVREL_FLOOR_FILE, 1);
@@ -75,7 +75,7 @@ void AddFacts(const Options& options, Report& report) {
 void Measure(const Options& options) {
   Report report("startup");
   AddFacts(options, report);
-  const TemporaryHome home(options.file);
+  const LinkedHome home(options.file);
   SetVariables(options, home);
   RunProbe(kAsk);
   RunProbe(kFloor);

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "bench/reference/LiteralPass.h"
+#include "tests/reference/LiteralPass.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/Sequences.h"

@@ -1,0 +1,105 @@
+// generate_library: writes a library file of any size, the same one for the same arguments.
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <system_error>
+
+#include "bench/generator/GeneratedPlaylists.h"
+#include "bench/generator/GeneratedTracks.h"
+#include "bench/generator/OutputFile.h"
+#include "bench/generator/PlistWriter.h"
+#include "bench/support/Random.h"
+
+namespace {
+
+using namespace tavrel::bench;
+
+constexpr std::uint32_t mostTracks = 10'000'000;
+constexpr std::uint64_t libraryFamily = 7;
+
+constexpr char footer[] =
+    "The same arguments give the same bytes on every machine.\n"
+    "\n"
+    "Examples:\n"
+    "  generate_library --tracks 100000 -o library.xml\n"
+    "  generate_library --tracks 10000 --seed 7 -o - | gzip > library.xml.gz\n"
+    "\n"
+    "Words that many names, artists and albums hold, one to a way of writing:\n"
+    "  \"love\" (ASCII), \"corazón\" (accented, composed and decomposed), \"любовь\", \"愛\"";
+
+struct Options {
+  std::uint32_t tracks = 0;
+  std::uint64_t seed = 1;
+  std::string path;
+};
+
+// CLI11 itself takes "-1" for the largest number there is, and what is too large as well.
+CLI::Validator WholeNumber() {
+  const auto check = [](const std::string& text) -> std::string {
+    std::uint64_t number = 0;
+    const char* end = text.data() + text.size();
+    const std::from_chars_result parsed = std::from_chars(text.data(), end, number);
+    const bool whole = parsed.ec == std::errc() && parsed.ptr == end;
+    return whole ? "" : "\"" + text + "\" is not a whole number below 2^64";
+  };
+  return CLI::Validator(check, "");
+}
+
+void WriteLibraryHead(PlistWriter& writer, std::uint64_t seed) {
+  writer.Integer("Major Version", 1);
+  writer.Integer("Minor Version", 1);
+  writer.Date("Date", 1372636800);
+  writer.String("Application Version", "11.0.4");
+  writer.Integer("Features", 5);
+  writer.Boolean("Show Content Ratings", true);
+  writer.String("Music Folder", "file://localhost/Users/user/Music/iTunes/iTunes%20Media/");
+  writer.PersistentId("Library Persistent ID", SeedOf(seed, libraryFamily, 0));
+}
+
+void Generate(const Options& options) {
+  const auto start = std::chrono::steady_clock::now();
+  OutputFile file(options.path);
+  PlistWriter writer(file);
+  writer.Begin("dict");
+  WriteLibraryHead(writer, options.seed);
+  const TrackList tracks = WriteTracks(writer, options.tracks, options.seed);
+  const PlaylistCounts counts = WritePlaylists(writer, tracks, options.seed);
+  writer.End("dict");
+  writer.Finish();
+  file.Commit();
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+  fmt::print(stderr, "{} tracks, {} playlists, {} items, {} bytes, {:.2f} s\n", tracks.ids.size(),
+             counts.playlists, counts.items, file.BytesWritten(), elapsed.count());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Writes a library file in the layout of iTunes, filled with made-up music.",
+               "generate_library");
+  app.footer(footer);
+  app.add_option("--tracks", options.tracks, "Number of tracks")
+      ->required()
+      ->check(CLI::Range(std::uint32_t{0}, mostTracks));
+  app.add_option("--seed", options.seed, "Another number gives another library")
+      ->check(WholeNumber())
+      ->capture_default_str();
+  app.add_option("-o,--output", options.path, "File to write; - is standard output")->required();
+  try {
+    app.parse(argc, argv);
+    Generate(options);
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "generate_library: {}\n", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,215 @@
+// search: measures the song search beside other ways to search the same texts.
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "bench/report/Machine.h"
+#include "bench/report/Program.h"
+#include "bench/search/SearchPeers.h"
+#include "bench/support/ChildRun.h"
+#include "bench/support/LoadedLibrary.h"
+
+namespace {
+
+using namespace tavrel::bench;
+
+constexpr char footer[] =
+    "The largest FILE is searched for the terms; a search in which nearly all tracks match is\n"
+    "timed on each. Ours and the peers take turns, and each ratio is one of a round. Times are\n"
+    "those of the processor, so that other work on the machine counts for nobody. Do not compare\n"
+    "times of different calls: machines have fast and slow phases.\n"
+    "\n"
+    "Example:\n"
+    "  for n in 10000 30000 100000; do generate_library --tracks $n -o $n.xml; done\n"
+    "  search 10000.xml 30000.xml 100000.xml";
+
+struct Options {
+  CommonOptions common{9, ""};
+  std::vector<std::string> terms = {"love", "zqxjkv", "corazón", "愛"};
+  std::vector<std::string> files;
+};
+
+using Peers = std::vector<std::unique_ptr<SearchPeer>>;
+
+template <typename Work>
+double SecondsOf(Work&& work) {
+  const double start = ProcessorSeconds();
+  work();
+  return ProcessorSeconds() - start;
+}
+
+// What one more search costs: the mean of a few in a row.
+double SecondsOfRepeated(const SongInfo& terms) {
+  constexpr int kSearches = 5;
+  (void)SecondsOfSearch(terms);
+  double sum = 0;
+  for (int i = 0; i < kSearches; ++i) sum += SecondsOfSearch(terms);
+  return sum / kSearches;
+}
+
+void AddPeer(Report& report, std::string_view name, const Series& seconds, const Series& ours) {
+  report.Seconds(std::string(name), seconds);
+  report.Figure("  time / ours", "", seconds.Over(ours));
+}
+
+// One term in all texts. Result: how many times as long the first peer takes.
+Series MeasureTerm(const std::string& term, const Peers& peers, std::uint32_t rounds,
+                   Report& report) {
+  const SongInfo terms = Terms(term);
+  const std::int32_t count = CheckedCount(terms);
+  Series ours;
+  Series plain;
+  std::vector<Series> theirs(peers.size());
+  std::vector<std::int64_t> found(peers.size());
+  for (std::uint32_t round = 0; round < rounds; ++round) {
+    ours.Add(SecondsOfRepeated(terms));
+    plain.Add(SecondsOfPlainSearch(terms));
+    for (std::size_t i = 0; i < peers.size(); ++i) {
+      theirs[i].Add(SecondsOf([&] { found[i] = peers[i]->Count(term); }));
+    }
+  }
+  report.Section(fmt::format("\"{}\": {} tracks", term, count));
+  report.Seconds("SearchSong, repeated", ours);
+  AddPeer(report, "plain search", plain, ours);
+  for (std::size_t i = 0; i < peers.size(); ++i) {
+    AddPeer(report, peers[i]->Name(), theirs[i], ours);
+    if (found[i] >= 0 && found[i] != count)
+      report.Figure("  finds", "tracks", Series(static_cast<double>(found[i])));
+  }
+  return theirs.front().Over(ours);
+}
+
+// Of all pairs of letters, the one that comes nearest to matching half of the tracks.
+std::string TermOfHalf(std::int32_t trackCount) {
+  const auto ignore = [](PlaylistRecord*, std::int32_t, void*) { return std::int32_t{1}; };
+  std::string best;
+  std::int32_t leastDistance = trackCount;
+  for (char first = 'a'; first <= 'z'; ++first) {
+    for (char second = 'a'; second <= 'z'; ++second) {
+      const std::string term = {first, second};
+      const SongInfo terms = Terms(term);
+      const std::int32_t distance = std::abs(SearchSong(&terms, ignore, nullptr) - trackCount / 2);
+      if (distance >= leastDistance) continue;
+      leastDistance = distance;
+      best = term;
+    }
+  }
+  return best;
+}
+
+// The first search after a load. Result: what part of the peer's time it takes.
+Series MeasureFirst(const std::string& file, const std::string& term, SearchPeer& peer,
+                    std::uint32_t rounds, Report& report) {
+  const SongInfo terms = Terms(term);
+  Series ours;
+  Series theirs;
+  for (std::uint32_t round = 0; round < rounds; ++round) {
+    const LoadedLibrary library(file);
+    WarmMemory(std::uint64_t{1} << 28);
+    ours.Add(SecondsOfSearch(terms));
+    AgentFinalizer();
+    theirs.Add(SecondsOf([&] { (void)peer.Count(term); }));
+  }
+  report.Section(fmt::format("\"{}\", the first search after a load", term));
+  report.Seconds("SearchSong", ours);
+  AddPeer(report, peer.Name(), theirs, ours);
+  return ours.Over(theirs);
+}
+
+// Nearly all tracks match: a common letter for each text. Result: how much longer the largest file
+// takes than the smallest.
+Series MeasureAllMatching(const std::vector<std::string>& files, std::uint32_t rounds,
+                          Report& report) {
+  const std::string letters[] = {"e", "a", "o"};
+  const SongInfo terms = Terms(letters[0], letters[1], letters[2]);
+  std::vector<LoadedLibrary> libraries(files.begin(), files.end());
+  std::vector<std::int32_t> counts;
+  for (const LoadedLibrary& library : libraries) {
+    library.Select();
+    counts.push_back(CheckedCount(terms));
+  }
+  std::vector<Series> seconds(libraries.size());
+  for (std::uint32_t round = 0; round < rounds; ++round) {
+    for (std::size_t i = 0; i < libraries.size(); ++i) {
+      libraries[i].Select();
+      seconds[i].Add(SecondsOfRepeated(terms));
+    }
+  }
+  report.Section("nearly all tracks match");
+  for (std::size_t i = 0; i < libraries.size(); ++i) {
+    const std::int32_t trackCount = libraries[i].trackCount();
+    report.Seconds(fmt::format("{} of {} tracks", counts[i], trackCount), seconds[i]);
+    report.Figure("  a track", "ns", seconds[i].Times(1e9 / trackCount));
+  }
+  return seconds.back().Over(seconds.front());
+}
+
+// The first of them is the one that targets speak of, the second that of the first search.
+Peers MakePeers(const TrackTexts& texts, const std::string& file) {
+  Peers peers;
+  for (auto make : {MakeIcuFolding, MakeIcuStringSearch, MakeUtf8procMap}) {
+    if (auto peer = make(texts)) peers.push_back(std::move(peer));
+  }
+  for (const char* program : {"grep", "rg"}) {
+    if (auto peer = MakeGrep(program, file)) peers.push_back(std::move(peer));
+  }
+  return peers;
+}
+
+void AddTarget(Report& report, int number, std::string name, Series ratio, double pass,
+               double moonshot) {
+  const Bound bound = pass < moonshot ? Bound::kAtLeast : Bound::kAtMost;
+  report.Add({number, std::move(name), std::move(ratio), bound, pass, moonshot});
+}
+
+void Measure(const Options& options) {
+  std::vector<std::string> files = options.files;
+  std::sort(files.begin(), files.end(), [](const std::string& a, const std::string& b) {
+    return std::filesystem::file_size(a) < std::filesystem::file_size(b);
+  });
+  const std::uint32_t rounds = options.common.rounds;
+  const LoadedLibrary library(files.back());
+  const TrackTexts texts = ReadTexts();
+  const Peers peers = MakePeers(texts, files.back());
+  const std::string folding(peers[0]->Name());
+  Report report("search");
+  AddMachineFacts(report);
+  report.Fact("searched tracks", std::to_string(library.trackCount()));
+
+  for (const std::string& term : options.terms) {
+    Series ratio = MeasureTerm(term, peers, rounds, report);
+    if (term == options.terms.front()) continue;  // the frequent one has no target
+    AddTarget(report, 10, fmt::format("search \"{}\": {} / ours", term, folding), ratio, 100, 250);
+  }
+  Series half = MeasureTerm(TermOfHalf(library.trackCount()), peers, rounds, report);
+  AddTarget(report, 11, fmt::format("search, half match: {} / ours", folding), half, 12, 40);
+  AgentFinalizer();
+  Series first = MeasureFirst(files.back(), options.terms.front(), *peers[1], rounds, report);
+  AddTarget(report, 12, fmt::format("first search: ours / {}", peers[1]->Name()), first, 0.6, 0.3);
+  if (files.size() > 1) {
+    Series growth = MeasureAllMatching(files, rounds, report);
+    AddTarget(report, 13, "search, all match: largest file / smallest", growth, 13, 12);
+  }
+  report.Finish(options.common.jsonFile);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  Options options;
+  CLI::App app("Measures the song search.", "search");
+  app.footer(footer);
+  AddCommonOptions(app, options.common);
+  app.add_option("--term", options.terms, "Terms to search for, the first a frequent one");
+  app.add_option("FILE", options.files, "Library files")->required()->check(CLI::ExistingFile);
+  return RunProgram(app, argc, argv, [&] { Measure(options); });
+}
