@@ -1,0 +1,117 @@
+"""Compares the includes with the table "Who may include whom" of docs/architecture.md, and looks for circles.
+
+Usage: check_includes.py CHECKOUT
+
+A row of the table names a folder, or a folder within one, and what it includes; "anything" leaves it free.
+The table is exact: an include that it does not name is an error, and so is a name that no include needs.
+"""
+import os
+import re
+import sys
+
+import sources
+
+HEADING = "## Who may include whom"
+INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"\n]+)"|<(tavrel/[^>\n]+)>)', re.MULTILINE)
+ROOTS = ("", "include/", "tests/")
+
+
+def table_of(document):
+    """{folder: set of the folders that it includes, or None for anything}, of the table below the heading."""
+    if HEADING not in document:
+        return {}
+    section = document.split(HEADING, 1)[1].split("\n## ", 1)[0]
+    table = {}
+    for row in re.findall(r"^\|(.*)\|\s*$", section, re.MULTILINE):
+        folders, included = (row.split("|") + [""])[:2]
+        for folder in re.findall(r"`([\w/]+)/?`", folders):
+            free = "anything" in included
+            table[folder] = None if free else set(re.findall(r"`([\w/]+)/?`", included))
+    return table
+
+
+def resolve(name, includer, files):
+    """The path of the included file of ours; None when there is none."""
+    candidates = [root + name for root in ROOTS] + [os.path.join(os.path.dirname(includer), name)]
+    return next((path for path in candidates if path in files), None)
+
+
+def includes_of(texts):
+    """[(including file, included file or None, the name as written)]"""
+    found = []
+    for path, text in texts.items():
+        for quoted, ours in INCLUDE.findall(text):
+            found.append((path, resolve(quoted or ours, path, texts), quoted or ours))
+    return found
+
+
+def folder_of(path, table):
+    """The longest folder of the table that holds the file; its top folder when there is none."""
+    holding = [folder for folder in table if path.startswith(folder + "/")]
+    return max(holding, key=len, default=path.split("/")[0])
+
+
+def circle_in(arrows):
+    """A list of nodes that lead from the first back to it; empty when there is none. arrows: {node: set}"""
+    finished, path = set(), []
+
+    def walk(node):
+        if node in path:
+            return path[path.index(node):] + [node]
+        if node in finished:
+            return []
+        path.append(node)
+        circle = next(filter(None, map(walk, sorted(arrows.get(node, ())))), [])
+        path.pop()
+        finished.add(node)
+        return circle
+
+    return next(filter(None, map(walk, sorted(arrows))), [])
+
+
+def unit_of(path):
+    """A header and the sources with its body are one: the path up to the first dot of the file's name."""
+    folder, name = os.path.split(path)
+    return os.path.join(folder, name.split(".")[0])
+
+
+def faults(document, texts):
+    table = table_of(document)
+    if not table:
+        return [f'docs/architecture.md has no table below "{HEADING}"']
+    found, used, units = [], {}, {}
+    for path, included, name in includes_of(texts):
+        if included is None:
+            found.append(f'{path} includes "{name}", which is not in the checkout')
+            continue
+        if unit_of(path) != unit_of(included):
+            units.setdefault(unit_of(path), set()).add(unit_of(included))
+        used.setdefault((folder_of(path, table), folder_of(included, table)), f"{path} includes {name}")
+    for (source, target), example in used.items():
+        if source not in table:
+            found.append(f"the table has no row for {source}, but {example}")
+        elif source != target and table[source] is not None and target not in table[source]:
+            found.append(f"the table does not let {source} include {target}, but {example}")
+    for source, targets in table.items():
+        for target in sorted(targets or ()):
+            if (source, target) not in used:
+                found.append(f"the table lets {source} include {target}, but no file does")
+    bound = {source: targets for source, targets in table.items() if targets is not None}
+    for what, arrows in (("the table makes", bound), ("the includes make", units)):
+        circle = circle_in(arrows)
+        if circle:
+            found.append(f"{what} a circle: " + " -> ".join(circle))
+    return found
+
+
+def main():
+    root = sys.argv[1]
+    texts = sources.read_all(root, sources.is_code)
+    document = sources.read_all(root, lambda path: path == "docs/architecture.md")
+    found = faults("".join(document.values()), texts)
+    print("\n".join(found) or f"{len(texts)} files include each other as the table says")
+    return 1 if found else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
