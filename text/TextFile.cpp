@@ -48,7 +48,8 @@ bool ReadText(int descriptor, std::size_t size, FileText& text) noexcept {
   text.length = 0;
   while (text.length < size) {
     const std::size_t wanted = std::min(kPiece, size - text.length);
-    const std::ptrdiff_t got = system::ReadFully(descriptor, text.block.address + text.length, wanted);
+    const std::ptrdiff_t got =
+        system::ReadFully(descriptor, text.block.address + text.length, wanted);
     if (got < 0) return false;
     if (got == 0) break;  // the file has become shorter
     text.length += static_cast<std::size_t>(got);

@@ -9,7 +9,7 @@ namespace tavrel::text {
 
 // A file's text in one zero-filled block, with at least one zero byte behind it.
 struct FileText {
-  system::ZeroedBlock block;             // empty: the file could not be read, or is not UTF-8
+  system::ZeroedBlock block;     // empty: the file could not be read, or is not UTF-8
   std::size_t length = 0;        // of the whole file, in bytes
   std::size_t lengthToZero = 0;  // of the text before the first zero byte
 };
