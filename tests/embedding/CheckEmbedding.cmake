@@ -1,0 +1,35 @@
+# Configures the project beside this file, looks at what came of it, and compiles (without linking, which
+# would build the whole library once more) a source of it that uses the library.
+function(expect_match what text pattern)
+  if(NOT text MATCHES "${pattern}")
+    message(SEND_ERROR "${what} is not as expected (${pattern}):\n${text}")
+  endif()
+endfunction()
+
+file(REMOVE_RECURSE ${BUILD})
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${PROJECT} -B ${BUILD} -G Ninja -DTAVREL=${TAVREL}
+  -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_MAKE_PROGRAM=${MAKE}
+  OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+file(READ ${BUILD}/report.txt report)
+expect_match("What is built" "${report}" "folders: system;text;codecs;xml;library;agent\n")
+expect_match("The list of tests" "${report}" "tests: \n")
+expect_match("The build type of the other project" "${report}" "build type: \n")
+expect_match("The standard of the other project" "${report}" "standard: \n")
+file(READ ${BUILD}/build.ninja commands)
+if(commands MATCHES "-Werror")
+  message(SEND_ERROR "Warnings are errors in a project of somebody else's")
+endif()
+file(READ ${BUILD}/CMakeCache.txt cache)
+foreach(option TAVREL_BUILD_HOST TAVREL_BUILD_BENCH TAVREL_BUILD_TESTS TAVREL_INSTALL TAVREL_WARNINGS_AS_ERRORS)
+  expect_match("${option}" "${cache}" "${option}:BOOL=(OFF|FALSE)\n")
+endforeach()
+file(READ ${BUILD}/tavrel/cmake_install.cmake rules)
+if(rules MATCHES "libTavrel|tavrel\\.h|/include/tavrel")
+  message(SEND_ERROR "The other project would install Tavrel")
+endif()
+
+file(STRINGS ${BUILD}/build.ninja objects REGEX "^build CMakeFiles/somebody\\.dir/.*playlists\\.c\\.o:")
+if(NOT objects MATCHES "^build ([^:]*playlists\\.c\\.o):")
+  message(FATAL_ERROR "The other project compiles nothing")
+endif()
+execute_process(COMMAND ${MAKE} -C ${BUILD} ${CMAKE_MATCH_1} OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
