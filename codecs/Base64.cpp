@@ -9,7 +9,7 @@ namespace tavrel {
 using system::ByteBuffer;
 
 std::string base64EncodingWithLineLength(const ByteBuffer& bytes, std::uint32_t lineLength) {
-  return EncodeBase64(bytes.view(), lineLength, BestBase64Path());
+  return EncodeBase64(bytes.view(), lineLength, system::WidestSet());
 }
 
 std::string base64Encoding(const ByteBuffer& bytes) {
@@ -17,7 +17,7 @@ std::string base64Encoding(const ByteBuffer& bytes) {
 }
 
 ByteBuffer initWithBase64EncodedString(const std::optional<std::string>& text) noexcept {
-  return DecodeBase64(text ? std::string_view(*text) : std::string_view(), BestBase64Path());
+  return DecodeBase64(text ? std::string_view(*text) : std::string_view(), system::WidestSet());
 }
 
 ByteBuffer dataWithBase64EncodedString(const std::optional<std::string>& text) noexcept {

@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "system/Processor.h"
+
 namespace tavrel {
 
 inline constexpr std::array<char, 64> encodingTable = {
@@ -23,14 +25,6 @@ inline constexpr std::array<std::int8_t, 256> decodingTable = [] {
   }
   return values;
 }();
-
-// kPlain leaves everything to the rules, a byte at a time; it is what the others are compared with.
-// kPortable works on every machine too, kAvx2 on x86-64 processors that have AVX2.
-enum class Base64Path { kPlain, kPortable, kAvx2 };
-
-// The fastest that this machine has.
-[[nodiscard]] Base64Path BestBase64Path() noexcept;
-[[nodiscard]] bool IsSupported(Base64Path path) noexcept;
 
 // Encodes whole groups from the front of `size` bytes: four characters for each.
 // Result: how many bytes were encoded, a multiple of three.
@@ -51,7 +45,8 @@ struct Base64Blocks {
   DecodeBlocks decode;
 };
 
-// The functions of a supported path.
-[[nodiscard]] Base64Blocks BlocksOf(Base64Path path) noexcept;
+// The functions for a supported set. Those of kPlain leave everything to the rules, a character at a
+// time.
+[[nodiscard]] Base64Blocks BlocksFor(system::InstructionSet set) noexcept;
 
 }  // namespace tavrel

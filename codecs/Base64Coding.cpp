@@ -142,11 +142,12 @@ std::size_t LineBreakLength(std::string_view text) noexcept {
 
 }  // namespace
 
-std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength, Base64Path path) {
+std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength,
+                         system::InstructionSet set) {
   const Lines lines = LinesOf(lineLength);
   const std::size_t pieceBytes =
       std::max<std::size_t>(1, kPieceGroups / lines.groups) * lines.groups * 3;
-  const EncodeBlocks encode = BlocksOf(path).encode;
+  const EncodeBlocks encode = BlocksFor(set).encode;
   std::string text;
   text.reserve(EncodedLength(bytes.size(), lines));
   system::PreferHugePages(text.data(), text.capacity());
@@ -162,8 +163,8 @@ std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength, Base6
 }
 
 std::optional<std::size_t> DecodeBase64Into(std::uint8_t* bytes, std::string_view text,
-                                            Base64Path path) noexcept {
-  const DecodeBlocks decode = BlocksOf(path).decode;
+                                            system::InstructionSet set) noexcept {
+  const DecodeBlocks decode = BlocksFor(set).decode;
   Decoder decoder(bytes);
   std::size_t line = text.size();
   while (!text.empty()) {
@@ -188,11 +189,11 @@ std::optional<std::size_t> DecodeBase64Into(std::uint8_t* bytes, std::string_vie
   return decoder.Length();
 }
 
-ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept {
+ByteBuffer DecodeBase64(std::string_view text, system::InstructionSet set) noexcept {
   ZeroedBlock block = system::AllocateBlock(DecodingRoom(text.size()));
   if (block.address == nullptr) return {};
   auto* bytes = reinterpret_cast<std::uint8_t*>(block.address);
-  const std::size_t length = DecodeBase64Into(bytes, text, path).value_or(0);
+  const std::size_t length = DecodeBase64Into(bytes, text, set).value_or(0);
   system::TrimBlock(block, length);
   return ByteBuffer::Adopt(block, length);
 }

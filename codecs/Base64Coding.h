@@ -1,5 +1,5 @@
-// The rules of base64 around the bulk: padding, line breaks, and what decoding skips. The path is a
-// parameter so that tests can compare them all; every path gives the same results.
+// The rules of base64 around the bulk: padding, line breaks, and what decoding skips. The set
+// of instructions is a parameter so that tests can compare them all.
 #pragma once
 
 #include <cstddef>
@@ -17,16 +17,17 @@ namespace tavrel {
 // of four of `lineLength`, and 0 or a length above 32,764 means no line breaks. May throw
 // std::bad_alloc.
 [[nodiscard]] std::string EncodeBase64(std::string_view bytes, std::uint32_t lineLength,
-                                       Base64Path path);
+                                       system::InstructionSet set);
 
 // The bytes of `text`; none when memory is exhausted.
-[[nodiscard]] system::ByteBuffer DecodeBase64(std::string_view text, Base64Path path) noexcept;
+[[nodiscard]] system::ByteBuffer DecodeBase64(std::string_view text,
+                                              system::InstructionSet set) noexcept;
 
 // The same into `bytes`, which has room for DecodingRoom() bytes.
 // Result: how many bytes there are; nothing when the text holds a character outside ASCII.
 [[nodiscard]] std::optional<std::size_t> DecodeBase64Into(std::uint8_t* bytes,
                                                           std::string_view text,
-                                                          Base64Path path) noexcept;
+                                                          system::InstructionSet set) noexcept;
 [[nodiscard]] constexpr std::size_t DecodingRoom(std::size_t textLength) noexcept {
   return textLength / 4 * 3 + kDecodeSlack;
 }

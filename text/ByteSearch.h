@@ -4,25 +4,22 @@
 #include <cstddef>
 #include <string_view>
 
+#include "system/Processor.h"
+
 namespace tavrel::text {
 
-// Which instructions a search uses. Every kind gives the same results.
-enum class ScanKind { kPortable, kAvx2 };
-
-[[nodiscard]] bool CanScan(ScanKind kind) noexcept;
-// The fastest that this processor has.
-[[nodiscard]] ScanKind FastestScan() noexcept;
-
-// What is searched for.
+// What is searched for. Two of its bytes, the probes, are compared first, at many places at once, and
+// the whole pattern only where both stand: the "generic SIMD" search of Muła.
 struct BytePattern {
   std::string_view bytes;   // borrowed
   std::size_t firstProbe;   // where the byte stands that texts hold least often
   std::size_t secondProbe;  // and the next one; the same place in a pattern of one byte
-  ScanKind kind;
+  system::InstructionSet set;
 };
 
 // bytes: not empty.
-[[nodiscard]] BytePattern MakePattern(std::string_view bytes, ScanKind kind) noexcept;
+// set:   a supported one.
+[[nodiscard]] BytePattern MakePattern(std::string_view bytes, system::InstructionSet set) noexcept;
 
 // What a search from `from` on has cost so far beyond looking at each byte once. Comparing at every
 // place where both probes stand can take as many steps as both lengths multiplied; a search stops

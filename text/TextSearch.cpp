@@ -8,7 +8,7 @@
 namespace tavrel::text {
 
 // A term longer than 4 GiB is longer than any text: it is never found.
-SearchTerm::SearchTerm(std::string_view text, ScanKind kind) noexcept {
+SearchTerm::SearchTerm(std::string_view text, system::InstructionSet set) noexcept {
   constexpr std::size_t kLongest = std::numeric_limits<std::uint32_t>::max() / kFoldingGrowth;
   isPrepared_ = text.empty() || text.size() > kLongest;
   if (isPrepared_) return;
@@ -20,7 +20,7 @@ SearchTerm::SearchTerm(std::string_view text, ScanKind kind) noexcept {
   const std::optional<std::size_t> size = FoldText(text, {block_, nullptr}, 0);
   isPrepared_ = size.has_value();
   if (size.value_or(0) == 0) return;
-  pattern_ = MakePattern({block_, *size}, kind);
+  pattern_ = MakePattern({block_, *size}, set);
   borders_ = reinterpret_cast<std::uint32_t*>(block_ + (room + kBorder - 1) / kBorder * kBorder);
   PrepareBorders();
 }
@@ -37,7 +37,8 @@ std::size_t SearchTerm::FindIn(const FoldedTexts& texts, std::size_t from,
   for (const char* at = effort.from;;) {
     const FoundBytes found = FindPattern(pattern_, at, last, effort);
     const auto place = static_cast<std::size_t>(found.at - texts.bytes);
-    if (!found.isMatch) return found.at == last ? kNotFound : FindSteadily(texts, place, end);
+    if (!found.isMatch)
+      return found.at == last ? kNotFound : FindByKnuthMorrisPratt(texts, place, end);
     if (IsMatch(texts, place)) return place;
     at = found.at + 1;
   }
@@ -61,9 +62,9 @@ bool SearchTerm::IsMatch(const FoldedTexts& texts, std::size_t at) const noexcep
   return !texts.IsJoined(at) && !texts.IsJoined(at + pattern_.bytes.size());
 }
 
-// The search of Knuth, Morris and Pratt: no byte of the texts is looked at twice.
-std::size_t SearchTerm::FindSteadily(const FoldedTexts& texts, std::size_t from,
-                                     std::size_t end) const noexcept {
+// The way out where a search costs too much: no byte of the texts is looked at twice.
+std::size_t SearchTerm::FindByKnuthMorrisPratt(const FoldedTexts& texts, std::size_t from,
+                                               std::size_t end) const noexcept {
   const std::string_view term = pattern_.bytes;
   std::size_t matched = 0;
   for (std::size_t at = from; at < end; ++at) {

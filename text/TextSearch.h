@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "system/Processor.h"
 #include "text/ByteSearch.h"
 #include "text/TextFolding.h"
 
@@ -29,7 +30,9 @@ struct FoldedTexts {
 class SearchTerm {
  public:
   // text: UTF-8 without zero bytes. One that is empty or not valid UTF-8 is never found.
-  explicit SearchTerm(std::string_view text, ScanKind kind = FastestScan()) noexcept;
+  // set:  a supported one.
+  explicit SearchTerm(std::string_view text,
+                      system::InstructionSet set = system::WidestSet()) noexcept;
   SearchTerm(const SearchTerm&) = delete;
   SearchTerm& operator=(const SearchTerm&) = delete;
   ~SearchTerm();
@@ -51,8 +54,8 @@ class SearchTerm {
 
  private:
   [[nodiscard]] bool IsMatch(const FoldedTexts& texts, std::size_t at) const noexcept;
-  [[nodiscard]] std::size_t FindSteadily(const FoldedTexts& texts, std::size_t from,
-                                         std::size_t end) const noexcept;
+  [[nodiscard]] std::size_t FindByKnuthMorrisPratt(const FoldedTexts& texts, std::size_t from,
+                                                   std::size_t end) const noexcept;
   void PrepareBorders() noexcept;
 
   char* block_ = nullptr;  // the folded term, with `borders_` behind it

@@ -67,8 +67,9 @@ std::size_t ValidUtf8Prefix(const char* bytes, std::size_t length) noexcept {
   return ValidTextPrefix(bytes, length).length;
 }
 
-TextPrefix ValidTextPrefix(const char* bytes, std::size_t length, Utf8Path path) noexcept {
-  const Utf8Blocks blocks = ValidUtf8Blocks(bytes, length, path);
+TextPrefix ValidTextPrefix(const char* bytes, std::size_t length,
+                           system::InstructionSet set) noexcept {
+  const Utf8Blocks blocks = ValidUtf8Blocks(bytes, length, set);
   const std::size_t valid =
       blocks.length + ValidUtf8Characters(bytes + blocks.length, length - blocks.length);
   const std::size_t withoutZero = blocks.hasZero ? 0 : blocks.length;

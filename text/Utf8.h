@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "system/Processor.h"
+
 namespace tavrel::text {
 
 // The length in bytes of the longest prefix that is valid UTF-8 and ends with a whole character.
@@ -15,22 +17,14 @@ namespace tavrel::text {
   return ValidUtf8Prefix(text.data(), text.size()) == text.size();
 }
 
-// kPlain goes from character to character on every machine; it is what the others are compared
-// with. kBaseline is what every processor of the machine's kind has.
-enum class Utf8Path { kPlain, kBaseline, kAvx2 };
-
-// The fastest that this machine has.
-[[nodiscard]] Utf8Path BestUtf8Path() noexcept;
-[[nodiscard]] bool IsSupported(Utf8Path path) noexcept;
-
 struct TextPrefix {
   std::size_t length;        // as ValidUtf8Prefix() gives it
   std::size_t lengthToZero;  // of what stands before its first zero byte
 };
 
 // Finds both in one sweep.
-// path: a supported one.
+// set: a supported one; kPlain goes from character to character.
 [[nodiscard]] TextPrefix ValidTextPrefix(const char* bytes, std::size_t length,
-                                         Utf8Path path = BestUtf8Path()) noexcept;
+                                         system::InstructionSet set = system::WidestSet()) noexcept;
 
 }  // namespace tavrel::text

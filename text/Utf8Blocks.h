@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-#include "text/Utf8.h"
+#include "system/Processor.h"
 
 namespace tavrel::text {
 
@@ -16,9 +16,9 @@ struct Utf8Blocks {
 };
 
 // Stops in front of the first fault, at most a block in front, or when less than a block is left.
-// path: a supported one; kPlain has no blocks.
-[[nodiscard]] Utf8Blocks ValidUtf8Blocks(const char* bytes, std::size_t length,
-                                         Utf8Path path) noexcept;
+// set: a supported one; kPlain has no blocks.
+[[nodiscard]] Utf8Blocks ValidUtf8Blocks(const char* text, std::size_t length,
+                                         system::InstructionSet set) noexcept;
 
 // The plain rule: as ValidUtf8Prefix().
 [[nodiscard]] std::size_t ValidUtf8Characters(const char* bytes, std::size_t length) noexcept;

@@ -5,14 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "system/Processor.h"
+
 namespace tavrel::xml {
-
-// kPlain works on every machine and is what the others are compared with.
-enum class InstructionSet { kPlain, kBaseline, kAvx2, kAvx512 };
-
-// The widest one that this machine and this build have.
-[[nodiscard]] InstructionSet BestInstructionSet() noexcept;
-[[nodiscard]] bool IsSupported(InstructionSet set) noexcept;
 
 // Writes the positions of the '<' and '>' among `length` bytes, in order, each plus `base`.
 // positions: room for `length` + kIndexSlack numbers; those behind the result are left undefined.
@@ -21,15 +16,15 @@ using IndexFunction = std::size_t (*)(const char* text, std::size_t length, std:
                                       std::uint32_t* positions) noexcept;
 inline constexpr std::size_t kIndexSlack = 64;
 
-// The function of a supported set.
-[[nodiscard]] IndexFunction IndexFunctionOf(InstructionSet set) noexcept;
+// The function for a supported set.
+[[nodiscard]] IndexFunction IndexFunctionFor(system::InstructionSet set) noexcept;
 
 // The positions of a text that is indexed as reading goes on. Bytes in front of the next position
 // may be changed at any time, but no '<' or '>' may appear there.
 class StructuralIndex {
  public:
-  StructuralIndex(const char* text, const char* end, InstructionSet set) noexcept
-      : text_(text), length_(static_cast<std::size_t>(end - text)), index_(IndexFunctionOf(set)) {}
+  StructuralIndex(const char* text, const char* end, system::InstructionSet set) noexcept
+      : text_(text), length_(static_cast<std::size_t>(end - text)), index_(IndexFunctionFor(set)) {}
 
   // Whether that many positions are left, up to kMostAhead; indexes further as needed.
   [[nodiscard]] bool Has(std::size_t count) noexcept {

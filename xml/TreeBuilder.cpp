@@ -104,7 +104,7 @@ void ForceParsing(std::optional<ParsingWay> way) noexcept {
 void BuildTree(DocumentTree& tree, std::size_t textLength) noexcept {
   char* text = tree.fields.bytes;
   TreeBuilder builder(tree, text, text + textLength);
-  const ParsingWay way = forcedWay ? *forcedWay : ParsingWay{true, BestInstructionSet()};
+  const ParsingWay way = forcedWay ? *forcedWay : ParsingWay{true, system::WidestSet()};
   if (way.indexed) {
     builder.BuildIndexed(way.set);
   } else {
@@ -119,7 +119,7 @@ void TreeBuilder::Build() noexcept {
   } while (open != nullptr && TakeMarkup(open, nullptr));
 }
 
-void TreeBuilder::BuildIndexed(InstructionSet set) noexcept {
+void TreeBuilder::BuildIndexed(system::InstructionSet set) noexcept {
   if (static_cast<std::size_t>(end_ - text_) > StructuralIndex::kLongest) return Build();
   StructuralIndex index(text_, end_, set);
   while (index.Has(StructuralIndex::kMostAhead)) {

@@ -13,8 +13,8 @@ namespace tavrel::xml {
 
 // The ways to parse, which all build the same tree.
 struct ParsingWay {
-  bool indexed;        // else the plain one
-  InstructionSet set;  // of the index
+  bool indexed;                // else the plain one
+  system::InstructionSet set;  // of the index
 };
 
 // Parses the first `textLength` bytes of the tree's buffer, behind which a zero byte stands and
@@ -35,7 +35,7 @@ class TreeBuilder {
   void Build() noexcept;
 
   // Builds the same tree, reading the places of '<' and '>' from an index made ahead.
-  void BuildIndexed(InstructionSet set) noexcept;
+  void BuildIndexed(system::InstructionSet set) noexcept;
 
  private:
   // Handles what begins with the '<' at `open`; false ends the parsing.

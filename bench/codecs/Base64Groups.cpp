@@ -15,6 +15,8 @@ namespace tavrel::bench {
 namespace {
 
 using system::ByteBuffer;
+using system::InstructionSet;
+using system::WidestSet;
 
 // The input of all of it, and a place for output that is resident as they are.
 struct Material {
@@ -36,16 +38,16 @@ void Fill(const Resident& bytes) {
   }
 }
 
-void Encode(const Material& material, Base64Path path) {
+void Encode(const Material& material, InstructionSet set) {
   const std::size_t taken =
-      BlocksOf(path).encode(reinterpret_cast<const std::uint8_t*>(material.bytes.data()),
+      BlocksFor(set).encode(reinterpret_cast<const std::uint8_t*>(material.bytes.data()),
                             material.bytes.size(), material.output.data());
   Require(taken == material.bytes.size(), "encoding stopped early");
 }
 
-void Decode(const Material& material, std::string_view text, Base64Path path) {
+void Decode(const Material& material, std::string_view text, InstructionSet set) {
   auto* output = reinterpret_cast<std::uint8_t*>(material.output.data());
-  Require(DecodeBase64Into(output, text, path).has_value(), "decoding stopped early");
+  Require(DecodeBase64Into(output, text, set).has_value(), "decoding stopped early");
 }
 
 // Whether the output is what is expected; it is cleared for the next check.
@@ -56,12 +58,12 @@ void RequireOutput(const Material& material, std::string_view expected, const ch
 }
 
 void Check(const Material& material) {
-  for (const Base64Path path : {Base64Path::kPortable, BestBase64Path()}) {
-    Encode(material, path);
+  for (const InstructionSet set : {InstructionSet::kBaseline, WidestSet()}) {
+    Encode(material, set);
     RequireOutput(material, material.Text(), "encoding went wrong");
-    Decode(material, material.Text(), path);
+    Decode(material, material.Text(), set);
     RequireOutput(material, material.Bytes(), "decoding went wrong");
-    Decode(material, material.Lines(), path);
+    Decode(material, material.Lines(), set);
     RequireOutput(material, material.Bytes(), "decoding lines went wrong");
   }
   if (!HasOpenSsl()) return;
@@ -84,8 +86,8 @@ void AddCopy(Group& group, const Material& material, std::string_view from) {
 
 void MeasureEncoding(const Material& material, std::uint32_t rounds, Report& report) {
   Group group("base64, encoding into resident memory", material.bytes.size());
-  group.Add("ours", [&] { Encode(material, BestBase64Path()); });
-  group.Add("ours, portable", [&] { Encode(material, Base64Path::kPortable); });
+  group.Add("ours", [&] { Encode(material, WidestSet()); });
+  group.Add("ours, portable", [&] { Encode(material, InstructionSet::kBaseline); });
   if (HasOpenSsl()) {
     group.Add("EVP_EncodeBlock",
               [&] { EncodeWithOpenSsl(material.Bytes(), material.output.data()); });
@@ -103,10 +105,11 @@ using DecodePeer = void (*)(std::string_view, char*);
 Group MeasureDecoding(const Material& material, std::string_view text, std::string name,
                       const char* peerName, DecodePeer peer, std::uint32_t rounds, Report& report) {
   Group group("base64, decoding " + std::move(name) + " into resident memory", text.size());
-  group.Add("ours", [&material, text] { Decode(material, text, BestBase64Path()); });
-  group.Add("ours, portable", [&material, text] { Decode(material, text, Base64Path::kPortable); });
+  group.Add("ours", [&material, text] { Decode(material, text, WidestSet()); });
+  group.Add("ours, portable",
+            [&material, text] { Decode(material, text, InstructionSet::kBaseline); });
   group.Add("ours, by the rules alone",
-            [&material, text] { Decode(material, text, Base64Path::kPlain); });
+            [&material, text] { Decode(material, text, InstructionSet::kPlain); });
   if (HasOpenSsl() && peer != nullptr) {
     group.Add(peerName, [&material, text, peer] { peer(text, material.output.data()); });
   }
@@ -145,8 +148,8 @@ void MeasureBase64(std::size_t size, std::uint32_t rounds, Report& report) {
   const Material material{Resident(size), Resident(textSize), Resident(textSize + size / 57),
                           Resident(textSize + size / 57 + 64)};
   Fill(material.bytes);
-  const std::string text = EncodeBase64(material.Bytes(), 0, Base64Path::kPlain);
-  const std::string lines = EncodeBase64(material.Bytes(), 76, Base64Path::kPlain);
+  const std::string text = EncodeBase64(material.Bytes(), 0, InstructionSet::kPlain);
+  const std::string lines = EncodeBase64(material.Bytes(), 76, InstructionSet::kPlain);
   std::memcpy(material.text.data(), text.data(), text.size());
   std::memcpy(material.lines.data(), lines.data(), lines.size());
   Check(material);
@@ -163,7 +166,8 @@ void MeasureBase64(std::size_t size, std::uint32_t rounds, Report& report) {
               broken.RatioTo("EVP_DecodeUpdate"), 8, 20);
   }
   // The worst for blocks: a break in the middle of every group.
-  const std::string odd = EncodeBase64(material.Bytes().substr(0, size / 4), 4, Base64Path::kPlain);
+  const std::string odd =
+      EncodeBase64(material.Bytes().substr(0, size / 4), 4, InstructionSet::kPlain);
   MeasureDecoding(material, odd, "lines of 4", nullptr, nullptr, rounds, report);
   std::string worst = odd;
   for (std::size_t at = 0; at < worst.size(); ++at) {

@@ -45,7 +45,7 @@ void Measure(const Options& options) {
   const std::string contents = ContentsOf(options.file);
   Report report("codecs");
   AddMachineFacts(report);
-  const bool isWide = tavrel::BestBase64Path() == tavrel::Base64Path::kAvx2;
+  const bool isWide = tavrel::system::IsSupported(tavrel::system::InstructionSet::kAvx2);
   report.Fact("base64", isWide ? "with AVX2" : "portable");
   report.Fact("checksum", tavrel::IsCrc32Fast() ? "with PCLMULQDQ" : "by zlib");
   report.Fact("OpenSSL", HasOpenSsl() ? OpenSslVersion() : "missing: base64 is measured alone");

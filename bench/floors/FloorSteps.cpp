@@ -190,9 +190,9 @@ FloorGroup ScanningGroup(FloorInput& input) {
                      Require(count == input.openers, "memchr finds another number of '<'");
                      return seconds;
                    }});
-  const auto addIndex = [&](const char* name, xml::InstructionSet set) {
-    if (!xml::IsSupported(set)) return;
-    const xml::IndexFunction index = xml::IndexFunctionOf(set);
+  const auto addIndex = [&](const char* name, system::InstructionSet set) {
+    if (!system::IsSupported(set)) return;
+    const xml::IndexFunction index = xml::IndexFunctionFor(set);
     steps.push_back({name, 0, [&input, index] {
                        std::size_t count = 0;
                        const double seconds = SecondsOf([&] { count = CountTags(input, index); });
@@ -200,25 +200,25 @@ FloorGroup ScanningGroup(FloorInput& input) {
                        return seconds;
                      }});
   };
-  addIndex("tag index, plain", xml::InstructionSet::kPlain);
-  addIndex("tag index, baseline", xml::InstructionSet::kBaseline);
-  addIndex("tag index, AVX2", xml::InstructionSet::kAvx2);
-  addIndex("tag index, AVX-512", xml::InstructionSet::kAvx512);
+  addIndex("tag index, plain", system::InstructionSet::kPlain);
+  addIndex("tag index, baseline", system::InstructionSet::kBaseline);
+  addIndex("tag index, AVX2", system::InstructionSet::kAvx2);
+  addIndex("tag index, AVX-512", system::InstructionSet::kAvx512);
 
-  const auto addCheck = [&](const char* name, text::Utf8Path path) {
-    if (!text::IsSupported(path)) return;
-    steps.push_back({name, 0, [&input, path] {
+  const auto addCheck = [&](const char* name, system::InstructionSet set) {
+    if (!system::IsSupported(set)) return;
+    steps.push_back({name, 0, [&input, set] {
                        text::TextPrefix prefix{};
                        const double seconds = SecondsOf([&] {
-                         prefix = text::ValidTextPrefix(input.text.data(), input.fileBytes, path);
+                         prefix = text::ValidTextPrefix(input.text.data(), input.fileBytes, set);
                        });
                        Require(prefix.length == input.fileBytes, "the file is not UTF-8");
                        return seconds;
                      }});
   };
-  addCheck("UTF-8 check, plain", text::Utf8Path::kPlain);
-  addCheck("UTF-8 check, baseline", text::Utf8Path::kBaseline);
-  addCheck("UTF-8 check, AVX2", text::Utf8Path::kAvx2);
+  addCheck("UTF-8 check, plain", system::InstructionSet::kPlain);
+  addCheck("UTF-8 check, baseline", system::InstructionSet::kBaseline);
+  addCheck("UTF-8 check, AVX2", system::InstructionSet::kAvx2);
   return {"going over the text", std::move(steps)};
 }
 

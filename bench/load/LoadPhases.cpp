@@ -221,15 +221,17 @@ void AddTargets(const Rounds& rounds, Report& report) {
   report.Add({7, "release / load", release, Bound::kAtMost, 0.04, 0.02});
 }
 
-const char* NameOf(tavrel::xml::InstructionSet set) {
+const char* NameOf(tavrel::system::InstructionSet set) {
   switch (set) {
-    case tavrel::xml::InstructionSet::kPlain:
+    case tavrel::system::InstructionSet::kPlain:
       return "plain";
-    case tavrel::xml::InstructionSet::kBaseline:
+    case tavrel::system::InstructionSet::kBaseline:
       return "baseline";
-    case tavrel::xml::InstructionSet::kAvx2:
+    case tavrel::system::InstructionSet::kCarryless:
+      return "baseline with carry-less multiplication";
+    case tavrel::system::InstructionSet::kAvx2:
       return "AVX2";
-    case tavrel::xml::InstructionSet::kAvx512:
+    case tavrel::system::InstructionSet::kAvx512:
       return "AVX-512";
   }
   return "";
@@ -238,7 +240,7 @@ const char* NameOf(tavrel::xml::InstructionSet set) {
 void Measure(const Options& options) {
   Report report("load_phases");
   AddMachineFacts(report);
-  report.Fact("instruction set", NameOf(tavrel::xml::BestInstructionSet()));
+  report.Fact("instruction set", NameOf(tavrel::system::WidestSet()));
   const auto fileBytes = static_cast<double>(std::filesystem::file_size(options.file));
   const Rounds rounds = RunRounds(options);
   report.Fact("input",

@@ -11,7 +11,7 @@
 namespace tavrel::bench {
 namespace {
 
-using xml::InstructionSet;
+using system::InstructionSet;
 using xml::ParsingWay;
 
 Pass Literal() {
@@ -98,7 +98,7 @@ std::string RandomText(Random& random) {
 std::vector<Pass> AllPasses() {
   std::vector<Pass> passes = {Literal(), Ours("plain pass", {false, InstructionSet::kPlain})};
   const auto add = [&](std::string_view name, InstructionSet set) {
-    if (xml::IsSupported(set)) passes.push_back(Ours(name, {true, set}));
+    if (system::IsSupported(set)) passes.push_back(Ours(name, {true, set}));
   };
   add("indexed, plain", InstructionSet::kPlain);
   add("indexed, baseline", InstructionSet::kBaseline);

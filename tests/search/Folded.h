@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "text/TextSearch.h"
+#include "unit/support/InstructionSets.h"
 
 namespace tavrel::test {
 
@@ -53,20 +54,12 @@ class Folded {
   std::size_t size_ = 0;
 };
 
-[[nodiscard]] inline std::vector<text::ScanKind> ScanKinds() {
-  std::vector<text::ScanKind> kinds;
-  for (const auto kind : {text::ScanKind::kPortable, text::ScanKind::kAvx2}) {
-    if (text::CanScan(kind)) kinds.push_back(kind);
-  }
-  return kinds;
-}
-
-// Whether a search finds `term` in `text`; every kind of scan must say the same.
+// Whether a search finds `term` in `text`; every set of instructions must say the same.
 [[nodiscard]] inline bool Finds(std::string_view text, std::string_view term) {
   const Folded folded(text);
   std::vector<bool> answers;
-  for (const text::ScanKind kind : ScanKinds()) {
-    const text::SearchTerm prepared(term, kind);
+  for (const system::InstructionSet set : SetsForSearch()) {
+    const text::SearchTerm prepared(term, set);
     EXPECT_TRUE(prepared.IsPrepared());
     answers.push_back(folded.Find(prepared) == 0);
     EXPECT_EQ(answers.back(), prepared.IsIn(text)) << text << " / " << term;

@@ -21,7 +21,7 @@ using tavrel::test::Join;
 using tavrel::test::Random;
 using tavrel::test::Repeated;
 using tavrel::test::Rounds;
-using tavrel::test::ScanKinds;
+using tavrel::test::SetsForSearch;
 using tavrel::text::kNotFound;
 using tavrel::text::SearchTerm;
 
@@ -134,9 +134,9 @@ TEST(TextSearch, EmojiSequencesAreNoSingleCharacters) {
 
 TEST(TextSearch, NoMatchReachesFromOneTextIntoTheNext) {
   const Folded folded({"ab", "", "cd", "bc"});
-  for (const auto kind : ScanKinds()) {
-    EXPECT_EQ(folded.Find(SearchTerm("bc", kind)), 3u);
-    EXPECT_EQ(folded.Find(SearchTerm("abcd", kind)), 4u);
+  for (const auto set : SetsForSearch()) {
+    EXPECT_EQ(folded.Find(SearchTerm("bc", set)), 3u);
+    EXPECT_EQ(folded.Find(SearchTerm("abcd", set)), 4u);
   }
 }
 
@@ -216,8 +216,8 @@ TEST(TextSearch, FindsTheSameTextsAsTheModelInColumns) {
     }
     const Folded folded({texts.begin(), texts.end()});
     const std::string term = random.Text(pieces, 1 + random.Below(9));
-    for (const auto kind : ScanKinds()) {
-      const SearchTerm prepared(term, kind);
+    for (const auto set : SetsForSearch()) {
+      const SearchTerm prepared(term, set);
       std::size_t from = 0;
       for (std::size_t i = 0; i < texts.size(); ++i) {
         if (!ContainsByModel(texts[i], term)) continue;

@@ -1,4 +1,4 @@
-// Calls of the codec that check on the way that every path gives the same result.
+// Calls of the codec that check on the way that every set of instructions gives the same result.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -6,26 +6,18 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "codecs/Base64.h"
 #include "codecs/Base64Coding.h"
+#include "unit/support/InstructionSets.h"
 
 namespace tavrel::test {
 
-inline std::vector<Base64Path> SupportedPaths() {
-  std::vector<Base64Path> paths;
-  for (const Base64Path path : {Base64Path::kPlain, Base64Path::kPortable, Base64Path::kAvx2}) {
-    if (IsSupported(path)) paths.push_back(path);
-  }
-  return paths;
-}
-
 inline std::string Encoded(std::string_view bytes, std::uint32_t lineLength = 0) {
   std::string text = base64EncodingWithLineLength(system::ByteBuffer::Copy(bytes), lineLength);
-  for (const Base64Path path : SupportedPaths()) {
-    EXPECT_TRUE(EncodeBase64(bytes, lineLength, path) == text)
-        << "path " << static_cast<int>(path) << ", " << bytes.size() << " bytes in lines of "
+  for (const system::InstructionSet set : SetsForBase64()) {
+    EXPECT_TRUE(EncodeBase64(bytes, lineLength, set) == text)
+        << "set " << static_cast<int>(set) << ", " << bytes.size() << " bytes in lines of "
         << lineLength;
   }
   return text;
@@ -35,10 +27,9 @@ inline std::string Encoded(std::string_view bytes, std::uint32_t lineLength = 0)
 inline std::string Decoded(const std::optional<std::string>& text) {
   const system::ByteBuffer bytes = initWithBase64EncodedString(text);
   EXPECT_TRUE(bytes);
-  for (const Base64Path path : SupportedPaths()) {
-    EXPECT_TRUE(DecodeBase64(text.value_or(""), path).view() == bytes.view())
-        << "path " << static_cast<int>(path) << ", "
-        << testing::PrintToString(text->substr(0, 400));
+  for (const system::InstructionSet set : SetsForBase64()) {
+    EXPECT_TRUE(DecodeBase64(text.value_or(""), set).view() == bytes.view())
+        << "set " << static_cast<int>(set) << ", " << testing::PrintToString(text->substr(0, 400));
   }
   return std::string(bytes.view());
 }

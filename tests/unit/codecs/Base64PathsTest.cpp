@@ -1,4 +1,4 @@
-// Every path beside the model, on random and hostile inputs and at the edges of memory.
+// Every set of instructions beside the model, on random and hostile inputs and at the edges of memory.
 #include <gtest/gtest.h>
 
 #include <cstring>
@@ -11,7 +11,7 @@
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 
-using tavrel::Base64Path;
+using tavrel::system::InstructionSet;
 using tavrel::test::GuardedPages;
 using tavrel::test::ModelDecode;
 using tavrel::test::ModelEncode;
@@ -55,22 +55,9 @@ std::string OddText(tavrel::test::Random& random, std::size_t pieces) {
 
 }  // namespace
 
-TEST(Base64Paths, ThePlainAndThePortableOneAreAlwaysThere) {
-  EXPECT_TRUE(tavrel::IsSupported(Base64Path::kPlain));
-  EXPECT_TRUE(tavrel::IsSupported(Base64Path::kPortable));
-  EXPECT_NE(tavrel::BestBase64Path(), Base64Path::kPlain);
-  EXPECT_TRUE(tavrel::IsSupported(tavrel::BestBase64Path()));
-}
-
-#if defined(__x86_64__)
-TEST(Base64Paths, TheProcessorIsAskedRight) {
-  EXPECT_EQ(tavrel::IsSupported(Base64Path::kAvx2), __builtin_cpu_supports("avx2") != 0);
-}
-#endif
-
 TEST(Base64Paths, ThePlainOneDoesNothingInBulk) {
   std::uint8_t byte = 0;
-  const tavrel::Base64Blocks blocks = tavrel::BlocksOf(Base64Path::kPlain);
+  const tavrel::Base64Blocks blocks = tavrel::BlocksFor(InstructionSet::kPlain);
   EXPECT_EQ(blocks.encode(&byte, 1, nullptr), 0u);
   EXPECT_EQ(blocks.decode("QUJD", 4, 4, &byte), 0u);
 }
@@ -78,8 +65,8 @@ TEST(Base64Paths, ThePlainOneDoesNothingInBulk) {
 TEST(Base64Paths, BlocksTakeAllWholeGroups) {
   const std::string bytes = tavrel::test::Random(1).Bytes(300);
   const std::string text = ModelEncode(bytes, 0);
-  for (const Base64Path path : {Base64Path::kPortable, tavrel::BestBase64Path()}) {
-    const tavrel::Base64Blocks blocks = tavrel::BlocksOf(path);
+  for (const InstructionSet set : {InstructionSet::kBaseline, tavrel::system::WidestSet()}) {
+    const tavrel::Base64Blocks blocks = tavrel::BlocksFor(set);
     for (std::size_t size = 0; size <= bytes.size(); ++size) {
       std::string encoded(400, '\0');
       ASSERT_EQ(
@@ -100,7 +87,7 @@ TEST(Base64Paths, BlocksTakeAllWholeGroups) {
 
 TEST(Base64Paths, BlocksStopInFrontOfTheGroupWithAnOddCharacter) {
   const std::string clean = ModelEncode(tavrel::test::Random(2).Bytes(150), 0);
-  for (const Base64Path path : {Base64Path::kPortable, tavrel::BestBase64Path()}) {
+  for (const InstructionSet set : {InstructionSet::kBaseline, tavrel::system::WidestSet()}) {
     for (std::size_t at = 0; at < clean.size(); ++at) {
       for (int value = 0; value < 256; ++value) {
         if (tavrel::decodingTable[static_cast<std::size_t>(value)] >= 0) continue;
@@ -108,7 +95,7 @@ TEST(Base64Paths, BlocksStopInFrontOfTheGroupWithAnOddCharacter) {
         text[at] = static_cast<char>(value);
         std::vector<std::uint8_t> decoded(tavrel::DecodingRoom(text.size()));
         ASSERT_EQ(
-            tavrel::BlocksOf(path).decode(text.data(), text.size(), text.size(), decoded.data()),
+            tavrel::BlocksFor(set).decode(text.data(), text.size(), text.size(), decoded.data()),
             at / 4 * 4)
             << value;
       }
@@ -120,14 +107,14 @@ TEST(Base64Paths, EncodingReadsAndWritesNothingOutside) {
   GuardedPages input(300);
   GuardedPages output(500);
   const std::string bytes = tavrel::test::Random(3).Bytes(300);
-  for (const Base64Path path : tavrel::test::SupportedPaths()) {
+  for (const InstructionSet set : tavrel::test::SetsForBase64()) {
     for (std::size_t size = 1; size <= 200; ++size) {
       const std::string_view edge = AtTheEdge(input, std::string_view(bytes).substr(0, size));
-      ASSERT_EQ(tavrel::EncodeBase64(edge, 76, path), ModelEncode(edge, 76));
+      ASSERT_EQ(tavrel::EncodeBase64(edge, 76, set), ModelEncode(edge, 76));
       // Whole groups into a place that ends at the edge.
       const std::size_t textSize = size / 3 * 4;
       const std::string_view room = AtTheEdge(output, std::string(textSize, '?'));
-      tavrel::BlocksOf(path).encode(reinterpret_cast<const std::uint8_t*>(edge.data()), size,
+      tavrel::BlocksFor(set).encode(reinterpret_cast<const std::uint8_t*>(edge.data()), size,
                                     const_cast<char*>(room.data()));
     }
   }
@@ -140,13 +127,13 @@ TEST(Base64Paths, DecodingReadsAndWritesNothingOutside) {
   const std::string bytes = random.Bytes(225);
   for (const std::uint32_t lineLength : {0U, 16U, 76U}) {
     const std::string text = ModelEncode(bytes, lineLength);
-    for (const Base64Path path : tavrel::test::SupportedPaths()) {
+    for (const InstructionSet set : tavrel::test::SetsForBase64()) {
       for (std::size_t size = 1; size <= text.size(); ++size) {
         const std::string_view edge = AtTheEdge(input, std::string_view(text).substr(0, size));
         const std::string room(tavrel::DecodingRoom(size), '?');
         auto* decoded =
             reinterpret_cast<std::uint8_t*>(const_cast<char*>(AtTheEdge(output, room).data()));
-        const auto length = tavrel::DecodeBase64Into(decoded, edge, path);
+        const auto length = tavrel::DecodeBase64Into(decoded, edge, set);
         ASSERT_TRUE(length);
         ASSERT_EQ(std::string_view(reinterpret_cast<char*>(decoded), *length),
                   ModelDecode(std::string(edge)));

@@ -4,14 +4,15 @@
 #include <string>
 
 #include "codecs/Crc32.h"
+#include "unit/support/InstructionSets.h"
 #include "unit/support/Random.h"
 
 using tavrel::Crc32;
-using tavrel::PlainCrc32;
+using tavrel::system::InstructionSet;
 
 TEST(Crc32, TheCheckValueIsTheKnownOne) {
   EXPECT_EQ(Crc32("123456789"), 0xCBF43926U);
-  EXPECT_EQ(PlainCrc32("123456789"), 0xCBF43926U);
+  EXPECT_EQ(Crc32("123456789", InstructionSet::kPlain), 0xCBF43926U);
   EXPECT_EQ(Crc32(""), 0U);
 }
 
@@ -22,8 +23,9 @@ TEST(Crc32, IsThatOfTheCompressionLibraryForEveryLengthAndPlace) {
       const std::string_view part = std::string_view(bytes).substr(start, length);
       const auto expected = static_cast<std::uint32_t>(
           crc32(0, reinterpret_cast<const Bytef*>(part.data()), static_cast<uInt>(part.size())));
-      ASSERT_EQ(PlainCrc32(part), expected) << length;
-      ASSERT_EQ(Crc32(part), expected) << length;
+      for (const InstructionSet set : tavrel::test::SetsForChecksum()) {
+        ASSERT_EQ(Crc32(part, set), expected) << length;
+      }
     }
   }
 }
@@ -35,13 +37,7 @@ TEST(Crc32, EverySingleBitCounts) {
     char& byte = bytes[bit / 8];
     byte = static_cast<char>(1 << bit % 8);
     ASSERT_NE(Crc32(bytes), before);
-    ASSERT_EQ(Crc32(bytes), PlainCrc32(bytes));
+    ASSERT_EQ(Crc32(bytes), Crc32(bytes, InstructionSet::kPlain));
     byte = 0;
   }
 }
-
-#if defined(__x86_64__)
-TEST(Crc32, TheProcessorIsAskedRight) {
-  EXPECT_EQ(tavrel::IsCrc32Fast(), __builtin_cpu_supports("pclmul") != 0);
-}
-#endif

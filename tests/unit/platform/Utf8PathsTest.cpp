@@ -13,6 +13,7 @@
 #include "unit/support/Sanitizers.h"
 
 using namespace tavrel::text;
+using tavrel::system::InstructionSet;
 using tavrel::test::GuardedPages;
 using tavrel::test::Random;
 using tavrel::test::Rounds;
@@ -63,14 +64,14 @@ void ForEachSequence(std::size_t length, Function function) {
   }
 }
 
-class Utf8Paths : public testing::TestWithParam<Utf8Path> {
+class Utf8Paths : public testing::TestWithParam<InstructionSet> {
  protected:
   void SetUp() override {
-    if (!IsSupported(GetParam())) GTEST_SKIP() << "not on this processor";
+    if (!tavrel::system::IsSupported(GetParam())) GTEST_SKIP() << "not on this processor";
   }
 
   [[nodiscard]] static bool Agrees(const char* text, std::size_t length) {
-    const TextPrefix plain = ValidTextPrefix(text, length, Utf8Path::kPlain);
+    const TextPrefix plain = ValidTextPrefix(text, length, InstructionSet::kPlain);
     const TextPrefix fast = ValidTextPrefix(text, length, GetParam());
     return fast.length == plain.length && fast.lengthToZero == plain.lengthToZero;
   }
@@ -98,16 +99,11 @@ class Utf8Paths : public testing::TestWithParam<Utf8Path> {
 
 TEST(Utf8Paths, ThePlainOneIsTheCheckForShortTexts) {
   ForEachSequence(3, [](const std::string& text) {
-    const TextPrefix plain = ValidTextPrefix(text.data(), text.size(), Utf8Path::kPlain);
+    const TextPrefix plain = ValidTextPrefix(text.data(), text.size(), InstructionSet::kPlain);
     const std::size_t length = ValidUtf8Prefix(text.data(), text.size());
     ASSERT_EQ(plain.length, length) << testing::PrintToString(text);
     ASSERT_EQ(plain.lengthToZero, std::min(length, text.find('\0')));
   });
-}
-
-TEST(Utf8Paths, TheBestOneIsSupported) {
-  EXPECT_TRUE(IsSupported(BestUtf8Path()));
-  EXPECT_TRUE(IsSupported(Utf8Path::kPlain));
 }
 
 TEST_P(Utf8Paths, ShortSequencesAreJudgedAlikeAtEveryPlace) {
@@ -232,7 +228,8 @@ TEST_P(Utf8Paths, NothingOutsideTheTextIsRead) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(All, Utf8Paths, testing::Values(Utf8Path::kBaseline, Utf8Path::kAvx2),
-                         [](const testing::TestParamInfo<Utf8Path>& path) {
-                           return path.param == Utf8Path::kBaseline ? "Baseline" : "Avx2";
+INSTANTIATE_TEST_SUITE_P(All, Utf8Paths,
+                         testing::Values(InstructionSet::kBaseline, InstructionSet::kAvx2),
+                         [](const testing::TestParamInfo<InstructionSet>& set) {
+                           return set.param == InstructionSet::kBaseline ? "Baseline" : "Avx2";
                          });

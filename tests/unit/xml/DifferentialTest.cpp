@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tests/reference/LiteralPass.h"
+#include "unit/support/InstructionSets.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
 #include "unit/xml/Sequences.h"
@@ -20,13 +21,10 @@ using tavrel::xml::ParsingWay;
 namespace {
 
 const std::vector<ParsingWay>& AllWays() {
-  using tavrel::xml::InstructionSet;
+  using tavrel::system::InstructionSet;
   static const std::vector<ParsingWay> ways = [] {
     std::vector<ParsingWay> all = {{false, InstructionSet::kPlain}};
-    for (const InstructionSet set : {InstructionSet::kPlain, InstructionSet::kBaseline,
-                                     InstructionSet::kAvx2, InstructionSet::kAvx512}) {
-      if (tavrel::xml::IsSupported(set)) all.push_back({true, set});
-    }
+    for (const InstructionSet set : SetsForIndex()) all.push_back({true, set});
     return all;
   }();
   return ways;

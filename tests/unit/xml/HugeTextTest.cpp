@@ -79,7 +79,7 @@ TEST(HugeText, IsParsedBeyondFourGigabytes) {
   std::memcpy(end - ending.size(), ending.c_str(), ending.size() + 1);
 
   tavrel::xml::DocumentTree tree;
-  tavrel::xml::TreeBuilder(tree, huge.text(), end).BuildIndexed(tavrel::xml::BestInstructionSet());
+  tavrel::xml::TreeBuilder(tree, huge.text(), end).BuildIndexed(tavrel::system::WidestSet());
   const auto elements = tavrel::test::ElementsOf(tree.fields);
   ASSERT_EQ(elements.size(), 6u);
   const TBXMLElement* root = elements[0];

@@ -12,31 +12,24 @@
 #include <string_view>
 #include <vector>
 
+#include "unit/support/InstructionSets.h"
 #include "xml/StructuralIndex.h"
 #include "xml/TBXML.h"
 #include "xml/TreeBuilder.h"
 
 namespace {
 
+using tavrel::system::InstructionSet;
+using tavrel::test::SetsForIndex;
 using tavrel::xml::ForceParsing;
-using tavrel::xml::IndexFunctionOf;
-using tavrel::xml::InstructionSet;
+using tavrel::xml::IndexFunctionFor;
 using tavrel::xml::ParsingWay;
-
-std::vector<InstructionSet> SupportedSets() {
-  std::vector<InstructionSet> sets;
-  for (const InstructionSet set : {InstructionSet::kPlain, InstructionSet::kBaseline,
-                                   InstructionSet::kAvx2, InstructionSet::kAvx512}) {
-    if (tavrel::xml::IsSupported(set)) sets.push_back(set);
-  }
-  return sets;
-}
 
 std::vector<std::uint32_t> Positions(InstructionSet set, std::string_view text) {
   // Exactly as long as the text: a read behind it is noticed by the sanitizer.
   const std::vector<char> bytes(text.begin(), text.end());
   std::vector<std::uint32_t> positions(text.size() + tavrel::xml::kIndexSlack);
-  positions.resize(IndexFunctionOf(set)(bytes.data(), bytes.size(), 1000, positions.data()));
+  positions.resize(IndexFunctionFor(set)(bytes.data(), bytes.size(), 1000, positions.data()));
   return positions;
 }
 
@@ -106,13 +99,13 @@ TEST(StructuralIndex, EverySetFindsTheSamePositions) {
       c = random() % 100 < density ? (random() % 2 == 0 ? '<' : '>') : static_cast<char>(random());
     }
     const std::vector<std::uint32_t> expected = Positions(InstructionSet::kPlain, text);
-    for (const InstructionSet set : SupportedSets()) EXPECT_EQ(Positions(set, text), expected);
+    for (const InstructionSet set : SetsForIndex()) EXPECT_EQ(Positions(set, text), expected);
   }
 }
 
 TEST(StructuralIndex, ABlockOfNothingButTagsFitsIntoTheList) {
   const std::string text(20000, '<');
-  for (const InstructionSet set : SupportedSets()) {
+  for (const InstructionSet set : SetsForIndex()) {
     const std::string dump = DumpOf("<r>" + text, {true, set});
     EXPECT_EQ(dump, DumpOf("<r>" + text, {false, InstructionSet::kPlain}));
   }
@@ -123,7 +116,7 @@ TEST(TreeBuilder, EverySetBuildsThePlainTree) {
   for (int round = 0; round < 3000; ++round) {
     const std::string text = RandomDocument(random, 1 + random() % 60, round % 2 == 0);
     const std::string expected = DumpOf(text, {false, InstructionSet::kPlain});
-    for (const InstructionSet set : SupportedSets()) {
+    for (const InstructionSet set : SetsForIndex()) {
       ASSERT_EQ(DumpOf(text, {true, set}), expected) << text;
     }
   }
@@ -136,7 +129,7 @@ TEST(TreeBuilder, EverySetBuildsThePlainTreeOverManyBlocks) {
     // A long run without any tag makes the index jump.
     text.insert(text.size() / 2, "<!--" + std::string(random() % 30000, '.') + "-->");
     const std::string expected = DumpOf(text, {false, InstructionSet::kPlain});
-    for (const InstructionSet set : SupportedSets()) {
+    for (const InstructionSet set : SetsForIndex()) {
       ASSERT_EQ(DumpOf(text, {true, set}), expected);
     }
   }
@@ -148,7 +141,7 @@ TEST(InstructionSets, AllListTheSameDictionaries) {
   for (int i = 0; i < 500; ++i) text += "<key>1</key><dict><key>Name</key><true/></dict>";
   text += "</dict></dict></plist>";
   std::vector<ParsingWay> ways = {{false, InstructionSet::kPlain}};
-  for (const InstructionSet set : SupportedSets()) ways.push_back({true, set});
+  for (const InstructionSet set : SetsForIndex()) ways.push_back({true, set});
   for (const ParsingWay way : ways) {
     ForceParsing(way);
     TBXML document;
@@ -197,9 +190,9 @@ TEST(TreeBuilder, BuildsTheSameTreeWhereHugePagesAreRefused) {
   std::mt19937_64 random(4);
   const std::string text = "<r>" + RandomDocument(random, 400000, true);
   ASSERT_GT(text.size(), std::size_t{4} << 20);  // several huge pages
-  const std::string expected = DumpOf(text, {true, tavrel::xml::BestInstructionSet()});
+  const std::string expected = DumpOf(text, {true, tavrel::system::WidestSet()});
   ASSERT_EQ(prctl(PR_SET_THP_DISABLE, 1, 0, 0, 0), 0);
-  const std::string without = DumpOf(text, {true, tavrel::xml::BestInstructionSet()});
+  const std::string without = DumpOf(text, {true, tavrel::system::WidestSet()});
   EXPECT_EQ(prctl(PR_SET_THP_DISABLE, 0, 0, 0, 0), 0);
   EXPECT_TRUE(without == expected);
 }

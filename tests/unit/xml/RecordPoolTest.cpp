@@ -15,11 +15,11 @@
 #include "xml/TreeBuilder.h"
 
 namespace faults = tavrel::system::faults;
+using tavrel::system::InstructionSet;
 using tavrel::test::ElementsOf;
 using tavrel::test::Parse;
 using tavrel::test::TreeOf;
 using tavrel::xml::ForceParsing;
-using tavrel::xml::InstructionSet;
 using tavrel::xml::ParsingWay;
 
 namespace {

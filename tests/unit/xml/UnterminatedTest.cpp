@@ -5,18 +5,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "unit/support/GuardedPages.h"
+#include "unit/support/InstructionSets.h"
 #include "unit/xml/TreeText.h"
 #include "xml/CDataSections.h"
 #include "xml/StructuralIndex.h"
 #include "xml/TreeBuilder.h"
 
+using tavrel::system::InstructionSet;
 using tavrel::test::ElementsOf;
 using tavrel::test::GuardedPages;
 using tavrel::test::Parse;
 using tavrel::test::TreeOf;
-using tavrel::xml::InstructionSet;
 
 namespace {
 
@@ -47,11 +49,9 @@ void ParseInPlace(char* bytes, std::size_t length, std::optional<InstructionSet>
 // Parses `text`, in every way there is, where reading one byte outside of it is fatal on either
 // side.
 void ParseGuarded(GuardedPages& pages, std::string_view text) {
-  const std::optional<InstructionSet> ways[] = {std::nullopt, InstructionSet::kPlain,
-                                                InstructionSet::kBaseline, InstructionSet::kAvx2,
-                                                InstructionSet::kAvx512};
+  std::vector<std::optional<InstructionSet>> ways = {std::nullopt};
+  for (const InstructionSet set : tavrel::test::SetsForIndex()) ways.emplace_back(set);
   for (const auto& way : ways) {
-    if (way && !tavrel::xml::IsSupported(*way)) continue;
     ParseInPlace(pages.PlaceAtEnd(text), text.size(), way);
     for (const char filler : {'<', '>', ']', '-', '\''}) {
       ParseInPlace(pages.PlaceAtStart(text, filler), text.size(), way);

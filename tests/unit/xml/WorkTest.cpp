@@ -101,9 +101,9 @@ class Work : public testing::TestWithParam<HostileText> {
   ~Work() override { tavrel::xml::ForceParsing(std::nullopt); }
 
   static void ForEachPass(void (*body)(const HostileText&)) {
-    tavrel::xml::ForceParsing({{false, tavrel::xml::InstructionSet::kPlain}});
+    tavrel::xml::ForceParsing({{false, tavrel::system::InstructionSet::kPlain}});
     body(GetParam());
-    tavrel::xml::ForceParsing({{true, tavrel::xml::BestInstructionSet()}});
+    tavrel::xml::ForceParsing({{true, tavrel::system::WidestSet()}});
     body(GetParam());
   }
 };
