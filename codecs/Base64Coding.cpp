@@ -107,7 +107,7 @@ class Decoder {
       if (character == '=') Finish();
       return character != '=' && character < 0x80;
     }
-    group[filled++] = static_cast<unsigned>(value);
+    group[filled++] = static_cast<unsigned char>(value);
     if (filled == group.size()) Emit(3);
     return true;
   }

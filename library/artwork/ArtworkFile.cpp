@@ -111,7 +111,7 @@ bool HasSizeOfPixels(const Block& block, const BlockLayout& layout) noexcept {
 // any bytes, also those that a picture begins with, and are known by their size.
 std::optional<Format> FormatOf(const Block& block, const BlockLayout& layout) noexcept {
   const auto byCode = FormatOfCode(block.Tag(layout.code), kCodes);
-  const bool isRaw = byCode == Argb || byCode == Bgra;
+  const bool isRaw = byCode && (*byCode == Argb || *byCode == Bgra);
   if (isRaw && HasSizeOfPixels(block, layout)) return byCode;
   const std::int32_t size = block.ImageSize(layout);
   const std::size_t known = std::min(kMagic, static_cast<std::size_t>(std::max(size, 0)));

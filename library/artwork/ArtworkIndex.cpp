@@ -67,8 +67,8 @@ class ArtworkIndex {
 
   // Takes the table's address in, so that no set of names is bad for every run.
   [[nodiscard]] std::size_t Hash(const ArtworkIds& ids) const noexcept {
-    std::uint64_t library;
-    std::uint64_t track;
+    std::uint64_t library = 0;
+    std::uint64_t track = 0;
     std::memcpy(&library, ids.data(), sizeof(library));
     std::memcpy(&track, ids.data() + sizeof(library), sizeof(track));
     constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
