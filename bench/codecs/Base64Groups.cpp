@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "bench/codecs/CodecGroups.h"
-#include "bench/codecs/Measuring.h"
+#include "bench/codecs/Group.h"
 #include "bench/codecs/Peers.h"
 #include "bench/support/Random.h"
+#include "bench/support/Region.h"
+#include "bench/support/Require.h"
 #include "codecs/Base64.h"
 #include "codecs/Base64Coding.h"
 
@@ -20,17 +22,17 @@ using system::WidestSet;
 
 // The input of all of it, and a place for output that is resident as they are.
 struct Material {
-  Resident bytes;
-  Resident text;   // without line breaks
-  Resident lines;  // of 76 characters
-  Resident output;
+  ResidentRegion bytes;
+  ResidentRegion text;   // without line breaks
+  ResidentRegion lines;  // of 76 characters
+  ResidentRegion output;
 
   [[nodiscard]] std::string_view Bytes() const { return {bytes.data(), bytes.size()}; }
   [[nodiscard]] std::string_view Text() const { return {text.data(), text.size()}; }
   [[nodiscard]] std::string_view Lines() const { return {lines.data(), lines.size()}; }
 };
 
-void Fill(const Resident& bytes) {
+void Fill(const ResidentRegion& bytes) {
   Random random(1);
   for (std::size_t at = 0; at + 8 <= bytes.size(); at += 8) {
     const std::uint64_t value = random.Next();
@@ -93,7 +95,7 @@ void MeasureEncoding(const Material& material, std::uint32_t rounds, Report& rep
               [&] { EncodeWithOpenSsl(material.Bytes(), material.output.data()); });
   }
   AddCopy(group, material, material.Bytes());
-  group.Measure(rounds, 0, report);
+  group.Measure(rounds, report);
   if (HasOpenSsl()) {
     AddTarget(report, "base64 encoding: EVP_EncodeBlock / ours", group.RatioTo("EVP_EncodeBlock"),
               4, 6);
@@ -114,7 +116,7 @@ Group MeasureDecoding(const Material& material, std::string_view text, std::stri
     group.Add(peerName, [&material, text, peer] { peer(text, material.output.data()); });
   }
   AddCopy(group, material, text);
-  group.Measure(rounds, 0, report);
+  group.Measure(rounds, report);
   return group;
 }
 
@@ -128,7 +130,7 @@ void MeasureFresh(const std::string& name, std::string_view input, std::size_t r
     Require(output != nullptr, "there is not enough memory");
     work(output.get());
   };
-  Group group(name + ", with fresh memory for the result", input.size());
+  Group group(name + ", with fresh memory for the result", input.size(), 2 * room);
   group.Add("ours", std::move(ours));
   if (HasOpenSsl()) {
     group.Add("EVP into malloc()", [=] { intoFresh([=](char* output) { peer(input, output); }); });
@@ -137,7 +139,7 @@ void MeasureFresh(const std::string& name, std::string_view input, std::size_t r
     intoFresh(
         [=](char* output) { std::memcpy(output, input.data(), std::min(input.size(), room)); });
   });
-  group.Measure(rounds, 2 * room, report);
+  group.Measure(rounds, report);
 }
 
 }  // namespace
@@ -145,8 +147,9 @@ void MeasureFresh(const std::string& name, std::string_view input, std::size_t r
 void MeasureBase64(std::size_t size, std::uint32_t rounds, Report& report) {
   size = size / 57 * 57;  // whole lines: OpenSSL's functions count padding as bytes
   const std::size_t textSize = size / 3 * 4;
-  const Material material{Resident(size), Resident(textSize), Resident(textSize + size / 57),
-                          Resident(textSize + size / 57 + 64)};
+  const Material material{ResidentRegion(size), ResidentRegion(textSize),
+                          ResidentRegion(textSize + size / 57),
+                          ResidentRegion(textSize + size / 57 + 64)};
   Fill(material.bytes);
   const std::string text = EncodeBase64(material.Bytes(), 0, InstructionSet::kPlain);
   const std::string lines = EncodeBase64(material.Bytes(), 76, InstructionSet::kPlain);

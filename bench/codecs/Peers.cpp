@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "bench/support/Require.h"
+
 #if defined(TAVREL_HAS_OPENSSL)
 #include <openssl/crypto.h>
 #include <openssl/evp.h>
@@ -14,10 +16,6 @@
 
 namespace tavrel::bench {
 namespace {
-
-void Require(bool holds, const char* what) {
-  if (!holds) throw std::runtime_error(what);
-}
 
 // Inflates into `output`, which `grow` enlarges whenever it is full.
 template <typename Grow>

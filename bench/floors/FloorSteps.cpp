@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -10,6 +9,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "bench/support/Clocks.h"
+#include "bench/support/InstructionSets.h"
+#include "bench/support/Require.h"
 #include "system/Files.h"
 #include "text/TextFile.h"
 #include "text/Utf8.h"
@@ -20,24 +22,6 @@ namespace tavrel::bench {
 namespace {
 
 constexpr std::size_t kSmallPage = 4096;
-
-void Require(bool holds, const char* what) {
-  if (!holds) throw std::runtime_error(what);
-}
-
-// Processor time, system calls included: other programs disturb it less than the wall clock.
-double ProcessorSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-template <class Work>
-double SecondsOf(const Work& work) {
-  const double start = ProcessorSeconds();
-  work();
-  return ProcessorSeconds() - start;
-}
 
 system::FileDescriptor Open(const FloorInput& input) {
   std::size_t size = 0;
@@ -63,10 +47,16 @@ void ReadChecked(const FloorInput& input, system::ZeroedBlock block) {
           "the file is not UTF-8");
 }
 
+// Before a step that takes `size` bytes of fresh memory.
+void WarmMemoryFor(std::size_t size) {
+  WarmMemoryHere(size + size / 4);
+}
+
 // As a load does it, memory included.
 double ReadLikeALoad(const FloorInput& input) {
+  WarmMemoryFor(input.fileBytes);
   text::FileText text;
-  const double seconds = SecondsOf([&] { text = text::ReadFileText(input.path.c_str()); });
+  const double seconds = ProcessorSecondsOf([&] { text = text::ReadFileText(input.path.c_str()); });
   Require(text.length == input.fileBytes, "the file is not UTF-8");
   system::ReleaseBlock(text.block);
   return seconds;
@@ -74,8 +64,9 @@ double ReadLikeALoad(const FloorInput& input) {
 
 // A page is copied when it is first written to.
 double WriteMapped(const FloorInput& input) {
+  WarmMemoryFor(input.fileBytes);
   void* address = MAP_FAILED;
-  const double seconds = SecondsOf([&] {
+  const double seconds = ProcessorSecondsOf([&] {
     const system::FileDescriptor file = Open(input);
     address = mmap(nullptr, input.fileBytes, PROT_READ | PROT_WRITE, MAP_PRIVATE, file.get(), 0);
     Require(address != MAP_FAILED, "the file cannot be mapped");
@@ -88,8 +79,9 @@ double WriteMapped(const FloorInput& input) {
 
 template <class Work>
 double InFreshRegion(std::size_t size, Pages pages, const Work& work) {
+  WarmMemoryFor(size);
   std::unique_ptr<Region> region;
-  return SecondsOf([&] {
+  return ProcessorSecondsOf([&] {
     region = std::make_unique<Region>(size, pages);
     work(*region);
   });
@@ -130,9 +122,10 @@ void StoreRecords(Region& region) {
 }
 
 double GiveBack(std::size_t size, Pages pages) {
+  WarmMemoryFor(size);
   auto region = std::make_unique<Region>(size, pages);
   region->Touch();
-  return SecondsOf([&] { region.reset(); });
+  return ProcessorSecondsOf([&] { region.reset(); });
 }
 
 }  // namespace
@@ -166,59 +159,46 @@ std::vector<FloorGroup> ReadingGroups(FloorInput& input) {
     return [=] { return InFreshRegion(size, pages, work); };
   };
   const auto resident = [&input](const auto& work) {
-    return [&input, work] { return SecondsOf([&] { work(input.text); }); };
+    return [&input, work] { return ProcessorSecondsOf([&] { work(input.text); }); };
   };
   return {
       {"reading into resident memory",
-       {{"read(2)", 0, resident(plain)}, {"read and check", 0, resident(checked)}}},
+       {{"read(2)", resident(plain)}, {"read and check", resident(checked)}}},
       {"reading into fresh huge pages",
-       {{"read(2)", size, fresh(Pages::kHuge, plain)},
-        {"read and check, as a load does it", size, [&input] { return ReadLikeALoad(input); }}}},
+       {{"read(2)", fresh(Pages::kHuge, plain)},
+        {"read and check, as a load does it", [&input] { return ReadLikeALoad(input); }}}},
       {"reading into fresh 4 KB pages",
-       {{"read(2)", size, fresh(Pages::kSmall, plain)},
-        {"read and check", size, fresh(Pages::kSmall, checked)},
-        {"mmap(2) and a byte written to each page", size,
-         [&input] { return WriteMapped(input); }}}},
+       {{"read(2)", fresh(Pages::kSmall, plain)},
+        {"read and check", fresh(Pages::kSmall, checked)},
+        {"mmap(2) and a byte written to each page", [&input] { return WriteMapped(input); }}}},
   };
 }
 
 FloorGroup ScanningGroup(FloorInput& input) {
-  std::vector<FloorStep> steps;
-  steps.push_back({"memchr loop over '<'", 0, [&input] {
-                     std::size_t count = 0;
-                     const double seconds = SecondsOf([&] { count = CountOpeners(input); });
-                     Require(count == input.openers, "memchr finds another number of '<'");
-                     return seconds;
-                   }});
-  const auto addIndex = [&](const char* name, system::InstructionSet set) {
-    if (!system::IsSupported(set)) return;
+  std::vector<Step> steps;
+  // Work that counts; figures of one that finds another number are worth nothing.
+  const auto add = [&](const std::string& name, std::size_t expected, const auto& count) {
+    steps.push_back({name, [=] {
+                       std::size_t found = 0;
+                       const double seconds = ProcessorSecondsOf([&] { found = count(); });
+                       if (found != expected)
+                         throw std::runtime_error(name + " finds another number");
+                       return seconds;
+                     }});
+  };
+  add("memchr loop over '<'", input.openers, [&input] { return CountOpeners(input); });
+  for (const system::InstructionSet set : ComparedSets()) {
     const xml::IndexFunction index = xml::IndexFunctionFor(set);
-    steps.push_back({name, 0, [&input, index] {
-                       std::size_t count = 0;
-                       const double seconds = SecondsOf([&] { count = CountTags(input, index); });
-                       Require(count == input.tags, "an index finds another number of tags");
-                       return seconds;
-                     }});
-  };
-  addIndex("tag index, plain", system::InstructionSet::kPlain);
-  addIndex("tag index, baseline", system::InstructionSet::kBaseline);
-  addIndex("tag index, AVX2", system::InstructionSet::kAvx2);
-  addIndex("tag index, AVX-512", system::InstructionSet::kAvx512);
-
-  const auto addCheck = [&](const char* name, system::InstructionSet set) {
-    if (!system::IsSupported(set)) return;
-    steps.push_back({name, 0, [&input, set] {
-                       text::TextPrefix prefix{};
-                       const double seconds = SecondsOf([&] {
-                         prefix = text::ValidTextPrefix(input.text.data(), input.fileBytes, set);
-                       });
-                       Require(prefix.length == input.fileBytes, "the file is not UTF-8");
-                       return seconds;
-                     }});
-  };
-  addCheck("UTF-8 check, plain", system::InstructionSet::kPlain);
-  addCheck("UTF-8 check, baseline", system::InstructionSet::kBaseline);
-  addCheck("UTF-8 check, AVX2", system::InstructionSet::kAvx2);
+    add("structural index, " + NameOf(set), input.tags,
+        [&input, index] { return CountTags(input, index); });
+  }
+  for (const system::InstructionSet set : ComparedSets()) {
+    if (set > system::InstructionSet::kAvx2)
+      continue;  // a wider one is no faster, and has no check
+    add("UTF-8 check, " + NameOf(set), input.fileBytes, [&input, set] {
+      return text::ValidTextPrefix(input.text.data(), input.fileBytes, set).length;
+    });
+  }
   return {"going over the text", std::move(steps)};
 }
 
@@ -230,12 +210,12 @@ FloorGroup RecordGroup(FloorInput& input) {
   const auto giveBack = [size](Pages pages) { return [=] { return GiveBack(size, pages); }; };
   return {"records",
           {
-              {"stored, resident", 0,
-               [&input] { return SecondsOf([&] { StoreRecords(*input.records); }); }},
-              {"stored, fresh huge pages", size, fresh(Pages::kHuge)},
-              {"stored, fresh 4 KB pages", size, fresh(Pages::kSmall)},
-              {"given back, huge pages", size, giveBack(Pages::kHuge)},
-              {"given back, 4 KB pages", size, giveBack(Pages::kSmall)},
+              {"stored, resident",
+               [&input] { return ProcessorSecondsOf([&] { StoreRecords(*input.records); }); }},
+              {"stored, fresh huge pages", fresh(Pages::kHuge)},
+              {"stored, fresh 4 KB pages", fresh(Pages::kSmall)},
+              {"given back, huge pages", giveBack(Pages::kHuge)},
+              {"given back, 4 KB pages", giveBack(Pages::kSmall)},
           }};
 }
 

@@ -2,27 +2,19 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "bench/report/Series.h"
+#include "bench/report/Turns.h"
 #include "bench/support/Region.h"
 
 namespace tavrel::bench {
 
-struct FloorStep {
-  std::string name;
-  std::size_t freshBytes;       // how much memory it takes from the system
-  std::function<double()> run;  // its time in seconds
-  Series seconds{};
-};
-
 // Steps that are compared with each other.
 struct FloorGroup {
   std::string name;
-  std::vector<FloorStep> steps;
+  std::vector<Step> steps;
 };
 
 // The file and memory that is there already. All steps borrow it.

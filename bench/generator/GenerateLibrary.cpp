@@ -3,10 +3,8 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <exception>
 #include <string>
 #include <system_error>
 
@@ -14,16 +12,18 @@
 #include "bench/generator/GeneratedTracks.h"
 #include "bench/generator/OutputFile.h"
 #include "bench/generator/PlistWriter.h"
+#include "bench/report/RunProgram.h"
+#include "bench/support/Clocks.h"
 #include "bench/support/Random.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr std::uint32_t mostTracks = 10'000'000;
-constexpr std::uint64_t libraryFamily = 7;
+constexpr std::uint32_t kMostTracks = 10'000'000;
+constexpr std::uint64_t kLibraryFamily = 7;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "The same arguments give the same bytes on every machine.\n"
     "\n"
     "Examples:\n"
@@ -59,11 +59,11 @@ void WriteLibraryHead(PlistWriter& writer, std::uint64_t seed) {
   writer.Integer("Features", 5);
   writer.Boolean("Show Content Ratings", true);
   writer.String("Music Folder", "file://localhost/Users/user/Music/iTunes/iTunes%20Media/");
-  writer.PersistentId("Library Persistent ID", SeedOf(seed, libraryFamily, 0));
+  writer.PersistentId("Library Persistent ID", SeedOf(seed, kLibraryFamily, 0));
 }
 
 void Generate(const Options& options) {
-  const auto start = std::chrono::steady_clock::now();
+  const double start = WallTime();
   OutputFile file(options.path);
   PlistWriter writer(file);
   writer.Begin("dict");
@@ -73,9 +73,8 @@ void Generate(const Options& options) {
   writer.End("dict");
   writer.Finish();
   file.Commit();
-  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
   fmt::print(stderr, "{} tracks, {} playlists, {} items, {} bytes, {:.2f} s\n", tracks.ids.size(),
-             counts.playlists, counts.items, file.BytesWritten(), elapsed.count());
+             counts.playlists, counts.items, file.BytesWritten(), WallTime() - start);
 }
 
 }  // namespace
@@ -84,22 +83,13 @@ int main(int argc, char** argv) {
   Options options;
   CLI::App app("Writes a library file in the layout of iTunes, filled with made-up music.",
                "generate_library");
-  app.footer(footer);
+  app.footer(kFooter);
   app.add_option("--tracks", options.tracks, "Number of tracks")
       ->required()
-      ->check(CLI::Range(std::uint32_t{0}, mostTracks));
+      ->check(CLI::Range(std::uint32_t{0}, kMostTracks));
   app.add_option("--seed", options.seed, "Another number gives another library")
       ->check(WholeNumber())
       ->capture_default_str();
   app.add_option("-o,--output", options.path, "File to write; - is standard output")->required();
-  try {
-    app.parse(argc, argv);
-    Generate(options);
-    return 0;
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  } catch (const std::exception& error) {
-    fmt::print(stderr, "generate_library: {}\n", error.what());
-    return 1;
-  }
+  return RunProgram(app, argc, argv, [&] { Generate(options); });
 }

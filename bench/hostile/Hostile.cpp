@@ -1,24 +1,23 @@
 // hostile: measures documents of texts that were made to take a parser forever.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "bench/hostile/Families.h"
 #include "bench/hostile/Parsers.h"
-#include "bench/report/Machine.h"
-#include "bench/report/Program.h"
-#include "bench/report/Report.h"
+#include "bench/report/Benchmark.h"
+#include "bench/report/Turns.h"
 #include "bench/support/ChildRun.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "Every run has a process of its own, and memory is warmed up before it. Times are processor\n"
     "times from a text in memory to a tree, copying the text included.\n"
     "\n"
@@ -33,84 +32,72 @@ Parsed RunFresh(const Parser& parser, std::string_view text) {
   return RunInChild([&] { return parser.parse(text); });
 }
 
-// Runs each of them in turn. Result: a series for each; empty for one that refuses the text.
-std::vector<Series> Measure(const std::vector<Parser>& parsers, std::string_view text,
-                            std::uint32_t rounds) {
-  std::vector<Series> times(parsers.size());
-  std::vector<bool> refuses(parsers.size());
-  for (std::uint32_t round = 0; round < rounds; ++round) {
-    for (std::size_t i = 0; i < parsers.size(); ++i) {
-      const std::size_t turn = (i + round) % parsers.size();
-      if (refuses[turn]) continue;
-      const Parsed parsed = RunFresh(parsers[turn], text);
-      refuses[turn] = !parsed.accepted;
-      if (parsed.accepted) times[turn].Add(parsed.seconds);
-    }
-  }
-  return times;
+Step StepOf(const Parser& parser, std::string name, const std::string& text) {
+  return {std::move(name), [&] { return RunFresh(parser, text).seconds; }};
 }
 
 void MeasureGrowth(std::uint32_t rounds, Report& report) {
   report.Section("ours, from text to tree");
+  const Parser ours = OurDocument();
   for (const Family& family : AllFamilies()) {
     const std::string small = family.OfSize(kSmall);
     const std::string large = family.OfSize(kLarge);
-    Series smallTimes;
-    Series largeTimes;
-    for (std::uint32_t round = 0; round < rounds; ++round) {
-      smallTimes.Add(RunFresh(OurDocument(), small).seconds);
-      largeTimes.Add(RunFresh(OurDocument(), large).seconds);
-    }
-    report.Seconds(family.name + ", 4 MB", smallTimes);
-    report.Seconds(family.name + ", 16 MB", largeTimes);
-    report.Add(
-        {17, family.name + ", 16 MB / 4 MB", largeTimes.Over(smallTimes), Bound::kAtMost, 6, 4.5});
+    std::vector<Step> steps = {StepOf(ours, family.name + ", 4 MB", small),
+                               StepOf(ours, family.name + ", 16 MB", large)};
+    RunInTurns(steps, rounds);
+    for (const Step& step : steps) report.Seconds(step.name, step.seconds);
+    report.Add({17, family.name + ", 16 MB / 4 MB", steps[1].seconds.Over(steps[0].seconds),
+                Bound::kAtMost, 6, 4.5});
   }
 }
 
-void MeasurePeers(std::uint32_t rounds, Report& report) {
-  struct Marks {
-    std::string name;
-    double pass;
-    double moonshot;
-  };
-  std::vector<Parser> parsers = {OurDocument()};
-  for (const Parser& peer : Peers()) parsers.push_back(peer);
+struct Marks {
+  std::string family;
+  double pass;
+  double moonshot;
+};
+
+// Ours first; then the peers that do not refuse the text.
+void MeasurePeers(const Marks& marks, std::uint32_t rounds, Report& report) {
+  const std::vector<Family> families = AllFamilies();
+  const auto family = std::find_if(families.begin(), families.end(),
+                                   [&](const Family& f) { return f.name == marks.family; });
+  const std::string text = family->OfSize(kLarge);
+  const Parser ours = OurDocument();
+  const std::vector<Parser> peers = Peers();
+  std::vector<Step> steps = {StepOf(ours, ours.name, text)};
+  report.Section(marks.family + ", 16 MB");
+  for (const Parser& peer : peers) {
+    if (RunFresh(peer, text).accepted) {
+      steps.push_back(StepOf(peer, peer.name, text));
+    } else {
+      report.Fact(peer.name + ", " + marks.family, "refused");
+    }
+  }
+  RunInTurns(steps, rounds);
+  for (const Step& step : steps) report.Seconds(step.name, step.seconds);
+  const auto fastest = std::min_element(
+      steps.begin() + 1, steps.end(),
+      [](const Step& a, const Step& b) { return a.seconds.Median() < b.seconds.Median(); });
+  if (fastest == steps.end()) return;
+  report.Add({18, fmt::format("{}, {} / ours", marks.family, fastest->name),
+              fastest->seconds.Over(steps[0].seconds), Bound::kAtLeast, marks.pass,
+              marks.moonshot});
+}
+
+void Measure(std::uint32_t rounds, Report& report) {
+  if (Peers().size() < 2) report.Fact("peers", "one or both were not there when this was built");
+  MeasureGrowth(rounds, report);
   for (const Marks& marks : {Marks{kSectionsInText, 0.5, 1.5}, Marks{kSectionsInValue, 0.1, 0.5},
                              Marks{kMillionAttributes, 0.3, 1.0}}) {
-    const std::vector<Family> families = AllFamilies();
-    const auto family = std::find_if(families.begin(), families.end(),
-                                     [&](const Family& f) { return f.name == marks.name; });
-    const std::vector<Series> times = Measure(parsers, family->OfSize(kLarge), rounds);
-    report.Section(marks.name + ", 16 MB");
-    std::size_t fastest = 0;
-    for (std::size_t i = 0; i < parsers.size(); ++i) {
-      if (times[i].size() == 0) {
-        report.Fact(parsers[i].name + ", " + marks.name, "refused");
-        continue;
-      }
-      report.Seconds(parsers[i].name, times[i]);
-      if (i > 0 && (fastest == 0 || times[i].Median() < times[fastest].Median())) fastest = i;
-    }
-    if (fastest == 0) continue;
-    report.Add({18, fmt::format("{}, {} / ours", marks.name, parsers[fastest].name),
-                times[fastest].Over(times[0]), Bound::kAtLeast, marks.pass, marks.moonshot});
+    MeasurePeers(marks, rounds, report);
   }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CommonOptions options{9, ""};
-  CLI::App app("Measures documents of hostile texts, beside other parsers.", "hostile");
-  app.footer(footer);
-  AddCommonOptions(app, options);
-  return RunProgram(app, argc, argv, [&] {
-    Report report("hostile");
-    AddMachineFacts(report);
-    if (Peers().size() < 2) report.Fact("peers", "one or both were not there when this was built");
-    MeasureGrowth(options.rounds, report);
-    MeasurePeers(options.rounds, report);
-    report.Finish(options.jsonFile);
-  });
+  Benchmark benchmark("hostile", "Measures documents of hostile texts, beside other parsers.", 9);
+  benchmark.Explain(kFooter);
+  return benchmark.Run(argc, argv, [&](Report& report) { Measure(benchmark.rounds(), report); });
 }

@@ -19,9 +19,9 @@ namespace {
 
 Parsed ParseOurselves(std::string_view text) {
   const auto data = system::ByteBuffer::Copy(text);
-  const double start = ProcessorTimeNow();
+  const double start = ProcessorTime();
   const auto document = TBXML::tbxmlWithXMLData(data);
-  return {ProcessorTimeNow() - start, true};
+  return {ProcessorTime() - start, true};
 }
 
 #if defined(TAVREL_HAS_PUGIXML)
@@ -30,10 +30,10 @@ Parsed ParseWithPugixml(std::string_view text) {
   constexpr unsigned int kOptions =
       pugi::parse_minimal | pugi::parse_embed_pcdata | pugi::parse_cdata;
   pugi::xml_document document;
-  const double start = ProcessorTimeNow();
+  const double start = ProcessorTime();
   const bool accepted = static_cast<bool>(
       document.load_buffer(text.data(), text.size(), kOptions, pugi::encoding_utf8));
-  return {ProcessorTimeNow() - start, accepted};
+  return {ProcessorTime() - start, accepted};
 }
 
 #endif
@@ -51,10 +51,10 @@ Parsed ParseWithExpat(std::string_view text) {
   XML_SetElementHandler(
       parser.get(), [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
   XML_SetCharacterDataHandler(parser.get(), [](void*, const XML_Char*, int) {});
-  const double start = ProcessorTimeNow();
+  const double start = ProcessorTime();
   const XML_Status status =
       XML_Parse(parser.get(), text.data(), static_cast<int>(text.size()), XML_TRUE);
-  return {ProcessorTimeNow() - start, status == XML_STATUS_OK};
+  return {ProcessorTime() - start, status == XML_STATUS_OK};
 }
 
 #endif

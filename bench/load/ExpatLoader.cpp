@@ -79,7 +79,7 @@ LoadFigures Load(const std::string& path) {
 
 }  // namespace
 
-Program ExpatProgram() {
+Loader ExpatLoader() {
   return {"expat, empty handlers", XML_ExpatVersion(), false, Load};
 }
 

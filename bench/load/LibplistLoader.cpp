@@ -26,7 +26,7 @@ LoadFigures Load(const std::string& path) {
 
 }  // namespace
 
-Program LibplistProgram() {
+Loader LibplistLoader() {
   return {kLibplist, TAVREL_LIBPLIST_VERSION, true, Load};
 }
 

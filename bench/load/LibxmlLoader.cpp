@@ -47,7 +47,7 @@ LoadFigures Load(const std::string& path) {
 
 }  // namespace
 
-Program LibxmlProgram() {
+Loader LibxmlLoader() {
   return {kLibxml, LIBXML_DOTTED_VERSION, true, Load};
 }
 

@@ -1,7 +1,5 @@
 // load_library: measures how long the library takes to load library files, as a host sees it,
 // beside the parsers that others use.
-#include <fmt/format.h>
-
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
@@ -10,39 +8,37 @@
 
 #include "bench/load/LoadReport.h"
 #include "bench/load/Rounds.h"
-#include "bench/report/Program.h"
+#include "bench/report/Benchmark.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
-    "Every run has a process of its own, and memory is warmed up before it. Times of different "
-    "calls\n"
-    "must not be compared, ratios may: machines have fast and slow phases.\n"
+constexpr char kFooter[] =
+    "Every run has a process of its own, and memory is warmed up before it. Times of different\n"
+    "calls must not be compared, ratios may: machines have fast and slow phases.\n"
     "\n"
     "Examples:\n"
     "  generate_library --tracks 100000 -o library.xml && load_library library.xml\n"
     "  load_library --peers none --library other-build/lib/libTavrel.so.0 library.xml";
 
-// Larger files would keep the slow programs busy for minutes, with gigabytes of memory.
+// Larger files would keep the slow loaders busy for minutes, with gigabytes of memory.
 constexpr std::size_t kLargestForSlow = 200'000'000;
 
 struct Options {
-  CommonOptions common{9, {}};
   std::uint32_t slowRounds = 3;
   std::string peers = "all";
   std::string library = TAVREL_LIBRARY_NAME;
   std::vector<std::string> files;
 };
 
-std::vector<Program> ChosenPrograms(const Options& options) {
-  std::vector<Program> programs = {TavrelProgram(options.library)};
-  if (options.peers == "none") return programs;
-  for (Program& peer : AllPeers()) {
-    if (!peer.slow || options.peers != "fast") programs.push_back(std::move(peer));
+std::vector<Loader> ChosenLoaders(const Options& options) {
+  std::vector<Loader> loaders = {TavrelLoader(options.library)};
+  if (options.peers == "none") return loaders;
+  for (Loader& peer : AllPeers()) {
+    if (!peer.slow || options.peers != "fast") loaders.push_back(std::move(peer));
   }
-  return programs;
+  return loaders;
 }
 
 std::vector<Input> InputsBySize(const std::vector<std::string>& files) {
@@ -53,7 +49,7 @@ std::vector<Input> InputsBySize(const std::vector<std::string>& files) {
   return inputs;
 }
 
-// Whether the slow programs are measured with that one of the inputs.
+// Whether the slow loaders are measured with that one of the inputs.
 bool IsForSlow(const Input& input, const std::vector<Input>& inputs, const Options& options) {
   if (input.bytes > kLargestForSlow) return false;
   if (options.peers != "largest") return true;
@@ -62,30 +58,46 @@ bool IsForSlow(const Input& input, const std::vector<Input>& inputs, const Optio
   });
 }
 
-void Measure(const Options& options) {
-  const std::vector<Program> programs = ChosenPrograms(options);
-  const std::vector<Input> inputs = InputsBySize(options.files);
+void MeasureLoaders(const std::vector<Input>& inputs, const std::vector<Loader>& loaders,
+                    const Options& options, std::uint32_t rounds, Report& report) {
   std::vector<Case> cases;
   for (const Input& input : inputs) {
-    for (const Program& program : programs) {
-      if (program.slow && !IsForSlow(input, inputs, options)) continue;
-      cases.push_back({&input, &program, {}});
+    for (const Loader& loader : loaders) {
+      if (loader.slow && !IsForSlow(input, inputs, options)) continue;
+      cases.push_back({&input, &loader, {}});
     }
   }
-  Report report("load_library");
-  AddFacts(inputs, programs, report);
-  RunRounds(cases, {options.common.rounds, options.slowRounds});
+  RunRounds(cases, {rounds, options.slowRounds});
   AddResults(inputs, cases, report);
-  report.Finish(options.common.jsonFile);
+}
+
+// Rounds of the library alone, so that its loads of different files stand close together in time. They
+// take so little of it that there can be more of them.
+void MeasureEvenness(const std::vector<Input>& inputs, const Loader& library, std::uint32_t rounds,
+                     Report& report) {
+  if (inputs.size() < 2) return;
+  std::vector<Case> cases;
+  for (const Input& input : inputs) cases.push_back({&input, &library, {}});
+  RunRounds(cases, {3 * rounds, 3 * rounds});
+  AddEvenness(cases, report);
+}
+
+void Measure(const Options& options, std::uint32_t rounds, Report& report) {
+  const std::vector<Loader> loaders = ChosenLoaders(options);
+  const std::vector<Input> inputs = InputsBySize(options.files);
+  AddFacts(inputs, loaders, report);
+  MeasureLoaders(inputs, loaders, options, rounds, report);
+  MeasureEvenness(inputs, loaders.front(), rounds, report);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app("Measures loading and unloading library files.", "load_library");
-  app.footer(footer);
-  AddCommonOptions(app, options.common);
+  Benchmark benchmark("load_library", "Measures loading and unloading library files.", 9);
+  benchmark.Explain(kFooter);
+  benchmark.Take(options.files);
+  CLI::App& app = benchmark.app();
   app.add_option("--peer-rounds", options.slowRounds, "The same for peers that take over a second")
       ->check(CLI::Range(1, 10000))
       ->capture_default_str();
@@ -95,6 +107,6 @@ int main(int argc, char** argv) {
       ->check(CLI::IsMember({"all", "largest", "fast", "none"}))
       ->capture_default_str();
   app.add_option("--library", options.library, "Shared library to load")->capture_default_str();
-  app.add_option("FILE", options.files, "Library files")->required()->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Measure(options); });
+  return benchmark.Run(argc, argv,
+                       [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "bench/support/ChildRun.h"
+#include "bench/support/Clocks.h"
 
 namespace tavrel::bench {
 namespace {
@@ -66,11 +66,11 @@ LoadMeter::LoadMeter() noexcept {
   ResetPeak();
   peakBefore_ = PeakBytes();
   usageBefore_ = Usage();
-  start_ = SecondsNow();
+  start_ = WallTime();
 }
 
 void LoadMeter::Loaded() noexcept {
-  figures_.seconds = SecondsNow() - start_;
+  figures_.seconds = WallTime() - start_;
   const rusage usage = Usage();
   figures_.userSeconds = Seconds(usage.ru_utime) - Seconds(usageBefore_.ru_utime);
   figures_.systemSeconds = Seconds(usage.ru_stime) - Seconds(usageBefore_.ru_stime);
@@ -79,11 +79,11 @@ void LoadMeter::Loaded() noexcept {
 }
 
 void LoadMeter::ReleaseBegins() noexcept {
-  start_ = SecondsNow();
+  start_ = WallTime();
 }
 
 LoadFigures LoadMeter::Released() noexcept {
-  figures_.releaseSeconds = SecondsNow() - start_;
+  figures_.releaseSeconds = WallTime() - start_;
   return figures_;
 }
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string>
 
-#include "bench/report/Machine.h"
+#include "bench/report/Evenness.h"
 
 namespace tavrel::bench {
 namespace {
@@ -21,19 +21,19 @@ constexpr Goal kOnTheLargest[] = {{1, kPugixml, 3.0, 4.0}, {2, kPugixmlHuge, 1.3
 constexpr Goal kOfTheSlow[] = {
     {5, kLibxml, 25, 45}, {5, kLibplist, 15, 25}, {5, kPlistlib, 50, 90}};
 
-const Case* Find(const std::vector<Case>& cases, const Input& input, std::string_view program) {
+const Case* Find(const std::vector<Case>& cases, const Input& input, std::string_view loader) {
   const auto found = std::find_if(cases.begin(), cases.end(), [&](const Case& each) {
-    return each.input == &input && each.program->name == program;
+    return each.input == &input && each.loader->name == loader;
   });
   return found == cases.end() ? nullptr : &*found;
 }
 
-// The largest of the files that this program took part in.
+// The largest of the files that this loader took part in.
 const Input* LargestOf(const std::vector<Input>& inputs, const std::vector<Case>& cases,
-                       std::string_view program) {
+                       std::string_view loader) {
   const Input* largest = nullptr;
   for (const Input& input : inputs) {
-    if (Find(cases, input, program) != nullptr) largest = &input;
+    if (Find(cases, input, loader) != nullptr) largest = &input;
   }
   return largest;
 }
@@ -43,7 +43,7 @@ Series NanosecondsAByte(const Case& run) {
 }
 
 void AddCase(const Case& run, Report& report) {
-  report.Section(fmt::format("{}, {}", run.input->name, run.program->name));
+  report.Section(fmt::format("{}, {}", run.input->name, run.loader->name));
   report.Seconds("load", run.Seconds());
   report.Seconds("user", run.Values(&LoadFigures::userSeconds));
   report.Seconds("system", run.Values(&LoadFigures::systemSeconds));
@@ -60,7 +60,7 @@ void AddRatios(const Input& input, const std::vector<Case>& cases, Report& repor
     report.Section(fmt::format("{}, {} over that of {}", input.name, what, kTavrel));
     for (const Case& run : cases) {
       if (run.input != &input || &run == ours) continue;
-      report.Figure(run.program->name, "x", Ratio((run.*seconds)(), (ours->*seconds)()));
+      report.Figure(run.loader->name, "x", Ratio((run.*seconds)(), (ours->*seconds)()));
     }
   };
   table("load", &Case::Seconds);
@@ -89,24 +89,11 @@ void AddMemory(const Input& input, const std::vector<Case>& cases, Report& repor
               peak.Times(1 / LeastMemory(input)), Bound::kAtMost, 1.03, 1.01});
 }
 
-// Of the fastest run with each file: what else the machine does must not look like a difference
-// between the files.
-void AddEvenness(const std::vector<Input>& inputs, const std::vector<Case>& cases, Report& report) {
-  Series fastest;
-  for (const Input& input : inputs) {
-    fastest.Add(NanosecondsAByte(*Find(cases, input, kTavrel)).Least());
-  }
-  if (fastest.size() < 2) return;
-  report.Add({8, "fastest load, ns a byte: most / least of all files",
-              fastest.Most() / fastest.Least(), Bound::kAtMost, 1.4, 1.2});
-}
-
 }  // namespace
 
-void AddFacts(const std::vector<Input>& inputs, const std::vector<Program>& programs,
+void AddFacts(const std::vector<Input>& inputs, const std::vector<Loader>& loaders,
               Report& report) {
-  AddMachineFacts(report);
-  for (const Program& program : programs) report.Fact(program.name, program.version);
+  for (const Loader& loader : loaders) report.Fact(loader.name, loader.version);
   for (const Input& input : inputs) {
     report.Fact(input.name, fmt::format("{} bytes, FNV-1a {:016x}, {} elements, {} attributes, "
                                         "{} tracks, {} items",
@@ -129,7 +116,20 @@ void AddResults(const std::vector<Input>& inputs, const std::vector<Case>& cases
     AddGoal(goal, LargestOf(inputs, cases, goal.peer), cases, report);
   }
   for (const Input& input : inputs) AddMemory(input, cases, report);
-  AddEvenness(inputs, cases, report);
+}
+
+void AddEvenness(const std::vector<Case>& cases, Report& report) {
+  report.Section("evenness: loads of all files right after one another");
+  std::vector<Series> costs;
+  for (const Case& run : cases) {
+    costs.push_back(NanosecondsAByte(run));
+    report.Figure(run.input->name + ", a byte", "ns", costs.back());
+  }
+  const Pair pair = MostUneven(costs);
+  report.Add({8,
+              fmt::format("load, ns a byte: {} / {}", cases[pair.over].input->name,
+                          cases[pair.under].input->name),
+              pair.ratio, Bound::kAtMost, 1.4, 1.2});
 }
 
 }  // namespace tavrel::bench

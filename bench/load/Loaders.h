@@ -1,4 +1,4 @@
-// The programs that load_library measures. Each is called in a process of its own, reads a file,
+// What load_library measures. Each is called in a process of its own, reads a file,
 // counts its tracks (outside the measured time) and gives everything back.
 #pragma once
 
@@ -10,7 +10,7 @@
 
 namespace tavrel::bench {
 
-struct Program {
+struct Loader {
   std::string name;
   std::string version;
   bool slow;  // takes long, and much memory, for large files
@@ -19,16 +19,16 @@ struct Program {
 };
 
 // Loads and unloads the shared library. The load is the whole one: reading, parsing and all tables.
-[[nodiscard]] Program TavrelProgram(const std::string& library);
+[[nodiscard]] Loader TavrelLoader(const std::string& library);
 
 // The others only read and parse, each with its cheapest settings, and make no tables.
-[[nodiscard]] Program PugixmlProgram();
-[[nodiscard]] Program PugixmlHugeProgram();  // with huge pages behind its nodes and its buffer
-[[nodiscard]] Program RapidxmlProgram();
-[[nodiscard]] Program ExpatProgram();
-[[nodiscard]] Program LibxmlProgram();
-[[nodiscard]] Program LibplistProgram();
-[[nodiscard]] Program PlistlibProgram();
+[[nodiscard]] Loader PugixmlLoader();
+[[nodiscard]] Loader PugixmlHugeLoader();  // with huge pages behind its nodes and its buffer
+[[nodiscard]] Loader RapidxmlLoader();
+[[nodiscard]] Loader ExpatLoader();
+[[nodiscard]] Loader LibxmlLoader();
+[[nodiscard]] Loader LibplistLoader();
+[[nodiscard]] Loader PlistlibLoader();
 [[nodiscard]] bool HasPlistlib();
 
 // The names that the targets are about.
@@ -40,6 +40,6 @@ inline constexpr char kLibplist[] = "libplist";
 inline constexpr char kPlistlib[] = "Python plistlib";
 
 // Those whose packages were there when this was built, and Python's when it is there now.
-[[nodiscard]] std::vector<Program> AllPeers();
+[[nodiscard]] std::vector<Loader> AllPeers();
 
 }  // namespace tavrel::bench

@@ -71,7 +71,7 @@ bool HasPlistlib() {
   return !Version().empty();
 }
 
-Program PlistlibProgram() {
+Loader PlistlibLoader() {
   return {kPlistlib, "of Python " + Version(), true, Load};
 }
 

@@ -63,11 +63,11 @@ std::string Version() {
 
 }  // namespace
 
-Program PugixmlProgram() {
+Loader PugixmlLoader() {
   return {kPugixml, Version(), false, Load};
 }
 
-Program PugixmlHugeProgram() {
+Loader PugixmlHugeLoader() {
   return {kPugixmlHuge, Version(), false, LoadWithHugePages};
 }
 

@@ -36,7 +36,7 @@ LoadFigures Load(const std::string& path) {
 }  // namespace
 
 // Its headers do not state a version.
-Program RapidxmlProgram() {
+Loader RapidxmlLoader() {
   return {"rapidxml", "(states no version)", false, Load};
 }
 

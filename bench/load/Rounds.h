@@ -1,4 +1,4 @@
-// Runs every program on every file, round by round.
+// Runs every loader on every file, round by round.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,10 @@
 
 namespace tavrel::bench {
 
-// One program on one file; its runs are those of the first rounds.
+// One loader on one file; its runs are those of the first rounds.
 struct Case {
   const Input* input;
-  const Program* program;
+  const Loader* loader;
   std::vector<LoadFigures> runs;
 
   [[nodiscard]] Series Values(double LoadFigures::*figure) const;
@@ -23,7 +23,7 @@ struct Case {
 
 struct RoundCounts {
   std::uint32_t all;
-  std::uint32_t slow;  // for a program that takes more than a second
+  std::uint32_t slow;  // for a loader that takes more than a second
 };
 
 // Runs all cases once a round, in random order, each in a process of its own, with memory warmed

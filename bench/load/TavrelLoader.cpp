@@ -19,7 +19,7 @@ Function* FindFunction(void* library, const char* name) {
 
 LoadFigures Load(const std::string& library, const std::string& file) {
   const LinkedHome home(file);
-  setenv("HOME", home.Path().c_str(), 1);
+  setenv("HOME", home.path().c_str(), 1);
   LoadMeter meter;
   void* handle = dlopen(library.c_str(), RTLD_NOW | RTLD_LOCAL);
   meter.Loaded();
@@ -46,7 +46,7 @@ std::string VersionOf(const std::string& library) {
 
 }  // namespace
 
-Program TavrelProgram(const std::string& library) {
+Loader TavrelLoader(const std::string& library) {
   return {kTavrel, VersionOf(library), false,
           [library](const std::string& file) { return Load(library, file); }};
 }

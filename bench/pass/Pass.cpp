@@ -2,11 +2,7 @@
 #include <fmt/format.h>
 #include <malloc.h>
 
-#include <CLI/CLI.hpp>
 #include <cstring>
-#include <fstream>
-#include <iterator>
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -15,17 +11,16 @@
 #include "bench/pass/Passes.h"
 #include "bench/pass/Peers.h"
 #include "bench/pass/ResidentMemory.h"
-#include "bench/report/Machine.h"
-#include "bench/report/Program.h"
-#include "bench/report/Report.h"
-#include "bench/support/Random.h"
-#include "system/Memory.h"
+#include "bench/report/Benchmark.h"
+#include "bench/report/Turns.h"
+#include "bench/support/Region.h"
+#include "bench/support/WholeFile.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "The text is copied to memory that is there already before each run, and records come from\n"
     "memory that is there too: measured is what a parser does, not what the system does for it.\n"
     "All of them take turns in random order, each ratio is one of a round, and times are "
@@ -35,41 +30,21 @@ constexpr char footer[] =
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && pass library.xml";
 
-struct Timed {
-  std::string name;
-  std::function<double(char*, std::size_t)> run;
-  Series seconds{};
-};
-
-std::string ContentsOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string contents((std::istreambuf_iterator<char>(file)), {});
-  if (contents.empty()) throw std::runtime_error("the file is empty or cannot be read");
-  contents.resize(std::strlen(contents.c_str()));  // where the text ends for the pass
-  return contents;
-}
-
 // The text again and again, in the same place.
 class ResidentText {
  public:
-  explicit ResidentText(const std::string& text)
-      : text_(text), block_(tavrel::system::AllocateBlock(text.size() + 1)) {
-    if (block_.address == nullptr) throw std::bad_alloc();
-  }
-  ~ResidentText() { tavrel::system::ReleaseBlock(block_); }
-  ResidentText(const ResidentText&) = delete;
-  ResidentText& operator=(const ResidentText&) = delete;
+  explicit ResidentText(const std::string& text) : text_(text), region_(text.size() + 1) {}
 
   [[nodiscard]] char* Fresh() const {
     ZeroReleasedBlocks();  // before the copy, so that all find the same in the caches
-    std::memcpy(block_.address, text_.c_str(), text_.size() + 1);
-    return block_.address;
+    std::memcpy(region_.data(), text_.c_str(), region_.size());
+    return region_.data();
   }
   [[nodiscard]] std::size_t size() const { return text_.size(); }
 
  private:
   const std::string& text_;
-  tavrel::system::ZeroedBlock block_;
+  ResidentRegion region_;
 };
 
 void Check(const std::vector<Pass>& passes, const ResidentText& text, Report& report) {
@@ -86,29 +61,7 @@ void Check(const std::vector<Pass>& passes, const ResidentText& text, Report& re
   report.Fact("tree hash, equal for all passes", fmt::format("{:016x}", expected.hash));
 }
 
-void RunRounds(std::vector<Timed>& programs, const ResidentText& text, std::uint32_t rounds) {
-  Random random(1);
-  std::vector<Timed*> order;
-  for (Timed& program : programs) order.push_back(&program);
-  for (std::uint32_t round = 0; round <= rounds; ++round) {
-    for (std::size_t i = order.size(); i > 1; --i) {
-      std::swap(order[i - 1], order[random.Below(static_cast<std::uint32_t>(i))]);
-    }
-    for (Timed* program : order) {
-      const double seconds = program->run(text.Fresh(), text.size());
-      if (round > 0) program->seconds.Add(seconds);  // the first one makes memory resident
-    }
-  }
-}
-
-const Timed* Named(const std::vector<Timed>& programs, std::string_view name) {
-  for (const Timed& program : programs) {
-    if (program.name == name) return &program;
-  }
-  return nullptr;
-}
-
-void AddTargets(const std::vector<Timed>& programs, Report& report) {
+void AddTargets(const std::vector<Step>& steps, Report& report) {
   struct Marks {
     int number;
     std::string peer;
@@ -118,10 +71,10 @@ void AddTargets(const std::vector<Timed>& programs, Report& report) {
   };
   for (const Marks& marks :
        {Marks{3, Rapidxml().name, 1.6, 2.0, 2.5}, Marks{4, Pugixml().name, 1.8, 2.3, 3.0}}) {
-    const Timed* peer = Named(programs, marks.peer);
+    const Step* peer = StepNamed(steps, marks.peer);
     for (const auto& [name, moonshot] :
          {std::pair(kAvx2Name, marks.moonshotAvx2), std::pair(kAvx512Name, marks.moonshotAvx512)}) {
-      const Timed* ours = Named(programs, name);
+      const Step* ours = StepNamed(steps, name);
       if (peer == nullptr || ours == nullptr) continue;
       report.Add({marks.number, fmt::format("{} / {}", marks.peer, name),
                   peer->seconds.Over(ours->seconds), Bound::kAtLeast, marks.pass, moonshot});
@@ -129,45 +82,46 @@ void AddTargets(const std::vector<Timed>& programs, Report& report) {
   }
 }
 
-void Measure(const std::string& file, const CommonOptions& options) {
+void Measure(const std::string& file, std::uint32_t rounds, Report& report) {
   // Freed chunks of the literal form stay in the process.
   mallopt(M_TRIM_THRESHOLD, INT32_MAX);
   mallopt(M_MMAP_THRESHOLD, INT32_MAX);
-  const std::string contents = ContentsOf(file);
+  std::string contents = ContentsOf(file);
+  contents.resize(std::strlen(contents.c_str()));  // where the text ends for the pass
   const ResidentText text(contents);
   ReservePeerMemory(16 * contents.size() + (std::size_t{64} << 20));
 
-  Report report("pass");
-  AddMachineFacts(report);
-  std::vector<Timed> programs;
+  std::vector<Step> steps;
+  const auto add = [&](const std::string& name, const auto& run) {
+    steps.push_back({name, [&text, run] { return run(text.Fresh(), text.size()); }});
+  };
   const std::vector<Pass> passes = AllPasses();
-  for (const Pass& pass : passes) programs.push_back({pass.name, pass.run});
+  for (const Pass& pass : passes) add(pass.name, pass.run);
   for (const Peer& peer : {Rapidxml(), Pugixml()}) {
     report.Fact(peer.name, peer.version);
-    if (peer.run != nullptr) programs.push_back({peer.name, peer.run});
+    if (peer.run != nullptr) add(peer.name, peer.run);
   }
   Check(passes, text, report);
-  RunRounds(programs, text, options.rounds);
+  WarmUp(steps);
+  RunInTurns(steps, rounds);
 
   report.Section("the pass alone, everything resident");
-  for (const Timed& program : programs) report.Seconds(program.name, program.seconds);
-  const Timed& literal = programs.front();
+  for (const Step& step : steps) report.Seconds(step.name, step.seconds);
+  const Step& literal = steps.front();
   report.Section("how many times as fast as the literal form");
-  for (const Timed& program : programs) {
-    report.Figure(program.name, "x", literal.seconds.Over(program.seconds));
+  for (const Step& step : steps) {
+    report.Figure(step.name, "x", literal.seconds.Over(step.seconds));
   }
-  AddTargets(programs, report);
-  report.Finish(options.jsonFile);
+  AddTargets(steps, report);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  CommonOptions options{15, ""};
   std::string file;
-  CLI::App app("Measures the pass alone beside other parsers.", "pass");
-  app.footer(footer);
-  AddCommonOptions(app, options);
-  app.add_option("FILE", file, "Library file")->required()->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Measure(file, options); });
+  Benchmark benchmark("pass", "Measures the pass alone beside other parsers.", 15);
+  benchmark.Explain(kFooter);
+  benchmark.Take(file);
+  return benchmark.Run(argc, argv,
+                       [&](Report& report) { Measure(file, benchmark.rounds(), report); });
 }

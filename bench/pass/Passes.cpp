@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "bench/support/Clocks.h"
+#include "bench/support/InstructionSets.h"
 #include "bench/support/Random.h"
 #include "tests/reference/LiteralPass.h"
 #include "xml/TreeBuilder.h"
@@ -17,9 +18,9 @@ using xml::ParsingWay;
 Pass Literal() {
   const auto run = [](char* text, std::size_t) {
     reference::LiteralPass pass;
-    const double start = ProcessorTimeNow();
+    const double start = ProcessorTime();
     pass.Run(text);
-    return ProcessorTimeNow() - start;
+    return ProcessorTime() - start;
   };
   const auto summary = [](char* text, std::size_t) {
     reference::LiteralPass pass;
@@ -41,9 +42,9 @@ void Build(xml::DocumentTree& tree, const ParsingWay& way, char* text, std::size
 Pass Ours(std::string_view name, ParsingWay way) {
   const auto run = [=](char* text, std::size_t length) {
     xml::DocumentTree tree;
-    const double start = ProcessorTimeNow();
+    const double start = ProcessorTime();
     Build(tree, way, text, length);
-    return ProcessorTimeNow() - start;
+    return ProcessorTime() - start;
   };
   const auto summary = [=](char* text, std::size_t length) {
     xml::DocumentTree tree;
@@ -97,13 +98,9 @@ std::string RandomText(Random& random) {
 
 std::vector<Pass> AllPasses() {
   std::vector<Pass> passes = {Literal(), Ours("plain pass", {false, InstructionSet::kPlain})};
-  const auto add = [&](std::string_view name, InstructionSet set) {
-    if (system::IsSupported(set)) passes.push_back(Ours(name, {true, set}));
-  };
-  add("indexed, plain", InstructionSet::kPlain);
-  add("indexed, baseline", InstructionSet::kBaseline);
-  add(kAvx2Name, InstructionSet::kAvx2);
-  add(kAvx512Name, InstructionSet::kAvx512);
+  for (const InstructionSet set : ComparedSets()) {
+    passes.push_back(Ours("indexed, " + NameOf(set), {true, set}));
+  }
   return passes;
 }
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/report/Program.h"
+#include "bench/report/RunProgram.h"
 #include "bench/report/Target.h"
 
 namespace {

@@ -8,21 +8,22 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
-#include "bench/report/Machine.h"
-#include "bench/report/Program.h"
+#include "bench/report/Benchmark.h"
+#include "bench/report/Turns.h"
 #include "bench/search/SearchPeers.h"
+#include "bench/search/Searching.h"
 #include "bench/support/ChildRun.h"
+#include "bench/support/Clocks.h"
 #include "bench/support/LoadedLibrary.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "The largest FILE is searched for the terms; a search in which nearly all tracks match is\n"
     "timed on each. Ours and the peers take turns, and each ratio is one of a round. Times are\n"
     "those of the processor, so that other work on the machine counts for nobody. Do not compare\n"
@@ -33,19 +34,11 @@ constexpr char footer[] =
     "  search 10000.xml 30000.xml 100000.xml";
 
 struct Options {
-  CommonOptions common{9, ""};
   std::vector<std::string> terms = {"love", "zqxjkv", "corazón", "愛"};
   std::vector<std::string> files;
 };
 
 using Peers = std::vector<std::unique_ptr<SearchPeer>>;
-
-template <typename Work>
-double SecondsOf(Work&& work) {
-  const double start = ProcessorSeconds();
-  work();
-  return ProcessorSeconds() - start;
-}
 
 // What one more search costs: the mean of a few in a row.
 double SecondsOfRepeated(const SongInfo& terms) {
@@ -56,9 +49,9 @@ double SecondsOfRepeated(const SongInfo& terms) {
   return sum / kSearches;
 }
 
-void AddPeer(Report& report, std::string_view name, const Series& seconds, const Series& ours) {
-  report.Seconds(std::string(name), seconds);
-  report.Figure("  time / ours", "", seconds.Over(ours));
+void AddPeer(Report& report, const Step& peer, const Series& ours) {
+  report.Seconds(peer.name, peer.seconds);
+  report.Figure("  time / ours", "", peer.seconds.Over(ours));
 }
 
 // One term in all texts. Result: how many times as long the first peer takes.
@@ -66,26 +59,27 @@ Series MeasureTerm(const std::string& term, const Peers& peers, std::uint32_t ro
                    Report& report) {
   const SongInfo terms = Terms(term);
   const std::int32_t count = CheckedCount(terms);
-  Series ours;
-  Series plain;
-  std::vector<Series> theirs(peers.size());
   std::vector<std::int64_t> found(peers.size());
-  for (std::uint32_t round = 0; round < rounds; ++round) {
-    ours.Add(SecondsOfRepeated(terms));
-    plain.Add(SecondsOfPlainSearch(terms));
-    for (std::size_t i = 0; i < peers.size(); ++i) {
-      theirs[i].Add(SecondsOf([&] { found[i] = peers[i]->Count(term); }));
-    }
-  }
-  report.Section(fmt::format("\"{}\": {} tracks", term, count));
-  report.Seconds("SearchSong, repeated", ours);
-  AddPeer(report, "plain search", plain, ours);
+  std::vector<Step> steps = {
+      {"SearchSong, repeated", [&] { return SecondsOfRepeated(terms); }},
+      {"plain search", [&] { return SecondsOfPlainSearch(terms); }},
+  };
   for (std::size_t i = 0; i < peers.size(); ++i) {
-    AddPeer(report, peers[i]->Name(), theirs[i], ours);
+    steps.push_back({std::string(peers[i]->Name()), [&, i] {
+                       return ProcessorSecondsOf([&] { found[i] = peers[i]->Count(term); });
+                     }});
+  }
+  RunInTurns(steps, rounds);
+  const Series& ours = steps[0].seconds;
+  report.Section(fmt::format("\"{}\": {} tracks", term, count));
+  report.Seconds(steps[0].name, ours);
+  AddPeer(report, steps[1], ours);
+  for (std::size_t i = 0; i < peers.size(); ++i) {
+    AddPeer(report, steps[2 + i], ours);
     if (found[i] >= 0 && found[i] != count)
       report.Figure("  finds", "tracks", Series(static_cast<double>(found[i])));
   }
-  return theirs.front().Over(ours);
+  return steps[2].seconds.Over(ours);
 }
 
 // Of all pairs of letters, the one that comes nearest to matching half of the tracks.
@@ -110,19 +104,21 @@ std::string TermOfHalf(std::int32_t trackCount) {
 Series MeasureFirst(const std::string& file, const std::string& term, SearchPeer& peer,
                     std::uint32_t rounds, Report& report) {
   const SongInfo terms = Terms(term);
-  Series ours;
-  Series theirs;
-  for (std::uint32_t round = 0; round < rounds; ++round) {
+  const auto searchAfterLoad = [&] {
     const LoadedLibrary library(file);
     WarmMemory(std::uint64_t{1} << 28);
-    ours.Add(SecondsOfSearch(terms));
+    const double seconds = SecondsOfSearch(terms);
     AgentFinalizer();
-    theirs.Add(SecondsOf([&] { (void)peer.Count(term); }));
-  }
+    return seconds;
+  };
+  std::vector<Step> steps = {{"SearchSong", searchAfterLoad},
+                             {std::string(peer.Name()),
+                              [&] { return ProcessorSecondsOf([&] { (void)peer.Count(term); }); }}};
+  RunInTurns(steps, rounds);
   report.Section(fmt::format("\"{}\", the first search after a load", term));
-  report.Seconds("SearchSong", ours);
-  AddPeer(report, peer.Name(), theirs, ours);
-  return ours.Over(theirs);
+  report.Seconds(steps[0].name, steps[0].seconds);
+  AddPeer(report, steps[1], steps[0].seconds);
+  return steps[0].seconds.Over(steps[1].seconds);
 }
 
 // Nearly all tracks match: a common letter for each text. Result: how much longer the largest file
@@ -132,25 +128,22 @@ Series MeasureAllMatching(const std::vector<std::string>& files, std::uint32_t r
   const std::string letters[] = {"e", "a", "o"};
   const SongInfo terms = Terms(letters[0], letters[1], letters[2]);
   std::vector<LoadedLibrary> libraries(files.begin(), files.end());
-  std::vector<std::int32_t> counts;
+  std::vector<Step> steps;
   for (const LoadedLibrary& library : libraries) {
     library.Select();
-    counts.push_back(CheckedCount(terms));
+    steps.push_back(
+        {fmt::format("{} of {} tracks", CheckedCount(terms), library.trackCount()), [&] {
+           library.Select();
+           return SecondsOfRepeated(terms);
+         }});
   }
-  std::vector<Series> seconds(libraries.size());
-  for (std::uint32_t round = 0; round < rounds; ++round) {
-    for (std::size_t i = 0; i < libraries.size(); ++i) {
-      libraries[i].Select();
-      seconds[i].Add(SecondsOfRepeated(terms));
-    }
-  }
+  RunInTurns(steps, rounds);
   report.Section("nearly all tracks match");
-  for (std::size_t i = 0; i < libraries.size(); ++i) {
-    const std::int32_t trackCount = libraries[i].trackCount();
-    report.Seconds(fmt::format("{} of {} tracks", counts[i], trackCount), seconds[i]);
-    report.Figure("  a track", "ns", seconds[i].Times(1e9 / trackCount));
+  for (std::size_t i = 0; i < steps.size(); ++i) {
+    report.Seconds(steps[i].name, steps[i].seconds);
+    report.Figure("  a track", "ns", steps[i].seconds.Times(1e9 / libraries[i].trackCount()));
   }
-  return seconds.back().Over(seconds.front());
+  return steps.back().seconds.Over(steps.front().seconds);
 }
 
 // The first of them is the one that targets speak of, the second that of the first search.
@@ -171,18 +164,15 @@ void AddTarget(Report& report, int number, std::string name, Series ratio, doubl
   report.Add({number, std::move(name), std::move(ratio), bound, pass, moonshot});
 }
 
-void Measure(const Options& options) {
+void Measure(const Options& options, std::uint32_t rounds, Report& report) {
   std::vector<std::string> files = options.files;
   std::sort(files.begin(), files.end(), [](const std::string& a, const std::string& b) {
     return std::filesystem::file_size(a) < std::filesystem::file_size(b);
   });
-  const std::uint32_t rounds = options.common.rounds;
   const LoadedLibrary library(files.back());
   const TrackTexts texts = ReadTexts();
   const Peers peers = MakePeers(texts, files.back());
   const std::string folding(peers[0]->Name());
-  Report report("search");
-  AddMachineFacts(report);
   report.Fact("searched tracks", std::to_string(library.trackCount()));
 
   for (const std::string& term : options.terms) {
@@ -199,17 +189,17 @@ void Measure(const Options& options) {
     Series growth = MeasureAllMatching(files, rounds, report);
     AddTarget(report, 13, "search, all match: largest file / smallest", growth, 13, 12);
   }
-  report.Finish(options.common.jsonFile);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app("Measures the song search.", "search");
-  app.footer(footer);
-  AddCommonOptions(app, options.common);
-  app.add_option("--term", options.terms, "Terms to search for, the first a frequent one");
-  app.add_option("FILE", options.files, "Library files")->required()->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Measure(options); });
+  Benchmark benchmark("search", "Measures the song search.", 9);
+  benchmark.Explain(kFooter);
+  benchmark.Take(options.files);
+  benchmark.app().add_option("--term", options.terms,
+                             "Terms to search for, the first a frequent one");
+  return benchmark.Run(argc, argv,
+                       [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

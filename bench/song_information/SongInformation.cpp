@@ -1,15 +1,15 @@
 // song_information: measures the first information of every song beside ten walks of its dictionary.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
-#include "bench/report/Machine.h"
-#include "bench/report/Program.h"
-#include "bench/report/Report.h"
+#include "bench/report/Benchmark.h"
+#include "bench/report/Turns.h"
 #include "bench/support/ChildRun.h"
+#include "bench/support/Clocks.h"
 #include "bench/support/LoadedLibrary.h"
 #include "library/playlists/PlaylistTable.h"
 #include "library/tracks/PlainTrackProperties.h"
@@ -19,20 +19,15 @@ namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "Each round loads FILE twice. One time GetSongInfo() is called for every track; the other "
     "time\n"
-    "each track's properties are first read by ten walks of its dictionary, with memory of its own "
-    "for\n"
-    "every text. Both must give the same. Times are those of the processor.\n"
+    "each track's properties are first read by ten walks of its dictionary, with memory of its "
+    "own\n"
+    "for every text. Both must give the same. Times are those of the processor.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && song_information library.xml";
-
-struct Options {
-  CommonOptions common{15, {}};
-  std::string file;
-};
 
 // Of one load, in seconds for all tracks.
 struct Run {
@@ -71,13 +66,13 @@ class Hash {
 // Asks for every song of the playlist. Result: the processor time in seconds.
 template <class Prepare>
 double SecondsOfAll(PlaylistRecord* songs, Prepare&& prepare) {
-  const double start = ProcessorSeconds();
-  for (std::int32_t i = 0; i < songs->count; ++i) {
-    prepare(*songs->tracks[i]);
-    SongInfo info = {};
-    if (GetSongInfo(songs, i, &info) == 0) throw std::runtime_error("a song cannot be read");
-  }
-  return ProcessorSeconds() - start;
+  return ProcessorSecondsOf([&] {
+    for (std::int32_t i = 0; i < songs->count; ++i) {
+      prepare(*songs->tracks[i]);
+      SongInfo info = {};
+      if (GetSongInfo(songs, i, &info) == 0) throw std::runtime_error("a song cannot be read");
+    }
+  });
 }
 
 void ReleaseTexts(SongInfo& info) {
@@ -116,46 +111,42 @@ Run RunTenWalks(const std::string& file) {
   return run;
 }
 
-void Measure(const Options& options) {
-  Report report("song_information");
-  AddMachineFacts(report);
-  Series ours;
-  Series second;
-  Series tenWalks;
-  for (std::uint32_t round = 0; round < options.common.rounds; ++round) {
-    // Neither always goes first.
-    const bool isFirst = round % 2 == 0;
-    const Run early = isFirst ? RunOurs(options.file) : RunTenWalks(options.file);
-    const Run late = isFirst ? RunTenWalks(options.file) : RunOurs(options.file);
-    if (early.trackCount == 0) throw std::runtime_error(options.file + " holds no tracks");
-    if (early.trackCount != late.trackCount || early.hash != late.hash) {
+void Measure(const std::string& file, std::uint32_t rounds, Report& report) {
+  const Run expected = RunTenWalks(file);
+  if (expected.trackCount == 0) throw std::runtime_error(file + " holds no tracks");
+  report.Fact("tracks", std::to_string(expected.trackCount));
+  report.Fact("hash of all properties", fmt::format("{:016x}", expected.hash));
+  const auto checked = [&expected](const Run& run) {
+    if (run.trackCount != expected.trackCount || run.hash != expected.hash) {
       throw std::runtime_error("the tracks and those that ten walks read differ");
     }
-    const auto each = [&early](double seconds) { return seconds / early.trackCount; };
-    if (round == 0) {
-      report.Fact("tracks", std::to_string(early.trackCount));
-      report.Fact("hash of all properties", fmt::format("{:016x}", early.hash));
-    }
-    ours.Add(each((isFirst ? early : late).first));
-    second.Add(each((isFirst ? early : late).second));
-    tenWalks.Add(each((isFirst ? late : early).first));
-  }
+    return run;
+  };
+  Series second;
+  std::vector<Step> steps = {
+      {"first request",
+       [&] {
+         const Run run = checked(RunOurs(file));
+         second.Add(run.second);
+         return run.first;
+       }},
+      {"ten walks, then the request", [&] { return checked(RunTenWalks(file)).first; }}};
+  RunInTurns(steps, rounds);
+  const double share = 1.0 / expected.trackCount;
   report.Section("song information, a track");
-  report.Seconds("first request", ours);
-  report.Seconds("ten walks, then the request", tenWalks);
-  report.Seconds("second request", second);
-  report.Add({14, "first song information of all tracks: ten walks / ours", tenWalks.Over(ours),
-              Bound::kAtLeast, 1.5, 3});
-  report.Finish(options.common.jsonFile);
+  for (const Step& step : steps) report.Seconds(step.name, step.seconds.Times(share));
+  report.Seconds("second request", second.Times(share));
+  report.Add({14, "first song information of all tracks: ten walks / ours",
+              steps[1].seconds.Over(steps[0].seconds), Bound::kAtLeast, 1.5, 3});
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
-  CLI::App app("Measures the first information of every song.", "song_information");
-  app.footer(footer);
-  AddCommonOptions(app, options.common);
-  app.add_option("FILE", options.file, "Library file")->required()->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Measure(options); });
+  std::string file;
+  Benchmark benchmark("song_information", "Measures the first information of every song.", 15);
+  benchmark.Explain(kFooter);
+  benchmark.Take(file);
+  return benchmark.Run(argc, argv,
+                       [&](Report& report) { Measure(file, benchmark.rounds(), report); });
 }

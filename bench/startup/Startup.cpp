@@ -8,29 +8,27 @@
 #include <cstdint>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
-#include "bench/report/Machine.h"
-#include "bench/report/Program.h"
-#include "bench/report/Report.h"
+#include "bench/report/Benchmark.h"
+#include "bench/report/Turns.h"
 #include "bench/startup/SharedObject.h"
 #include "bench/support/ChildRun.h"
 #include "bench/support/LinkedHome.h"
-#include "bench/support/Random.h"
 
 namespace {
 
 using namespace tavrel::bench;
 
-constexpr char footer[] =
+constexpr char kFooter[] =
     "Each run is a new program, a small host in C. The floor is to open a library that does "
-    "nothing and\n"
-    "has the same dependencies, and to read the file once.\n"
+    "nothing\n"
+    "and has the same dependencies, and to read the file once.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 1000 -o library.xml && startup library.xml";
 
 struct Options {
-  CommonOptions common{100, {}};
   std::string library = TAVREL_LIBRARY_FILE;
   std::string file;
 };
@@ -55,11 +53,10 @@ void SetVariables(const Options& options, const LinkedHome& home) {
   setenv("TAVREL_OBJECT", options.library.c_str(), 1);
   setenv("TAVREL_FLOOR", TAVREL_FLOOR_FILE, 1);
   setenv("TAVREL_FILE", options.file.c_str(), 1);
-  setenv("HOME", home.Path().c_str(), 1);
+  setenv("HOME", home.path().c_str(), 1);
 }
 
 void AddFacts(const Options& options, Report& report) {
-  AddMachineFacts(report);
   const SharedObject library = ReadSharedObject(options.library);
   const SharedObject floor = ReadSharedObject(TAVREL_FLOOR_FILE);
   if (library.needed != floor.needed) {
@@ -72,40 +69,31 @@ void AddFacts(const Options& options, Report& report) {
   report.Fact("constructors of the library", std::to_string(library.constructors));
 }
 
-void Measure(const Options& options) {
-  Report report("startup");
+void Measure(const Options& options, std::uint32_t rounds, Report& report) {
   AddFacts(options, report);
   const LinkedHome home(options.file);
   SetVariables(options, home);
-  RunProbe(kAsk);
-  RunProbe(kFloor);
-
-  Random random(1);
-  Series library;
-  Series floor;
-  for (std::uint32_t round = 0; round < options.common.rounds; ++round) {
-    const bool libraryFirst = random.Below(2) == 0;
-    if (libraryFirst) library.Add(RunProbe(kAsk));
-    floor.Add(RunProbe(kFloor));
-    if (!libraryFirst) library.Add(RunProbe(kAsk));
-  }
+  std::vector<Step> steps = {
+      {"library, to the first song's information", [] { return RunProbe(kAsk); }},
+      {"floor: empty library, and one read of the file", [] { return RunProbe(kFloor); }}};
+  WarmUp(steps);
+  RunInTurns(steps, rounds);
   report.Section("From dlopen() on");
-  report.Seconds("library, to the first song's information", library);
-  report.Seconds("floor: empty library, and one read of the file", floor);
-  report.Add({19, "first answer / floor", library.Over(floor), Bound::kAtMost, 2.0, 1.5});
-  report.Finish(options.common.jsonFile);
+  for (const Step& step : steps) report.Seconds(step.name, step.seconds);
+  report.Add({19, "first answer / floor", steps[0].seconds.Over(steps[1].seconds), Bound::kAtMost,
+              2.0, 1.5});
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app("Measures the time from dlopen() to the first answer.", "startup");
-  app.footer(footer);
-  AddCommonOptions(app, options.common);
-  app.add_option("--library", options.library, "Shared library to load")->capture_default_str();
-  app.add_option("FILE", options.file, "Library file, of 1,000 tracks")
-      ->required()
-      ->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Measure(options); });
+  Benchmark benchmark("startup", "Measures the time from dlopen() to the first answer.", 100);
+  benchmark.Explain(kFooter);
+  benchmark.Take(options.file);
+  benchmark.app()
+      .add_option("--library", options.library, "Shared library to load")
+      ->capture_default_str();
+  return benchmark.Run(argc, argv,
+                       [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

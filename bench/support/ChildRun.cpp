@@ -2,7 +2,6 @@
 
 #include <sys/mman.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -78,12 +77,6 @@ std::uint64_t MostToTouch() noexcept {
 }
 
 }  // namespace
-
-double SecondsNow() noexcept {
-  timespec now{};
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 void RunInChild(const std::function<void()>& work, void* result, std::size_t byteCount) {
   int ends[2];

@@ -8,9 +8,6 @@
 
 namespace tavrel::bench {
 
-// CLOCK_MONOTONIC.
-double SecondsNow() noexcept;
-
 // Calls `work` in a child process, waits for it, and carries over what it has written to the
 // `byteCount` bytes at `result`, which must be few enough for a pipe to take at once. Throws
 // std::runtime_error with the message of the exception that `work` ended with, or with the signal

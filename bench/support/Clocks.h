@@ -1,15 +1,26 @@
-// The time that this process has had of the processor, its system calls included: what other
-// programs do meanwhile counts for nobody.
+// The two clocks of the benchmarks, in seconds since a moment of their own.
 #pragma once
-
-#include <time.h>
 
 namespace tavrel::bench {
 
-inline double ProcessorTimeNow() noexcept {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+// The wall's.
+[[nodiscard]] double WallTime() noexcept;
+// The time that this process, and its children that have ended, had of the processor, system calls
+// included: what other programs do meanwhile counts for nobody.
+[[nodiscard]] double ProcessorTime() noexcept;
+
+template <class Work>
+[[nodiscard]] double WallSecondsOf(Work&& work) {
+  const double start = WallTime();
+  work();
+  return WallTime() - start;
+}
+
+template <class Work>
+[[nodiscard]] double ProcessorSecondsOf(Work&& work) {
+  const double start = ProcessorTime();
+  work();
+  return ProcessorTime() - start;
 }
 
 }  // namespace tavrel::bench

@@ -1,7 +1,9 @@
-// A home folder for the library to read, below the folder for temporary files.
+// A home folder for the library to read.
 #pragma once
 
 #include <string>
+
+#include "bench/support/TemporaryFolder.h"
 
 namespace tavrel::bench {
 
@@ -9,14 +11,11 @@ namespace tavrel::bench {
 class LinkedHome {
  public:
   explicit LinkedHome(const std::string& file);
-  ~LinkedHome();
-  LinkedHome(const LinkedHome&) = delete;
-  LinkedHome& operator=(const LinkedHome&) = delete;
 
-  const std::string& Path() const noexcept { return path; }
+  [[nodiscard]] const std::string& path() const noexcept { return folder_.path(); }
 
  private:
-  std::string path;
+  TemporaryFolder folder_;
 };
 
 }  // namespace tavrel::bench

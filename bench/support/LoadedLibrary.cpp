@@ -1,111 +1,15 @@
 #include "bench/support/LoadedLibrary.h"
 
 #include <stdlib.h>
-#include <sys/resource.h>
 
-#include <algorithm>
-#include <ctime>
 #include <stdexcept>
 
-#include "library/search/PlainSearch.h"
-#include "library/tracks/TrackTable.h"
-
 namespace tavrel::bench {
-namespace {
-
-// What a callback has heard, in few bytes.
-struct Heard {
-  std::uint64_t calls = 0;
-  std::uint64_t hash = 0;
-};
-
-std::int32_t Listen(PlaylistRecord* playlist, std::int32_t index, void* context) {
-  auto& heard = *static_cast<Heard*>(context);
-  ++heard.calls;
-  const auto place = reinterpret_cast<std::uintptr_t>(playlist) + static_cast<std::uint64_t>(index);
-  heard.hash = (heard.hash ^ place) * 0x100000001B3u;
-  return 1;
-}
-
-std::int32_t CountCalls(PlaylistRecord*, std::int32_t, void* context) {
-  ++*static_cast<std::uint64_t*>(context);
-  return 1;
-}
-
-double Seconds(const timeval& time) {
-  return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) * 1e-6;
-}
-
-}  // namespace
-
-double ProcessorSeconds() {
-  timespec now{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-  rusage children{};
-  getrusage(RUSAGE_CHILDREN, &children);
-  return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9 +
-         Seconds(children.ru_utime) + Seconds(children.ru_stime);
-}
 
 LoadedLibrary::LoadedLibrary(const std::string& file) : home_(std::make_unique<LinkedHome>(file)) {
-  setenv("HOME", home_->Path().c_str(), 1);
+  setenv("HOME", home_->path().c_str(), 1);
   if (AgentInitializer() != 0) throw std::runtime_error(file + " cannot be used");
   state_ = g_pGlobal;
-}
-
-SongInfo Terms(const std::string& name, const std::string& artist, const std::string& album) {
-  SongInfo terms = {};  // which are only read
-  terms.name = const_cast<char*>(name.c_str());
-  terms.artist = const_cast<char*>(artist.c_str());
-  terms.album = const_cast<char*>(album.c_str());
-  return terms;
-}
-
-std::int32_t CheckedCount(const SongInfo& terms) {
-  Heard ours;
-  Heard plain;
-  const std::int32_t count = SearchSong(&terms, Listen, &ours);
-  const std::int32_t expected = SearchPlainly(TrackDictionary(), terms, Listen, &plain);
-  if (count != expected || ours.calls != plain.calls || ours.hash != plain.hash) {
-    throw std::runtime_error("the search and the plain search differ");
-  }
-  return count;
-}
-
-double SecondsOfSearch(const SongInfo& terms) {
-  std::uint64_t calls = 0;
-  const double start = ProcessorSeconds();
-  (void)SearchSong(&terms, CountCalls, &calls);
-  return ProcessorSeconds() - start;
-}
-
-double SecondsOfPlainSearch(const SongInfo& terms) {
-  std::uint64_t calls = 0;
-  const double start = ProcessorSeconds();
-  (void)SearchPlainly(TrackDictionary(), terms, CountCalls, &calls);
-  return ProcessorSeconds() - start;
-}
-
-TrackTexts ReadTexts() {
-  TrackTexts texts;
-  PlaylistRecord* songs = OpenAllSongs();
-  const std::int32_t count = GetSongCount(songs);
-  for (std::int32_t i = 0; i < count; ++i) {
-    SongInfo info = {};
-    if (GetSongInfo(songs, i, &info) == 0) throw std::runtime_error("a song cannot be read");
-    const auto room = [](std::int32_t size) {
-      return std::string(static_cast<std::size_t>(std::max(size, 1)), '\0');
-    };
-    std::array<std::string, 3> track = {room(info.nameSize), room(info.artistSize),
-                                        room(info.albumSize)};
-    info.name = track[0].data();
-    info.artist = track[1].data();
-    info.album = track[2].data();
-    (void)GetSongInfo(songs, i, &info);
-    for (std::string& text : track) text.resize(text.find('\0'));
-    texts.push_back(std::move(track));
-  }
-  return texts;
 }
 
 }  // namespace tavrel::bench

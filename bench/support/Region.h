@@ -27,4 +27,16 @@ class Region {
   system::ZeroedBlock block_;
 };
 
+// Memory that is there already, on huge pages where the system has them.
+class ResidentRegion : public Region {
+ public:
+  explicit ResidentRegion(std::size_t size) : Region(size, Pages::kHuge) { Touch(); }
+};
+
+// Touches that much memory and gives it back, in this process: after a fork every page of ours would
+// have to be taken over again. Otherwise as WarmMemory.
+inline void WarmMemoryHere(std::size_t size) {
+  const ResidentRegion touched(size);
+}
+
 }  // namespace tavrel::bench

@@ -45,4 +45,12 @@ Buffer ReadWholeFile(const std::string& path, std::size_t& size) {
   return buffer;
 }
 
+std::string ContentsOf(const std::string& path) {
+  const WholeFile file(path);
+  std::string contents(file.size(), '\0');
+  file.ReadInto(contents.data());
+  if (contents.empty()) throw std::runtime_error("\"" + path + "\" is empty");
+  return contents;
+}
+
 }  // namespace tavrel::bench

@@ -33,4 +33,7 @@ using Buffer = std::unique_ptr<char, FreedBuffer>;
 // The file's bytes, with a zero byte behind them, in memory of malloc().
 [[nodiscard]] Buffer ReadWholeFile(const std::string& path, std::size_t& size);
 
+// The same for a file that is not read while anything is measured. Throws also when it is empty.
+[[nodiscard]] std::string ContentsOf(const std::string& path);
+
 }  // namespace tavrel::bench

@@ -1,4 +1,4 @@
-#include "bench/report/Program.h"
+#include "bench/report/RunProgram.h"
 
 #include <fmt/format.h>
 
@@ -7,13 +7,6 @@
 #include <exception>
 
 namespace tavrel::bench {
-
-void AddCommonOptions(CLI::App& app, CommonOptions& options) {
-  app.add_option("--rounds", options.rounds, "Measured rounds")
-      ->check(CLI::Range(1, 10000))
-      ->capture_default_str();
-  app.add_option("--json", options.jsonFile, "File for all figures, as JSON");
-}
 
 int RunProgram(CLI::App& app, int argc, char** argv, const std::function<void()>& work) {
   try {
