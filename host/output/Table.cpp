@@ -96,8 +96,9 @@ void Table::AddMarked(std::string_view clean, std::size_t from, std::size_t to) 
 
 std::vector<std::size_t> Table::FittedWidths(std::size_t limit) const {
   std::vector<std::size_t> widths = naturalWidths_;
+  const bool isAnyFilled = std::find(isFilled_.begin(), isFilled_.end(), true) != isFilled_.end();
   for (std::size_t i = 0; i < columns_.size(); ++i) {
-    if (columns_[i].rank > 0 && !isFilled_[i]) widths[i] = kLeftOut;
+    if (isAnyFilled && !isFilled_[i]) widths[i] = kLeftOut;
   }
   if (limit == 0) return widths;
   for (std::size_t& width : widths) width = std::min(width, limit);
@@ -155,6 +156,10 @@ std::vector<std::string> Table::Lines(const Terminal& terminal, LineEnd end) con
     lines.push_back(std::move(line));
   }
   return lines;
+}
+
+void Table::Print(const Terminal& terminal, Output& output) const {
+  for (const std::string& line : Lines(terminal)) output.WriteLine(line);
 }
 
 }  // namespace tavrel::host

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/output/Output.h"
 #include "host/output/Terminal.h"
 
 namespace tavrel::host {
@@ -45,10 +46,12 @@ class Table {
   // from, to: byte offsets of that part; the same when there is none.
   void AddMarked(std::string_view clean, std::size_t from, std::size_t to);
 
-  // The header and the rows, none wider than the terminal. A cut text ends in "…". Below about ten
-  // columns the numbers alone may be wider than the terminal.
+  // The header and the rows, none wider than the terminal, without the columns that no row fills. A
+  // cut text ends in "…". Below about ten columns the numbers alone may be wider than the terminal.
   [[nodiscard]] std::vector<std::string> Lines(const Terminal& terminal,
                                                LineEnd end = LineEnd::Trimmed) const;
+
+  void Print(const Terminal& terminal, Output& output) const;
 
   // The columns that the widest of these lines takes.
   [[nodiscard]] std::size_t Width(const Terminal& terminal) const;

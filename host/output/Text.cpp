@@ -47,13 +47,27 @@ std::size_t AppendCharacter(std::string& destination, std::string_view bytes,
     destination += kReplacement;
     return 1;
   }
-  if (IsLineEndOrTab(code)) {
-    destination += ' ';
-    return 1;
-  }
   if (Reorders(code) || utf8proc_category(code) == UTF8PROC_CATEGORY_CC) return 0;
   destination += bytes;
   return CharacterWidth(code);
+}
+
+// Removes the blanks at the end of what stands from `start` on. Result: how many there were.
+std::size_t RemoveBlanks(std::string& text, std::size_t start) {
+  const std::size_t before = text.size();
+  while (text.size() > start && text.back() == ' ') text.pop_back();
+  return before - text.size();
+}
+
+// The bytes of the blanks, tabs and line ends at the start of a text.
+std::size_t LengthOfBlanks(std::string_view text) noexcept {
+  std::size_t length = 0;
+  while (length < text.size()) {
+    const Character next = FirstCharacter(text.substr(length));
+    if (next.code != ' ' && !IsLineEndOrTab(next.code)) break;
+    length += next.length;
+  }
+  return length;
 }
 
 std::size_t PlainAsciiPrefix(std::string_view text) noexcept {
@@ -91,6 +105,7 @@ std::u32string Characters(std::string_view text) {
 }  // namespace
 
 std::size_t AppendClean(std::string& destination, std::string_view text) {
+  const std::size_t start = destination.size();
   std::size_t width = 0;
   while (!text.empty()) {
     const std::size_t plain = PlainAsciiPrefix(text);
@@ -99,6 +114,13 @@ std::size_t AppendClean(std::string& destination, std::string_view text) {
     text.remove_prefix(plain);
     if (text.empty()) break;
     const Character first = FirstCharacter(text);
+    if (IsLineEndOrTab(first.code)) {
+      width -= RemoveBlanks(destination, start);
+      destination += ' ';
+      ++width;
+      text.remove_prefix(LengthOfBlanks(text));
+      continue;
+    }
     width += AppendCharacter(destination, text.substr(0, first.length), first.code);
     text.remove_prefix(first.length);
   }
@@ -145,8 +167,34 @@ std::string_view Suffix(std::string_view clean, std::size_t columns) {
   return clean;
 }
 
+std::vector<std::string> FoldLine(const std::vector<std::string>& cleanParts, std::size_t width) {
+  constexpr std::string_view kIndent = "  ";
+  std::vector<std::string> lines{{}};
+  const auto add = [&](std::string_view part) {
+    const bool isFirst = lines.back().empty();
+    const bool fits = width == 0 || Width(lines.back()) + 1 + Width(part) <= width;
+    if (!isFirst && !fits) lines.emplace_back(kIndent);
+    if (!isFirst && fits) lines.back() += ' ';
+    lines.back() += part;
+  };
+  for (std::string_view part : cleanParts) {
+    while (width != 0 && kIndent.size() + Width(part) > width) {
+      const std::size_t blank = part.find(' ');
+      if (blank == std::string_view::npos) break;
+      add(part.substr(0, blank));
+      part.remove_prefix(blank + 1);
+    }
+    add(part);
+  }
+  return lines;
+}
+
 std::string Fold(std::string_view text) {
   return Map(text, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD);
+}
+
+std::string FoldFileName(std::string_view name) {
+  return Map(name, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD | UTF8PROC_IGNORE);
 }
 
 std::string Compose(std::string_view text) {

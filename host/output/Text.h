@@ -4,12 +4,14 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tavrel::host {
 
 // Appends `text` without anything that a terminal could take for a command: control characters (C0,
-// DEL, C1) and the marks that reorder bidirectional text go, tabs and line ends become blanks, and
-// every byte that is not UTF-8 becomes U+FFFD. Result: the columns that the appended text takes.
+// DEL, C1) and the marks that reorder bidirectional text go, tabs and line ends become one blank,
+// together with the blanks around them, and every byte that is not UTF-8 becomes U+FFFD. Result: the
+// columns that the appended text takes.
 std::size_t AppendClean(std::string& destination, std::string_view text);
 [[nodiscard]] std::string Clean(std::string_view text);
 
@@ -24,9 +26,19 @@ std::size_t AppendClean(std::string& destination, std::string_view text);
 // combining mark.
 [[nodiscard]] std::string_view Suffix(std::string_view clean, std::size_t columns);
 
+// Parts of one line, put together with blanks, and on further lines, indented, where they would be
+// wider than `width` columns; 0: no limit. A part stays whole unless it is wider than a line itself,
+// and is broken at its blanks then.
+[[nodiscard]] std::vector<std::string> FoldLine(const std::vector<std::string>& cleanParts,
+                                                std::size_t width);
+
 // A text as it compares: texts that differ in case only, or in how their accents are composed, are
 // equal.
 [[nodiscard]] std::string Fold(std::string_view text);
+
+// A file name as the least exact file systems compare it: as above, and without the characters that
+// have no shape of their own (joiners, soft hyphens).
+[[nodiscard]] std::string FoldFileName(std::string_view name);
 
 // The text with its accents composed, so that texts that look alike are alike.
 [[nodiscard]] std::string Compose(std::string_view text);

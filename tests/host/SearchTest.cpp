@@ -74,6 +74,12 @@ TEST_F(Search, ALimitEndsTheSearch) {
   EXPECT_EQ(Find({"--limit", "9", "--count", "dvo\u0159\u00E1k"}).output, "3\n");
 }
 
+TEST_F(Search, ColumnsThatNothingFillsAreLeftOut) {
+  const Outcome outcome = Find({"stray"});
+  EXPECT_THAT(Lines(outcome.output),
+              ElementsAre("Name        Artist  Album", "Stray song  Dvo\u0159\u00E1k  Opera"));
+}
+
 TEST_F(Search, GivesJson) {
   const Outcome outcome = Find({"--json", "dvo\u0159\u00E1k"});
   EXPECT_EQ(outcome.exitCode, 0);

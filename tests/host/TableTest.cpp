@@ -99,10 +99,17 @@ TEST(Table, TheHighestRankIsLeftOutFirst) {
   EXPECT_EQ(table.Lines({30, false})[0], "#  Name");
 }
 
-TEST(Table, ARankedColumnWithoutTextIsLeftOut) {
+TEST(Table, AColumnWithoutTextIsLeftOut) {
   Table table({{.title = "Name"}, {.title = "Genre", .rank = 1}, {.title = "Album"}});
   for (const char* text : {"Nimrod", "", ""}) table.Add(text);
-  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name    Album", "Nimrod"));
+  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name", "Nimrod"));
+}
+
+TEST(Table, WithoutAnyTextTheTitlesStay) {
+  Table table({{.title = "Name"}, {.title = "Album"}});
+  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name  Album"));
+  for (const char* text : {"", ""}) table.Add(text);
+  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name  Album", ""));
 }
 
 TEST(Table, LinesDoNotEndInBlanks) {

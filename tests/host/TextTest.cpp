@@ -42,6 +42,16 @@ TEST(Text, TabsAndLineEndsBecomeBlanks) {
             "a b c d");
 }
 
+TEST(Text, ALineBreakWithTheBlanksAroundItBecomesOneBlank) {
+  EXPECT_EQ(Clean("a\r\nb"), "a b");
+  EXPECT_EQ(Clean("first \n\n\t\t  second"), "first second");
+  EXPECT_EQ(Clean("a\xC2\x85 \u2028b"), "a b");
+  EXPECT_EQ(Clean("two  blanks"), "two  blanks") << "which are no line break";
+  std::string before = "before ";
+  EXPECT_EQ(AppendClean(before, "\n\nx"), 2u) << "only blanks of the text itself are joined";
+  EXPECT_EQ(before, "before  x");
+}
+
 TEST(Text, MarksThatReorderTextGo) {
   EXPECT_EQ(Clean("a\u202Eb\u202Cc\u2066d\u2069e"), "abcde");
 }
@@ -71,7 +81,7 @@ TEST(Text, CombiningCharactersTakeNoColumn) {
 
 TEST(Text, CleaningTellsTheWidth) {
   for (const std::string text :
-       {"", "Nimrod", "Dvor\u030Ca\u0301k", "交響曲\t\x1b第\xE9", "\u202E"}) {
+       {"", "Nimrod", "Dvor\u030Ca\u0301k", "交響曲\t\x1b第\xE9", "a \r\n b", "\u202E"}) {
     std::string clean = "before ";
     const std::size_t width = AppendClean(clean, text);
     EXPECT_EQ(width, Width(clean) - 7) << text;
