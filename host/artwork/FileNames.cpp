@@ -1,6 +1,7 @@
 #include "host/artwork/FileNames.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/output/Text.h"
 
@@ -17,11 +18,43 @@ std::size_t CharacterLength(std::string_view text) {
   return static_cast<std::size_t>(next - text.begin());
 }
 
+// What stands before the first dot is a device's name in some systems, whatever follows.
+bool NamesDevice(std::string_view stem) {
+  constexpr std::array<std::string_view, 6> kDevices{"con", "prn",    "aux",
+                                                     "nul", "conin$", "conout$"};
+  constexpr std::array<std::string_view, 13> kNumbers{"0", "1", "2", "3", "4", "5", "6",
+                                                      "7", "8", "9", "¹", "²", "³"};
+  std::string name = Fold(stem.substr(0, stem.find('.')));
+  name.erase(name.find_last_not_of(' ') + 1);
+  if (std::find(kDevices.begin(), kDevices.end(), name) != kDevices.end()) return true;
+  if (!name.starts_with("com") && !name.starts_with("lpt")) return false;
+  return std::find(kNumbers.begin(), kNumbers.end(), name.substr(3)) != kNumbers.end();
+}
+
+std::string_view WithoutEnd(std::string_view stem) {
+  return stem.substr(0, stem.find_last_not_of(". ") + 1);
+}
+
+std::string WholeStem(std::string_view stem) {
+  const std::string_view trimmed = WithoutEnd(stem);
+  if (trimmed.empty()) return kUntitled;
+  return std::string(NamesDevice(trimmed) ? "_" : "").append(trimmed);
+}
+
+std::string WithNumber(std::string_view stem, const std::string& number,
+                       std::string_view extension) {
+  const std::size_t room = kLongestFileName - number.size() - extension.size();
+  return std::string(WithoutEnd(CutToBytes(stem, room))).append(number).append(extension);
+}
+
 }  // namespace
 
 std::string SafeName(std::string_view text) {
   std::string name = Clean(text);
-  std::replace(name.begin(), name.end(), '/', '_');
+  const auto isRefused = [](char byte) {
+    return std::string_view("/\\?:*\"<>|").find(byte) != std::string_view::npos;
+  };
+  std::replace_if(name.begin(), name.end(), isRefused, '_');
   name.erase(0, std::min(name.find_first_not_of(". "), name.size()));
   name.erase(name.find_last_not_of(' ') + 1);
   return name;
@@ -38,12 +71,23 @@ std::string_view CutToBytes(std::string_view clean, std::size_t bytes) {
   return clean.substr(0, end);
 }
 
+bool FileNames::IsFree(const std::string& name) {
+  ++tried_;
+  return taken_.insert(FoldFileName(name)).second;
+}
+
 std::string FileNames::Take(std::string_view stem, std::string_view extension) {
-  for (std::size_t number = 1;; ++number) {
-    const std::string count = number == 1 ? "" : " (" + std::to_string(number) + ")";
-    std::string name(CutToBytes(stem, kLongestFileName - count.size() - extension.size()));
-    name.append(count).append(extension);
-    if (taken_.insert(Fold(name)).second) return name;
+  const std::string whole = WholeStem(stem);
+  std::string name = WithNumber(whole, "", extension);
+  if (IsFree(name)) return name;
+  // 2 to 9, then 10 to 99, and so on.
+  for (std::size_t first = 2, end = 10;; first = end, end *= 10) {
+    const std::string sample = WithNumber(whole, " (" + std::to_string(first) + ")", extension);
+    std::size_t& number = next_.try_emplace(FoldFileName(sample), first).first->second;
+    while (number < end) {
+      name = WithNumber(whole, " (" + std::to_string(number++) + ")", extension);
+      if (IsFree(name)) return name;
+    }
   }
 }
 

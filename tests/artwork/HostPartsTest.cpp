@@ -5,12 +5,13 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <functional>
 
 #include "artwork/CacheFiles.h"
-#include "host/Failure.h"
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
 #include "host/artwork/PictureFiles.h"
+#include "host/Failure.h"
 #include "host/output/NewFile.h"
 #include "host/output/Progress.h"
 #include "host/output/Text.h"
@@ -32,6 +33,11 @@ TEST(SafeName, LosesWhatIsNoPartOfAFileName) {
   EXPECT_EQ(SafeName("caf\xE9"), "caf\uFFFD");
   EXPECT_EQ(SafeName("..."), "");
   EXPECT_EQ(SafeName(std::string_view("a\0b", 3)), "ab");
+}
+
+TEST(SafeName, LosesWhatAnyFileSystemRefuses) {
+  EXPECT_EQ(SafeName("a?b:c\"d*e<f>g|h\\i/j"), "a_b_c_d_e_f_g_h_i_j");
+  EXPECT_EQ(SafeName("Who?"), "Who_");
 }
 
 TEST(CutToBytes, CutsNoCharacterAndKeepsMarksWithTheirBase) {
@@ -56,6 +62,58 @@ TEST(FileNames, AreUniqueWhateverTheCaseAndComposition) {
   const std::string second = names.Take(longName, ".png");
   EXPECT_EQ(second.size(), 255U);
   EXPECT_TRUE(second.ends_with(" (2).png"));
+}
+
+TEST(FileNames, SuitEveryFileSystem) {
+  FileNames names;
+  EXPECT_EQ(names.Take("Vol. 1. .", ".png"), "Vol. 1.png");
+  EXPECT_EQ(names.Take("", ".png"), "Untitled.png");
+  EXPECT_EQ(names.Take("con", ".png"), "_con.png");
+  EXPECT_EQ(names.Take("Aux .x", ".png"), "_Aux .x.png");
+  EXPECT_EQ(names.Take("LPT9.a.b", ".png"), "_LPT9.a.b.png");
+  EXPECT_EQ(names.Take("COM\u00b9", ".png"), "_COM\u00b9.png");
+  EXPECT_EQ(names.Take("concert", ".png"), "concert.png");
+  EXPECT_EQ(names.Take("COM", ".png"), "COM.png");
+  EXPECT_EQ(names.Take("com10", ".png"), "com10.png");
+  EXPECT_EQ(names.Take("a\u200db", ".png"), "a\u200db.png");
+  EXPECT_EQ(names.Take("ab", ".png"), "ab (2).png") << "some file systems see no difference";
+  const std::string longName = std::string(250, 'x') + ".....";
+  EXPECT_EQ(names.Take(longName, ".png"), std::string(250, 'x') + ".png");
+}
+
+TEST(FileNames, GoOnBehindANumberThatIsTaken) {
+  FileNames names;
+  EXPECT_EQ(names.Take("a (2)", ".png"), "a (2).png");
+  EXPECT_EQ(names.Take("a", ".png"), "a.png");
+  EXPECT_EQ(names.Take("a", ".png"), "a (3).png");
+  EXPECT_EQ(names.Take("a (2)", ".png"), "a (2) (2).png");
+  for (int number = 4; number <= 120; ++number) {
+    EXPECT_EQ(names.Take("A", ".png"), "A (" + std::to_string(number) + ").png");
+  }
+}
+
+// How many names are tried for `count` files whose names are hard to tell apart.
+std::size_t NamesTried(int count, const std::function<std::string(int)>& stem) {
+  FileNames names;
+  for (int i = 0; i < count; ++i) (void)names.Take(stem(i), ".png");
+  return names.Tried();
+}
+
+TEST(FileNames, TakeLinearWorkHoweverManyAreEqual) {
+  const std::vector<std::function<std::string(int)>> families{
+      [](int) { return "cover"; },
+      // Stems that look like the names that equal ones get.
+      [](int i) { return i % 2 == 0 ? "a" : "a (" + std::to_string(2 + i / 2) + ")"; },
+      // Stems that only become equal when they are cut.
+      [](int i) { return std::string(300, 'x') + std::to_string(i); },
+      // Pairs of stems, each of which is cut to the same for its number.
+      [](int i) { return std::string(247, 'x') + std::to_string(1000 + i / 2); }};
+  for (std::size_t family = 0; family < families.size(); ++family) {
+    const std::size_t few = NamesTried(500, families[family]);
+    const std::size_t many = NamesTried(4000, families[family]);
+    EXPECT_LE(many, 9 * few) << family;
+    EXPECT_LE(many, 3 * 4000) << family;
+  }
 }
 
 TEST(WriteNewFile, KeepsOrReplacesInOneStep) {
