@@ -1,34 +1,16 @@
 #include "host/artwork/Albums.h"
 
 #include <initializer_list>
-#include <numeric>
 #include <optional>
-#include <unordered_map>
+#include <string_view>
 
 #include "host/artwork/FileNames.h"
+#include "host/library/AlbumGrouping.h"
 
 namespace tavrel::host {
 namespace {
 
-// Sets of songs that are merged step by step; each is named by one of its songs.
-class SongSets {
- public:
-  explicit SongSets(std::size_t count) : above_(count) {
-    std::iota(above_.begin(), above_.end(), std::size_t{0});
-  }
-  std::size_t SetOf(std::size_t song) {
-    while (above_[song] != song) song = above_[song] = above_[above_[song]];
-    return song;
-  }
-  // The set keeps the name of the earlier song.
-  void Merge(std::size_t a, std::size_t b) {
-    const std::size_t first = std::min(SetOf(a), SetOf(b));
-    above_[SetOf(a)] = above_[SetOf(b)] = first;
-  }
-
- private:
-  std::vector<std::size_t> above_;
-};
+using Part = std::optional<std::size_t>;  // of an album; none for a song without one
 
 std::string JoinNames(std::initializer_list<std::optional<std::string_view>> parts) {
   std::string joined;
@@ -38,27 +20,28 @@ std::string JoinNames(std::initializer_list<std::optional<std::string_view>> par
     if (!joined.empty()) joined += " - ";
     joined += name;
   }
-  return joined.empty() ? "Untitled" : joined;
+  return joined.empty() ? kUntitled : joined;
 }
 
-std::string Key(std::string_view kind, std::string_view album, std::string_view with) {
-  return std::string(kind).append(album).append(1, '\0').append(with);
+// The part of each song.
+std::vector<Part> GroupSongs(const Library& library, AlbumGrouping& grouping) {
+  PlaylistRecord* songs = library.openAllSongs();
+  SongReader reader(library);
+  std::vector<Part> parts;
+  const std::int32_t count = library.getSongCount(songs);
+  for (std::int32_t i = 0; i < count; ++i) parts.push_back(grouping.Add(reader.Read(songs, i)));
+  return parts;
 }
 
-std::string_view FolderOf(std::string_view path) {
-  return path.substr(0, path.rfind('/') + 1);
+// For each part that stands for an album, whether all parts of it have one artist.
+std::vector<bool> HaveOneArtist(const AlbumGrouping& grouping,
+                                const std::vector<std::size_t>& albums) {
+  std::vector<bool> haveOne(albums.size(), true);
+  for (std::size_t part = 0; part < albums.size(); ++part) {
+    if (grouping.ArtistOf(part) != grouping.ArtistOf(albums[part])) haveOne[albums[part]] = false;
+  }
+  return haveOne;
 }
-
-// The artist that two songs of one album have in common.
-void Share(std::optional<std::string>& artist, std::optional<std::string_view> other) {
-  if (artist != other.value_or("")) artist = "Various Artists";
-}
-
-struct Facts {
-  std::string artist;
-  std::string album;
-  std::string name;  // of a song that stands alone
-};
 
 }  // namespace
 
@@ -67,47 +50,45 @@ std::string SongFileName(const Song& song) {
 }
 
 std::vector<Album> ReadAlbums(const Library& library) {
+  AlbumGrouping grouping;
+  const std::vector<Part> parts = GroupSongs(library, grouping);
+  const std::vector<std::size_t> albumOf = grouping.Albums();
+  const std::vector<bool> haveOneArtist = HaveOneArtist(grouping, albumOf);
+
   PlaylistRecord* songs = library.openAllSongs();
-  const auto count = static_cast<std::size_t>(library.getSongCount(songs));
   SongReader reader(library);
-  SongSets sets(count);
-  std::vector<Facts> facts(count);
-  std::unordered_map<std::string, std::size_t> firstOf;
-  for (std::size_t i = 0; i < count; ++i) {
-    const Song& song = reader.Read(songs, static_cast<std::int32_t>(i));
-    const std::string_view album = song.album.value_or("");
-    facts[i] = {std::string(song.artist.value_or("")), std::string(album), {}};
-    if (album.empty()) {
-      facts[i].name = SongFileName(song);
+  std::vector<Album> albums;
+  std::vector<std::optional<std::size_t>> places(albumOf.size());  // in `albums`
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const auto position = static_cast<std::int32_t>(i);
+    if (!parts[i]) {
+      albums.push_back({SongFileName(reader.Read(songs, position)), {position}});
       continue;
     }
-    const std::string_view folder = FolderOf(song.location.value_or(""));
-    sets.Merge(i, firstOf.try_emplace(Key("artist ", album, facts[i].artist), i).first->second);
-    if (!folder.empty()) {
-      sets.Merge(i, firstOf.try_emplace(Key("folder ", album, folder), i).first->second);
+    const std::size_t album = albumOf[*parts[i]];
+    if (!places[album]) {
+      const Song& first = reader.Read(songs, position);
+      const auto artist = haveOneArtist[album] ? first.artist : std::optional(kVariousArtists);
+      places[album] = albums.size();
+      albums.push_back({JoinNames({artist, first.album}), {}});
     }
-  }
-
-  std::vector<Album> albums;
-  std::vector<std::optional<std::string>> artists;
-  std::vector<std::size_t> albumOf(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    const std::size_t set = sets.SetOf(i);
-    if (set == i) {
-      albumOf[i] = albums.size();
-      albums.emplace_back();
-      artists.emplace_back(facts[i].artist);
-    }
-    const std::size_t album = albumOf[set];
-    albums[album].songs.push_back(static_cast<std::int32_t>(i));
-    Share(artists[album], facts[i].artist);
-  }
-  for (std::size_t album = 0; album < albums.size(); ++album) {
-    const Facts& first = facts[static_cast<std::size_t>(albums[album].songs.front())];
-    albums[album].name =
-        first.name.empty() ? JoinNames({*artists[album], first.album}) : first.name;
+    albums[*places[album]].songs.push_back(position);
   }
   return albums;
+}
+
+std::vector<std::int32_t> SongsOnAlbumOf(const Song& song, const Library& library) {
+  AlbumGrouping grouping;
+  const std::vector<Part> parts = GroupSongs(library, grouping);
+  const Part wanted = grouping.Find(song);
+  if (!wanted) return {};
+  const std::vector<std::size_t> albumOf = grouping.Albums();
+  std::vector<std::int32_t> songs;
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    const bool isOnIt = parts[i] && albumOf[*parts[i]] == albumOf[*wanted];
+    if (isOnIt) songs.push_back(static_cast<std::int32_t>(i));
+  }
+  return songs;
 }
 
 }  // namespace tavrel::host

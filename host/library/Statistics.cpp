@@ -6,6 +6,7 @@
 #include <tuple>
 #include <unordered_map>
 
+#include "host/library/AlbumGrouping.h"
 #include "host/library/SongReader.h"
 #include "host/output/Text.h"
 
@@ -20,51 +21,77 @@ struct TextHash {
   }
 };
 
-class Tallies {
+void Count(Tally& tally, std::int64_t time) {
+  ++tally.songs;
+  tally.time += time;
+}
+
+std::vector<Tally> Top(std::vector<Tally> tallies) {
+  const auto isBefore = [](const Tally& left, const Tally& right) {
+    return std::tie(right.songs, right.time, left.name, left.artist) <
+           std::tie(left.songs, left.time, right.name, right.artist);
+  };
+  const auto count = std::min(tallies.size(), kTopCount);
+  std::partial_sort(tallies.begin(), tallies.begin() + static_cast<std::ptrdiff_t>(count),
+                    tallies.end(), isBefore);
+  tallies.resize(count);
+  return tallies;
+}
+
+// Artists or genres.
+class Names {
  public:
-  void Count(std::optional<std::string_view> name, std::string_view artist, std::int64_t time) {
+  void Add(std::optional<std::string_view> name, std::int64_t time) {
     if (!name || name->empty()) return;
-    key_ = *name;
-    key_ += '\0';
-    key_ += artist;
-    auto entry = tallies_.find(std::string_view(key_));
-    if (entry == tallies_.end()) {
-      entry = tallies_.emplace(key_, Tally{Compose(*name), Compose(artist)}).first;
+    auto known = numbers_.find(*name);
+    if (known == numbers_.end()) {
+      const std::string composed = Compose(*name);
+      const auto [entry, isNew] = numbers_.try_emplace(composed, tallies_.size());
+      if (isNew) tallies_.push_back({composed, {}});
+      known = numbers_.try_emplace(std::string(*name), entry->second).first;
     }
-    ++entry->second.songs;
-    entry->second.time += time;
+    Count(tallies_[known->second], time);
   }
 
-  [[nodiscard]] std::vector<Tally> Top() const {
-    std::vector<Tally> top;
-    for (const auto& [key, tally] : Merged()) top.push_back(tally);
-    const auto isBefore = [](const Tally& left, const Tally& right) {
-      return std::tie(right.songs, right.time, left.name, left.artist) <
-             std::tie(left.songs, left.time, right.name, right.artist);
-    };
-    std::sort(top.begin(), top.end(), isBefore);
-    if (top.size() > kTopCount) top.resize(kTopCount);
-    return top;
+  [[nodiscard]] const std::vector<Tally>& All() const { return tallies_; }
+
+ private:
+  // As the file writes them and composed.
+  std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> numbers_;
+  std::vector<Tally> tallies_;
+};
+
+class Albums {
+ public:
+  void Add(const Song& song, std::int64_t time) {
+    const std::optional<std::size_t> part = grouping_.Add(song);
+    if (!part) return;
+    if (*part == parts_.size()) {
+      parts_.push_back({grouping_.TitleOf(*part), grouping_.ArtistOf(*part)});
+    }
+    Count(parts_[*part], time);
+  }
+
+  [[nodiscard]] std::vector<Tally> All() const {
+    std::vector<Tally> sums = parts_;
+    std::vector<Tally> all;
+    const std::vector<std::size_t> albums = grouping_.Albums();
+    for (std::size_t part = 0; part < sums.size(); ++part) {
+      if (albums[part] == part) continue;
+      Tally& album = sums[albums[part]];
+      album.songs += sums[part].songs;
+      album.time += sums[part].time;
+      if (parts_[part].artist != parts_[albums[part]].artist) album.artist = kVariousArtists;
+    }
+    for (std::size_t part = 0; part < sums.size(); ++part) {
+      if (albums[part] == part) all.push_back(std::move(sums[part]));
+    }
+    return all;
   }
 
  private:
-  using Map = std::unordered_map<std::string, Tally, TextHash, std::equal_to<>>;
-
-  // The same name may have been counted under several spellings.
-  [[nodiscard]] Map Merged() const {
-    Map merged;
-    for (const auto& [key, tally] : tallies_) {
-      Tally& sum = merged[tally.name + '\0' + tally.artist];
-      sum.name = tally.name;
-      sum.artist = tally.artist;
-      sum.songs += tally.songs;
-      sum.time += tally.time;
-    }
-    return merged;
-  }
-
-  Map tallies_;
-  std::string key_;
+  AlbumGrouping grouping_;
+  std::vector<Tally> parts_;
 };
 
 // Keeps the songs with the most plays; of equal ones those that come first.
@@ -91,9 +118,9 @@ class MostPlayed {
 
 Statistics CollectStatistics(const Library& library) {
   Statistics statistics;
-  Tallies artists;
-  Tallies albums;
-  Tallies genres;
+  Names artists;
+  Albums albums;
+  Names genres;
   MostPlayed mostPlayed;
   SongReader reader(library);
   PlaylistRecord* all = library.openAllSongs();
@@ -104,14 +131,14 @@ Statistics CollectStatistics(const Library& library) {
     ++statistics.songs;
     if (song.isMovie) ++statistics.movies;
     statistics.time += time;
-    artists.Count(song.artist, "", time);
-    albums.Count(song.album, song.artist.value_or(""), time);
-    genres.Count(song.genre, "", time);
+    artists.Add(song.artist, time);
+    albums.Add(song, time);
+    genres.Add(song.genre, time);
     mostPlayed.Count(song);
   }
-  statistics.artists = artists.Top();
-  statistics.albums = albums.Top();
-  statistics.genres = genres.Top();
+  statistics.artists = Top(artists.All());
+  statistics.albums = Top(albums.All());
+  statistics.genres = Top(genres.All());
   statistics.mostPlayed = mostPlayed.Top();
   return statistics;
 }

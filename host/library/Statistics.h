@@ -14,7 +14,7 @@ namespace tavrel::host {
 // same.
 struct Tally {
   std::string name;
-  std::string artist;  // of an album; else empty
+  std::string artist;  // of an album, "Various Artists" say; else empty
   std::int64_t songs = 0;
   std::int64_t time = 0;  // in milliseconds
 };
@@ -32,7 +32,7 @@ struct Statistics {
   // At most kTopCount each. The first has the most songs, or plays; equal ones stand in the order
   // of their times, then of their names. Songs that lack the text are not counted.
   std::vector<Tally> artists;
-  std::vector<Tally> albums;  // the same title by another artist is another album
+  std::vector<Tally> albums;  // as AlbumGrouping tells them apart
   std::vector<Tally> genres;
   std::vector<PlayedSong> mostPlayed;  // songs that were never played are not among them
 };

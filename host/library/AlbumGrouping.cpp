@@ -1,0 +1,72 @@
+#include "host/library/AlbumGrouping.h"
+
+#include <algorithm>
+
+#include "host/output/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+void SetKey(std::string& key, std::string_view title, std::string_view other) {
+  key.assign(title).append(1, '\0').append(other);
+}
+
+std::string_view FolderOf(std::string_view path) {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+}  // namespace
+
+std::optional<std::size_t> AlbumGrouping::Add(const Song& song) {
+  const std::string_view title = song.album.value_or("");
+  if (title.empty()) return std::nullopt;
+  const std::string_view artist = song.artist.value_or("");
+  SetKey(key_, title, artist);
+  auto known = byArtist_.find(key_);
+  if (known == byArtist_.end()) {
+    Part part{Compose(title), Compose(artist), parts_.size()};
+    std::string composed;
+    SetKey(composed, part.title, part.artist);
+    const auto [entry, isNew] = byArtist_.try_emplace(std::move(composed), parts_.size());
+    if (isNew) parts_.push_back(std::move(part));
+    known = byArtist_.try_emplace(key_, entry->second).first;
+  }
+  const std::size_t part = known->second;
+  const std::string_view folder = FolderOf(song.location.value_or(""));
+  if (!folder.empty()) {
+    SetKey(key_, parts_[part].title, folder);
+    Join(part, byFolder_.try_emplace(key_, part).first->second);
+  }
+  return part;
+}
+
+std::optional<std::size_t> AlbumGrouping::Find(const Song& song) const {
+  std::string key;
+  SetKey(key, Compose(song.album.value_or("")), Compose(song.artist.value_or("")));
+  const auto known = byArtist_.find(key);
+  return known == byArtist_.end() ? std::nullopt : std::optional(known->second);
+}
+
+std::vector<std::size_t> AlbumGrouping::Albums() const {
+  std::vector<std::size_t> albums(parts_.size());
+  for (std::size_t part = 0; part < parts_.size(); ++part) {
+    const std::size_t earlier = parts_[part].earlier;
+    albums[part] = earlier == part ? part : albums[earlier];
+  }
+  return albums;
+}
+
+// Links point to earlier parts only. Each look halves the way for the next one.
+void AlbumGrouping::Join(std::size_t part, std::size_t other) {
+  const auto first = [this](std::size_t at) {
+    while (parts_[at].earlier != at) {
+      at = parts_[at].earlier = parts_[parts_[at].earlier].earlier;
+    }
+    return at;
+  };
+  const std::size_t one = first(part);
+  const std::size_t two = first(other);
+  parts_[std::max(one, two)].earlier = std::min(one, two);
+}
+
+}  // namespace tavrel::host
