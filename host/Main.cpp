@@ -5,14 +5,15 @@
 #include <optional>
 #include <string>
 
-#include "host/Commands.h"
-#include "host/Failure.h"
-#include "host/Options.h"
+#include "host/CommandLine.h"
 #include "host/library/Diagnosis.h"
 #include "host/library/Library.h"
-#include "host/library/TemporaryHome.h"
+#include "host/library/LinkedHome.h"
+#include "host/library/Session.h"
+#include "host/output/Failure.h"
+#include "host/output/MessageGuard.h"
 #include "host/output/Output.h"
-#include "host/output/StandardStreams.h"
+#include "host/output/StandardDescriptors.h"
 #include "host/output/Terminal.h"
 #include "system/HomeFolder.h"
 
@@ -28,20 +29,29 @@ std::string LibraryPath(const Options& options) {
   return *home + "Music/iTunes/iTunes Music Library.xml";
 }
 
+// Fails when the library that could not be loaded is needed.
+void RequireLibrary(LibraryNeed need, const std::string& path) {
+  if (need == LibraryNeed::None) return;
+  const Failure failure = Diagnose(path);
+  const bool isThere = failure.code != ExitCode::NoLibrary;
+  if (need == LibraryNeed::Readable || isThere) throw failure;
+}
+
 ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
   const std::string path = LibraryPath(line.options);
-  std::optional<TemporaryHome> temporary;
+  std::optional<LinkedHome> linked;
   std::optional<std::string> home;
   if (line.options.home) home = std::filesystem::absolute(*line.options.home);
-  if (line.options.library) home = temporary.emplace(*line.options.library).Folder();
+  if (line.options.library) home = linked.emplace(*line.options.library).Folder();
 
-  // Where no library is needed, nobody wants to hear that there is none.
-  MessageGuard messages(line.run.needsLibrary ? Messages::OnATerminal : Messages::Always);
+  MessageGuard messages;
   const Library library(home);
   if (!library.IsLoaded()) {
-    messages.Discard();  // the diagnosis says more
-    if (line.run.needsLibrary) throw Diagnose(path);
+    messages
+        .Discard();  // the diagnosis says more, and where none is needed nobody wants to hear it
+    RequireLibrary(line.need, path);
   }
+  messages.KeepForTerminalsOnly();
   const Terminal terminal = DescribeStandardOutput();
   Session session{line.options, path, home, library, terminal, messages, output};
   return line.run(session);

@@ -9,6 +9,7 @@
 #include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
+#include "host/library/Diagnosis.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"
@@ -28,7 +29,10 @@ struct Tally {
   std::set<std::string> damaged;    // cache files
   std::vector<std::string> failed;  // messages
 
-  [[nodiscard]] bool IsClean() const { return damaged.empty() && failed.empty(); }
+  // Covers that were there already are as good as written.
+  [[nodiscard]] bool IsSuccess() const {
+    return damaged.empty() && failed.empty() && written + kept > 0;
+  }
 };
 
 class Exporter {
@@ -40,13 +44,14 @@ class Exporter {
         cache_(session.libraryPath) {}
 
   const Tally& Run() {
+    const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
+    if (files == 0 && !session_.library.IsLoaded()) throw Diagnose(session_.libraryPath);
     std::error_code error;
     std::filesystem::create_directories(options_.folder, error);
     if (error) {
       throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
     }
     const std::vector<Album> albums = ReadAlbums(session_.library);
-    const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
     Progress progress(albums.size() + files, session_.terminal, session_.output);
     for (const Album& album : albums) {
       ExportAlbum(album);
@@ -132,15 +137,16 @@ class Exporter {
 };
 
 void PrintJson(const Tally& tally, Session& session) {
-  Json damaged = Json::array();
-  for (const std::string& file : tally.damaged) damaged.push_back(JsonText(file));
-  Json failed = Json::array();
-  for (const std::string& message : tally.failed) failed.push_back(JsonText(message));
-  session.output.WriteLine(JsonLine({{"written", tally.written},
-                                     {"kept", tally.kept},
-                                     {"songsWithoutCover", tally.songsWithoutCover},
-                                     {"damaged", damaged},
-                                     {"failed", failed}}));
+  JsonArray damaged;
+  for (const std::string& file : tally.damaged) damaged.Add(file);
+  JsonArray failed;
+  for (const std::string& message : tally.failed) failed.Add(message);
+  const JsonObject summary{{"written", tally.written},
+                           {"kept", tally.kept},
+                           {"songsWithoutCover", tally.songsWithoutCover},
+                           {"damaged", damaged},
+                           {"failed", failed}};
+  session.output.WriteLine(summary.Text());
 }
 
 void PrintSummary(const Tally& tally, Session& session) {
@@ -170,7 +176,7 @@ ExitCode ExportArtwork(const ExportOptions& options, Session& session) {
   } else {
     PrintSummary(tally, session);
   }
-  return tally.IsClean() ? ExitCode::Done : ExitCode::Failed;
+  return tally.IsSuccess() ? ExitCode::Done : ExitCode::Failed;
 }
 
 }  // namespace tavrel::host

@@ -3,7 +3,8 @@
 
 #include <string>
 
-#include "host/Commands.h"
+#include "host/library/Session.h"
+#include "host/output/Failure.h"
 
 namespace tavrel::host {
 
@@ -14,7 +15,8 @@ struct ExportOptions {
   bool force = false;      // replace files that are there
 };
 
-// Failed when a cache file is damaged or a file cannot be written.
+// Failed when a cache file is damaged, a file cannot be written, or there is no cover at all. Without
+// a library every cache file is one that belongs to no song; no library and no such file is a Failure.
 [[nodiscard]] ExitCode ExportArtwork(const ExportOptions& options, Session& session);
 
 }  // namespace tavrel::host

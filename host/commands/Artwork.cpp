@@ -1,16 +1,16 @@
 // tavrel artwork: covers, of a song, of a cache file, or of the whole library.
 #include "host/artwork/Artwork.h"
 
-#include <CLI/Error.hpp>
-#include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <functional>
 #include <optional>
 
-#include "host/Commands.h"
 #include "host/artwork/Albums.h"
 #include "host/artwork/Export.h"
 #include "host/artwork/FileNames.h"
+#include "host/commands/Commands.h"
+#include "host/library/InputFile.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
@@ -22,20 +22,6 @@
 
 namespace tavrel::host {
 namespace {
-
-struct Arguments {
-  std::vector<std::string> names;  // a cache file, or a playlist and a song
-  std::optional<std::string> target;
-  bool list = false;
-  bool all = false;
-  ExportOptions exporting;
-};
-
-// What the user has named.
-struct Subject {
-  Artwork artwork;
-  std::string name;  // a file name without its extension
-};
 
 std::optional<std::int32_t> Position(const std::string& text) {
   std::int32_t position = 0;
@@ -63,41 +49,23 @@ std::int32_t FindSong(const Playlist& playlist, const std::string& wanted, const
                                       "\"; \"tavrel songs\" shows positions and names");
 }
 
-Subject OpenFile(const std::string& file, const Library& library) {
-  Artwork artwork(library, library.openArtworkFile(file.c_str()));
-  if (!artwork.IsOpen()) {
-    throw Failure(ExitCode::Failed, file + " is no artwork cache file, or cannot be read");
-  }
-  const std::string_view base = text::SplitExtension(file).base;
-  return {std::move(artwork), SafeName(base.substr(base.rfind('/') + 1))};
-}
-
-Subject OpenSong(const Arguments& arguments, const Library& library) {
-  const std::vector<Playlist> playlists = ReadPlaylists(library);
-  const Playlist& playlist = FindPlaylist(playlists, arguments.names[0]);
-  const std::int32_t position = FindSong(playlist, arguments.names[1], library);
-  Artwork artwork(library, library.openArtworkAny(playlist.handle, position));
-  if (!artwork.IsOpen()) {
-    throw Failure(ExitCode::Failed, "the artwork cache has no readable file for this song");
-  }
-  SongReader reader(library);
-  return {std::move(artwork), SongFileName(reader.Read(playlist.handle, position))};
-}
-
-void ListImages(const Artwork& artwork, Session& session) {
+ExitCode ListImages(const Artwork& artwork, Session& session) {
   const std::vector<ImageFacts> images = artwork.Images();
   if (session.options.json) {
     JsonList list(session.output);
     for (const ImageFacts& image : images) {
-      list.Add({{"format", FormatName(image.format)},
-                {"width", image.width},
-                {"height", image.height},
-                {"size", image.size}});
+      list.Add(JsonObject{{"format", FormatName(image.format)},
+                          {"width", image.width},
+                          {"height", image.height},
+                          {"size", image.size}});
     }
     list.End();
-    return;
   }
-  if (images.empty()) Complain("the file holds no image");
+  if (images.empty()) {
+    Complain("the file holds no image");
+    return ExitCode::Failed;
+  }
+  if (session.options.json) return ExitCode::Done;
   Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
                {.title = "Format"},
                {.title = "Width", .align = Align::Right},
@@ -110,8 +78,8 @@ void ListImages(const Artwork& artwork, Session& session) {
     table.Add(images[i].height);
     table.Add(images[i].size);
   }
-  if (images.empty()) return;
-  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+  table.Print(session.terminal, session.output);
+  return ExitCode::Done;
 }
 
 // A name for pictures of another type gives way to the real one; any other stays and gets it.
@@ -125,7 +93,7 @@ std::string WithRealExtension(const std::string& path, std::string_view extensio
 }
 
 // Where the picture goes: to the file the user has named, into the folder, or here.
-std::string TargetPath(const Arguments& arguments, const std::string& name,
+std::string TargetPath(const ArtworkArguments& arguments, const std::string& name,
                        std::string_view extension) {
   FileNames names;
   const std::string own = names.Take(name, extension);
@@ -136,91 +104,90 @@ std::string TargetPath(const Arguments& arguments, const std::string& name,
   return WithRealExtension(*arguments.target, extension);
 }
 
-ExitCode WritePicture(const Subject& subject, const Arguments& arguments, Session& session) {
-  const auto picture = subject.artwork.LargestPicture();
-  if (!picture) {
-    throw Failure(ExitCode::Failed, subject.artwork.Images().empty()
-                                        ? "the cache file holds no image"
-                                        : "the cache file is damaged: no image in it is whole");
-  }
+// name: of the picture's file, without its extension.
+void WritePicture(const Picture& picture, const std::string& name,
+                  const ArtworkArguments& arguments, Session& session) {
   if (arguments.target == "-") {
-    session.output.Write(picture->bytes);
-    return ExitCode::Done;
+    session.output.Write(picture.bytes);
+    return;
   }
-  const std::string path = TargetPath(arguments, subject.name, picture->extension);
+  const std::string path = TargetPath(arguments, name, picture.extension);
   const IfThere ifThere = arguments.exporting.force ? IfThere::Replace : IfThere::Keep;
-  if (!WriteNewFile(path, picture->bytes, ifThere)) {
+  if (!WriteNewFile(path, picture.bytes, ifThere)) {
     throw Failure(ExitCode::Failed, path + " is there already; --force replaces it");
   }
-  if (session.options.json) {
-    session.output.WriteLine(JsonLine({{"file", JsonText(path)}}));
-  } else {
-    session.output.WriteLine(Clean(path));
+  session.output.WriteLine(session.options.json ? JsonObject{{"file", path}}.Text() : Clean(path));
+}
+
+Failure NoPicture(const Artwork& artwork) {
+  if (!artwork.IsOpen()) {
+    return {ExitCode::Failed, "the artwork cache has no readable file for this song"};
   }
+  return {ExitCode::Failed, artwork.Images().empty()
+                                ? "the cache file holds no image"
+                                : "the cache file is damaged: no image in it is whole"};
+}
+
+ExitCode ShowFile(const ArtworkArguments& arguments, Session& session) {
+  const std::string& file = arguments.names[0];
+  RequireFile(file);
+  const Artwork artwork(session.library, session.library.openArtworkFile(file.c_str()));
+  if (!artwork.IsOpen()) {
+    throw Failure(ExitCode::Failed, file + " is no artwork cache file, or cannot be read");
+  }
+  if (arguments.list) return ListImages(artwork, session);
+  const auto picture = artwork.LargestPicture();
+  if (!picture) throw NoPicture(artwork);
+  const std::string_view base = text::SplitExtension(file).base;
+  WritePicture(*picture, SafeName(base.substr(base.rfind('/') + 1)), arguments, session);
   return ExitCode::Done;
 }
 
-ExitCode ShowArtwork(const Arguments& arguments, Session& session) {
-  const bool isFile = arguments.names.size() == 1;
-  const Subject subject =
-      isFile ? OpenFile(arguments.names[0], session.library) : OpenSong(arguments, session.library);
-  if (!arguments.list) return WritePicture(subject, arguments, session);
-  ListImages(subject.artwork, session);
-  return ExitCode::Done;
+// The first cache file of the songs on the song's album that `fits`; a closed one when there is none.
+Artwork OpenFromAlbum(const Song& song, const Library& library,
+                      const std::function<bool(const Artwork&)>& fits) {
+  for (const std::int32_t position : SongsOnAlbumOf(song, library)) {
+    Artwork artwork(library, library.openArtworkAny(library.openAllSongs(), position));
+    if (artwork.IsOpen() && fits(artwork)) return artwork;
+  }
+  return {library, nullptr};
 }
 
-void Check(const Arguments& arguments) {
-  const ExportOptions& exporting = arguments.exporting;
-  if (arguments.all != arguments.names.empty()) {
-    throw CLI::ValidationError("artwork needs PLAYLIST SONG, or FILE, or --all");
+// A cover often has one cache file for the whole album.
+ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
+  const Library& library = session.library;
+  const std::vector<Playlist> playlists = ReadPlaylists(library);
+  const Playlist& playlist = FindPlaylist(playlists, arguments.names[0]);
+  const std::int32_t position = FindSong(playlist, arguments.names[1], library);
+  SongReader reader(library);
+  const Song& song = reader.Read(playlist.handle, position);
+  const Artwork own(library, library.openArtworkAny(playlist.handle, position));
+  if (arguments.list) {
+    if (own.IsOpen()) return ListImages(own, session);
+    const Artwork shared = OpenFromAlbum(song, library, [](const Artwork&) { return true; });
+    if (!shared.IsOpen()) throw NoPicture(own);
+    return ListImages(shared, session);
   }
-  if (arguments.all && (!arguments.target || arguments.target->empty())) {
-    throw CLI::ValidationError("artwork --all needs a folder: -o DIR");
-  }
-  if (arguments.all && arguments.list) {
-    throw CLI::ValidationError("--list shows the images of one song or file, not of --all");
-  }
-  if (!arguments.all && (exporting.perSong || exporting.unclaimed)) {
-    throw CLI::ValidationError("--per-song and --unclaimed need --all");
-  }
-  if (arguments.target && arguments.target->empty()) {
-    throw CLI::ValidationError("-o: the name is empty");
-  }
+
+  std::optional<Picture> picture = own.LargestPicture();
+  const bool isDamaged = !picture && !own.Images().empty();
+  const auto takePicture = [&picture](const Artwork& artwork) {
+    picture = artwork.LargestPicture();
+    return picture.has_value();
+  };
+  if (!picture) OpenFromAlbum(song, library, takePicture);
+  if (!picture) throw NoPicture(own);
+  WritePicture(*picture, SongFileName(song), arguments, session);
+  if (!isDamaged) return ExitCode::Done;
+  Complain("the song's own cache file is damaged; this is the cover of its album");
+  return ExitCode::Failed;
 }
 
 }  // namespace
 
-void AddArtwork(CLI::App& parser, Run& run) {
-  const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = parser.add_subcommand("artwork", "Write covers to files, or list them");
-  command
-      ->add_option("NAMES", arguments->names,
-                   "PLAYLIST SONG: names, or positions as \"tavrel songs\" shows them;\n"
-                   "or FILE: an artwork cache file (.itc2, .itc)")
-      ->expected(1, 2)
-      ->type_name("")
-      ->option_text(" ");
-  command
-      ->add_option("-o,--output", arguments->target,
-                   "The file to write (its extension follows the picture's type; - is standard\n"
-                   "output), or the folder")
-      ->type_name("FILE");
-  command->add_flag("--list", arguments->list, "List the images instead");
-  command->add_flag("--all", arguments->all, "One cover for each album of the library");
-  command->add_flag("--per-song", arguments->exporting.perSong, "With --all: one for each song");
-  command->add_flag("--unclaimed", arguments->exporting.unclaimed,
-                    "With --all: also the cache files that belong to no song");
-  command->add_flag("--force", arguments->exporting.force, "Replace files that are there");
-  command->callback([&run, arguments] {
-    Check(*arguments);
-    if (arguments->all) {
-      arguments->exporting.folder = *arguments->target;
-      run = [arguments](Session& session) { return ExportArtwork(arguments->exporting, session); };
-      return;
-    }
-    run = [arguments](Session& session) { return ShowArtwork(*arguments, session); };
-    run.needsLibrary = arguments->names.size() != 1;
-  });
+ExitCode ShowArtwork(const ArtworkArguments& arguments, Session& session) {
+  if (arguments.all) return ExportArtwork(arguments.exporting, session);
+  return arguments.names.size() == 1 ? ShowFile(arguments, session) : ShowSong(arguments, session);
 }
 
 }  // namespace tavrel::host

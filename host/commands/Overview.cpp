@@ -3,7 +3,7 @@
 
 #include <array>
 
-#include "host/Commands.h"
+#include "host/commands/Commands.h"
 #include "host/library/SongReader.h"
 #include "host/library/Statistics.h"
 #include "host/output/Format.h"
@@ -70,7 +70,7 @@ Table PlayedTable(const std::vector<PlayedSong>& songs) {
 void Print(const Table& table, Session& session) {
   if (table.IsEmpty()) return;
   session.output.WriteLine("");
-  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+  table.Print(session.terminal, session.output);
 }
 
 void PrintSideBySide(const Table& left, const Table& right, Session& session) {
@@ -97,22 +97,34 @@ void PrintSideBySide(const Table& left, const Table& right, Session& session) {
   }
 }
 
-void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Session& session) {
-  const Terminal& terminal = session.terminal;
+// What the library amounts to, in parts that stay whole where the line has to be folded.
+std::vector<std::string> SongSummary(const Statistics& statistics) {
   std::string songs = Counted(statistics.songs, "song");
   if (statistics.movies > 0) songs += fmt::format(" ({})", Counted(statistics.movies, "movie"));
-  songs += ", " + Span(statistics.time);
-  std::string playlists;
-  std::int64_t playlistCount = 0;
-  for (std::size_t group = 0; group < groups.size(); ++group) {
-    playlistCount += groups[group];
-    playlists += fmt::format("{}{} {}", group == 0 ? ": " : ", ", Grouped(groups[group]),
-                             GroupName(static_cast<std::int32_t>(group)));
-  }
+  return {songs + ",", Span(statistics.time)};
+}
 
+std::vector<std::string> PlaylistSummary(const GroupCounts& groups) {
+  std::vector<std::string> parts{{}};
+  std::int64_t count = 0;
+  for (std::size_t group = 0; group < groups.size(); ++group) {
+    count += groups[group];
+    parts.push_back(fmt::format("{} {}{}", Grouped(groups[group]),
+                                GroupName(static_cast<std::int32_t>(group)),
+                                group + 1 == groups.size() ? "" : ","));
+  }
+  parts.front() = Counted(count, "playlist") + ":";
+  return parts;
+}
+
+void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Session& session) {
+  const Terminal& terminal = session.terminal;
   session.output.WriteLine(terminal.Styled(Style::Bold, Clean(session.libraryPath)));
-  session.output.WriteLine(songs);
-  session.output.WriteLine(Counted(playlistCount, "playlist") + playlists);
+  for (const auto& summary : {SongSummary(statistics), PlaylistSummary(groups)}) {
+    for (const std::string& line : FoldLine(summary, terminal.width)) {
+      session.output.WriteLine(line);
+    }
+  }
   PrintSideBySide(TallyTable("Artist", statistics.artists), TallyTable("Genre", statistics.genres),
                   session);
   Print(AlbumTable(statistics.albums), session);
@@ -121,37 +133,36 @@ void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Sessio
 
 // ---- As JSON ----
 
-Json TalliesJson(const std::vector<Tally>& tallies, bool withArtist) {
-  Json list = Json::array();
+JsonArray TalliesJson(const std::vector<Tally>& tallies, bool withArtist) {
+  JsonArray list;
   for (const Tally& tally : tallies) {
-    Json entry{{"name", tally.name}};
-    if (withArtist) entry["artist"] = tally.artist.empty() ? Json(nullptr) : Json(tally.artist);
-    entry["songs"] = tally.songs;
-    entry["totalTime"] = tally.time;
-    list.push_back(std::move(entry));
+    JsonObject entry{{"name", tally.name}};
+    if (withArtist)
+      entry.Add({"artist", tally.artist.empty() ? kJsonNull : std::string_view(tally.artist)});
+    entry.Add({"songs", tally.songs});
+    entry.Add({"totalTime", tally.time});
+    list.Add(entry);
   }
   return list;
 }
 
 void PrintJson(const Statistics& statistics, const GroupCounts& groups, Session& session) {
-  Json mostPlayed = Json::array();
+  JsonArray mostPlayed;
   for (const PlayedSong& song : statistics.mostPlayed) {
-    mostPlayed.push_back({{"name", JsonText(song.name)},
-                          {"artist", JsonText(song.artist)},
-                          {"playCount", song.plays}});
+    mostPlayed.Add(
+        JsonObject{{"name", song.name}, {"artist", song.artist}, {"playCount", song.plays}});
   }
-  const Json overview{
-      {"library", session.libraryPath},
-      {"songs", statistics.songs},
-      {"movies", statistics.movies},
-      {"totalTime", statistics.time},
-      {"playlists", {{"library", groups[0]}, {"genius", groups[1]}, {"other", groups[2]}}},
-      {"artists", TalliesJson(statistics.artists, false)},
-      {"genres", TalliesJson(statistics.genres, false)},
-      {"albums", TalliesJson(statistics.albums, true)},
-      {"mostPlayed", std::move(mostPlayed)},
-  };
-  session.output.WriteLine(JsonLine(overview));
+  const JsonObject playlists{{"library", groups[0]}, {"genius", groups[1]}, {"other", groups[2]}};
+  const JsonObject overview{{"library", session.libraryPath},
+                            {"songs", statistics.songs},
+                            {"movies", statistics.movies},
+                            {"totalTime", statistics.time},
+                            {"playlists", playlists},
+                            {"artists", TalliesJson(statistics.artists, false)},
+                            {"genres", TalliesJson(statistics.genres, false)},
+                            {"albums", TalliesJson(statistics.albums, true)},
+                            {"mostPlayed", mostPlayed}};
+  session.output.WriteLine(overview.Text());
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // tavrel playlists: every playlist, group by group.
 #include <fmt/format.h>
 
-#include "host/Commands.h"
+#include "host/commands/Commands.h"
 #include "host/library/SongReader.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
@@ -24,39 +24,33 @@ void PrintTable(const std::vector<Playlist>& playlists, Session& session) {
     table.Add(playlist.songCount);
     table.Add(playlist.name.value_or(""));
   }
-  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+  table.Print(session.terminal, session.output);
 }
 
 void PrintJson(const std::vector<Playlist>& playlists, Session& session) {
   JsonList list(session.output);
   for (const Playlist& playlist : playlists) {
-    list.Add({{"group", playlist.group},
-              {"position", playlist.position},
-              {"kind", playlist.kind},
-              {"songs", playlist.songCount},
-              {"name", JsonText(playlist.name)}});
+    list.Add(JsonObject{{"group", playlist.group},
+                        {"position", playlist.position},
+                        {"kind", playlist.kind},
+                        {"songs", playlist.songCount},
+                        {"name", playlist.name}});
   }
   list.End();
 }
+
+}  // namespace
 
 ExitCode ListPlaylists(Session& session) {
   const std::vector<Playlist> playlists = ReadPlaylists(session.library);
   if (session.options.json) {
     PrintJson(playlists, session);
-  } else if (playlists.empty()) {
-    Complain("the library has no playlists");
-  } else {
+  } else if (!playlists.empty()) {
     PrintTable(playlists, session);
   }
-  return ExitCode::Done;
-}
-
-}  // namespace
-
-void AddPlaylists(CLI::App& parser, Run& run) {
-  parser.add_subcommand("playlists", "List the playlists")->callback([&run] {
-    run = ListPlaylists;
-  });
+  if (!playlists.empty()) return ExitCode::Done;
+  Complain("the library has no playlists");
+  return ExitCode::Failed;
 }
 
 }  // namespace tavrel::host

@@ -1,6 +1,5 @@
-// tavrel ringtones: the ringtones, and adding one to iTunes.
-#include "host/Commands.h"
-#include "host/library/RingtoneAdding.h"
+// tavrel ringtones: the ringtones.
+#include "host/commands/Commands.h"
 #include "host/library/SongReader.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
@@ -9,11 +8,6 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::int32_t kRingtoneKind = 55;
-
-struct Arguments {
-  std::string file;
-  bool force = false;
-};
 
 // The last playlist of the first group; null when the library had no memory for it.
 PlaylistRecord* FindRingtones(const Library& library) {
@@ -37,7 +31,7 @@ void PrintTable(PlaylistRecord* ringtones, Session& session) {
     table.Add(ringtone.name.value_or(""));
     table.Add(FileName(ringtone.location.value_or("")));
   }
-  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+  table.Print(session.terminal, session.output);
 }
 
 void PrintJson(PlaylistRecord* ringtones, Session& session) {
@@ -46,43 +40,26 @@ void PrintJson(PlaylistRecord* ringtones, Session& session) {
   const std::int32_t count = session.library.getSongCount(ringtones);
   for (std::int32_t position = 0; position < count; ++position) {
     const Song& ringtone = reader.Read(ringtones, position);
-    list.Add({{"position", position},
-              {"name", JsonText(ringtone.name)},
-              {"location", JsonText(UserPath(session, ringtone.location.value_or("")))}});
+    list.Add(JsonObject{{"position", position},
+                        {"name", ringtone.name},
+                        {"location", UserPath(session, ringtone.location.value_or(""))}});
   }
   list.End();
 }
 
-ExitCode ListRingtones(Session& session) {
-  PlaylistRecord* ringtones = FindRingtones(session.library);
-  if (session.options.json) {
-    PrintJson(ringtones, session);
-  } else if (session.library.getSongCount(ringtones) == 0) {
-    Complain("the library has no ringtones");
-  } else {
-    PrintTable(ringtones, session);
-  }
-  return ExitCode::Done;
-}
-
 }  // namespace
 
-void AddRingtones(CLI::App& parser, Run& run) {
-  const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = parser.add_subcommand("ringtones", "List the ringtones, or add one");
-  CLI::App* add = command->add_subcommand("add", "Add a ringtone to iTunes");
-  add->add_option("FILE", arguments->file, "The ringtone's file")->required()->type_name("");
-  add->add_flag("--force", arguments->force,
-                "Send the script also when the file's path changes it");
-  command->callback([&run, add, arguments] {
-    if (!add->parsed()) {
-      run = ListRingtones;
-      return;
-    }
-    run = [arguments](Session& session) {
-      return AddRingtone(arguments->file, arguments->force, session);
-    };
-  });
+ExitCode ListRingtones(Session& session) {
+  PlaylistRecord* ringtones = FindRingtones(session.library);
+  const bool isEmpty = session.library.getSongCount(ringtones) == 0;
+  if (session.options.json) {
+    PrintJson(ringtones, session);
+  } else if (!isEmpty) {
+    PrintTable(ringtones, session);
+  }
+  if (!isEmpty) return ExitCode::Done;
+  Complain("the library has no ringtones");
+  return ExitCode::Failed;
 }
 
 }  // namespace tavrel::host

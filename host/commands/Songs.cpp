@@ -1,20 +1,13 @@
 // tavrel songs: the songs of one playlist, or of the whole library.
-#include <CLI/Error.hpp>
-
-#include "host/Commands.h"
+#include "host/commands/Commands.h"
+#include "host/commands/SongJson.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
-#include "host/output/SongJson.h"
 #include "host/output/Table.h"
 
 namespace tavrel::host {
 namespace {
-
-struct Arguments {
-  std::optional<std::string> playlist;
-  bool all = false;
-};
 
 void PrintTable(PlaylistRecord* playlist, Session& session) {
   Table table({
@@ -44,7 +37,7 @@ void PrintTable(PlaylistRecord* playlist, Session& session) {
     table.Add(Clock(song.totalTime));
     addCount(song.playCount);
   }
-  for (const std::string& line : table.Lines(session.terminal)) session.output.WriteLine(line);
+  table.Print(session.terminal, session.output);
 }
 
 void PrintJson(PlaylistRecord* playlist, Session& session) {
@@ -52,43 +45,28 @@ void PrintJson(PlaylistRecord* playlist, Session& session) {
   JsonList list(session.output);
   const std::int32_t count = session.library.getSongCount(playlist);
   for (std::int32_t position = 0; position < count; ++position) {
-    Json element = {{"position", position}};
-    element.update(JsonSong(reader.Read(playlist, position), session));
+    JsonObject element{{"position", position}};
+    AddSong(element, reader.Read(playlist, position), session);
     list.Add(element);
   }
   list.End();
 }
 
-ExitCode ListSongs(const Arguments& arguments, Session& session) {
+}  // namespace
+
+ExitCode ListSongs(const SongsArguments& arguments, Session& session) {
   PlaylistRecord* playlist =
       arguments.all ? session.library.openAllSongs()
                     : FindPlaylist(ReadPlaylists(session.library), *arguments.playlist).handle;
+  const bool isEmpty = session.library.getSongCount(playlist) == 0;
   if (session.options.json) {
     PrintJson(playlist, session);
-  } else if (session.library.getSongCount(playlist) == 0) {
-    Complain(arguments.all ? "the library has no songs" : "the playlist is empty");
-  } else {
+  } else if (!isEmpty) {
     PrintTable(playlist, session);
   }
-  return ExitCode::Done;
-}
-
-}  // namespace
-
-void AddSongs(CLI::App& parser, Run& run) {
-  const auto arguments = std::make_shared<Arguments>();
-  CLI::App* command = parser.add_subcommand("songs", "List the songs of a playlist");
-  command
-      ->add_option("PLAYLIST", arguments->playlist,
-                   "Its name, or its position as \"tavrel playlists\" shows it")
-      ->type_name("");
-  command->add_flag("--all", arguments->all, "Every song of the library, in the file's order");
-  command->callback([&run, arguments] {
-    if (arguments->all == arguments->playlist.has_value()) {
-      throw CLI::ValidationError("songs needs either PLAYLIST or --all");
-    }
-    run = [arguments](Session& session) { return ListSongs(*arguments, session); };
-  });
+  if (!isEmpty) return ExitCode::Done;
+  Complain(arguments.all ? "the library has no songs" : "the playlist is empty");
+  return ExitCode::Failed;
 }
 
 }  // namespace tavrel::host

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 
 namespace tavrel::host {
 

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <new>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 
 namespace tavrel::host {
 namespace {

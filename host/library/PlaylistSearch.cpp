@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {

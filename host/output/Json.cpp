@@ -2,14 +2,18 @@
 
 #include <fmt/format.h>
 
-namespace tavrel::host {
+#include <nlohmann/json.hpp>
 
-Json JsonText(std::optional<std::string_view> text) {
-  return text ? Json(std::string(*text)) : Json(nullptr);
+namespace tavrel::host {
+namespace {
+
+std::string Quoted(std::string_view text) {
+  using Library = nlohmann::json;
+  return Library(text).dump(-1, ' ', false, Library::error_handler_t::replace);
 }
 
-std::string JsonLine(const Json& value) {
-  const std::string plain = value.dump(-1, ' ', false, Json::error_handler_t::replace);
+// Escapes DEL and C1.
+std::string WithoutControls(const std::string& plain) {
   std::string escaped;
   escaped.reserve(plain.size());
   for (std::size_t i = 0; i < plain.size(); ++i) {
@@ -27,9 +31,35 @@ std::string JsonLine(const Json& value) {
   return escaped;
 }
 
-void JsonList::Add(const Json& element) {
+void AppendWithComma(std::string& list, std::string_view name, const std::string& value) {
+  if (!list.empty()) list += ',';
+  if (!name.empty()) list.append(1, '"').append(name).append("\":");
+  list += value;
+}
+
+}  // namespace
+
+JsonValue::JsonValue(std::string_view text) : text_(WithoutControls(Quoted(text))) {}
+
+JsonValue::JsonValue(const JsonArray& array) : text_(array.Text()) {}
+
+JsonValue::JsonValue(const JsonObject& object) : text_(object.Text()) {}
+
+void JsonArray::Add(const JsonValue& element) {
+  AppendWithComma(elements_, {}, element.Text());
+}
+
+JsonObject::JsonObject(std::initializer_list<Field> fields) {
+  for (const Field& field : fields) Add(field);
+}
+
+void JsonObject::Add(const Field& field) {
+  AppendWithComma(fields_, field.name, field.value.Text());
+}
+
+void JsonList::Add(const JsonValue& element) {
   output_.Write(isEmpty_ ? "\n  " : ",\n  ");
-  output_.Write(JsonLine(element));
+  output_.Write(element.Text());
   isEmpty_ = false;
 }
 

@@ -1,30 +1,74 @@
-// JSON for other programs: numbers as numbers, missing texts as null, fields in a fixed order.
+// JSON for other programs: numbers as numbers, missing texts as null, fields in the order in which
+// they are named.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <concepts>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "host/output/Output.h"
 
 namespace tavrel::host {
 
-using Json = nlohmann::ordered_json;
+class JsonArray;
+class JsonObject;
 
-// A text of any content; null when there is none.
-[[nodiscard]] Json JsonText(std::optional<std::string_view> text);
+// A value, written out on one line of valid UTF-8. Texts may hold anything: bytes that are not UTF-8
+// become U+FFFD, and control characters are escaped, also those that JSON would let stand (DEL and
+// C1), so that the text is harmless on a terminal.
+class JsonValue {
+ public:
+  JsonValue(std::string_view text);
+  JsonValue(const char* text) : JsonValue(std::string_view(text)) {}
+  JsonValue(const std::string& text) : JsonValue(std::string_view(text)) {}
+  template <typename Text>  // null when there is none
+  JsonValue(const std::optional<Text>& text)
+      : text_(text ? JsonValue(std::string_view(*text)).text_ : "null") {}
+  JsonValue(std::integral auto number) : text_(std::to_string(number)) {}
+  JsonValue(bool truth) : text_(truth ? "true" : "false") {}
+  JsonValue(const JsonArray& array);
+  JsonValue(const JsonObject& object);
 
-// On one line, and always valid UTF-8: bytes that are not become U+FFFD. Control characters are
-// escaped, also those that JSON would let stand (DEL and C1), so that the text is harmless on a
-// terminal.
-[[nodiscard]] std::string JsonLine(const Json& value);
+  [[nodiscard]] const std::string& Text() const noexcept { return text_; }
+
+ private:
+  std::string text_;
+};
+
+inline constexpr std::optional<std::string_view> kJsonNull = std::nullopt;
+
+class JsonArray {
+ public:
+  void Add(const JsonValue& element);
+  [[nodiscard]] std::string Text() const { return "[" + elements_ + "]"; }
+
+ private:
+  std::string elements_;
+};
+
+class JsonObject {
+ public:
+  struct Field {
+    std::string_view name;  // plain ASCII, without quotes or backslashes
+    JsonValue value;
+  };
+
+  JsonObject(std::initializer_list<Field> fields);
+  void Add(const Field& field);
+  [[nodiscard]] std::string Text() const { return "{" + fields_ + "}"; }
+
+ private:
+  std::string fields_;
+};
 
 // Prints an array, one element a line, without holding more than one of them.
 class JsonList {
  public:
   explicit JsonList(Output& output) : output_(output) { output_.Write("["); }
-  void Add(const Json& element);
+  void Add(const JsonValue& element);
   void End();
 
  private:

@@ -9,7 +9,7 @@
 
 #include <cstring>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 
 namespace tavrel::host {
 namespace {

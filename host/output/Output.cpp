@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
@@ -58,6 +58,10 @@ void ShowMessages(std::string_view lines) {
     lines.remove_prefix(std::min(end + 1, lines.size()));
   }
   WriteAll(STDERR_FILENO, text);
+}
+
+void PassOnMessages(std::string_view lines) noexcept {
+  WriteAll(STDERR_FILENO, lines);
 }
 
 void Complain(const std::string& message) {

@@ -25,6 +25,9 @@ class Output {
 // missing.
 void ShowMessages(std::string_view lines);
 
+// The same for what is no terminal: as they are.
+void PassOnMessages(std::string_view lines) noexcept;
+
 // Shows a message of this program, which may have several lines, in the same way, with "tavrel: "
 // before it.
 void Complain(const std::string& message);

@@ -11,7 +11,7 @@
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
 #include "host/artwork/PictureFiles.h"
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 #include "host/output/NewFile.h"
 #include "host/output/Progress.h"
 #include "host/output/Text.h"

@@ -147,6 +147,36 @@ TEST_F(ArtworkCommand, SongsOfAnAlbumShareTheCoverOfOne) {
               UnorderedElementsAre("A - One - x.png", "A - One - y.png"));
 }
 
+TEST_F(ArtworkCommand, SongWithoutAFileOfItsOwnHasTheCoverOfItsAlbum) {
+  AddSong(Named("A", "One", "x"));
+  AddSong(Named("A", "One", "y"), OnePicture());
+  AddSong(Named("A", "Other", "z"));
+  AddSong(Named("", "", "lonely"));
+  WriteLibrary();
+  const Outcome shared = Artwork({"Music", "x"});
+  EXPECT_EQ(shared.exitCode, 0) << shared.errors;
+  EXPECT_EQ(shared.output, "A - One - x.png\n");
+  EXPECT_EQ(Contents(Path("here/A - One - x.png")).substr(0, 4), "\x89PNG");
+  EXPECT_THAT(Artwork({"Music", "x", "--list"}).output, HasSubstr("ARGB"));
+  for (const char* without : {"z", "lonely"}) {
+    const Outcome outcome = Artwork({"Music", without});
+    EXPECT_EQ(outcome.exitCode, 1) << without;
+    EXPECT_THAT(outcome.errors, HasSubstr("the artwork cache has no readable file")) << without;
+  }
+}
+
+TEST_F(ArtworkCommand, DamagedFileOfASongIsSaidAndMadeUpForByItsAlbum) {
+  const std::string good = OnePicture();
+  AddSong(Named("A", "One", "x"), good.substr(0, good.size() - 1));
+  AddSong(Named("A", "One", "y"), good);
+  WriteLibrary();
+  const Outcome outcome = Artwork({"Music", "x"});
+  EXPECT_EQ(outcome.exitCode, 1) << "a part of the work failed";
+  EXPECT_EQ(outcome.output, "A - One - x.png\n");
+  EXPECT_EQ(outcome.errors,
+            "tavrel: the song's own cache file is damaged; this is the cover of its album\n");
+}
+
 TEST_F(ArtworkCommand, AlbumsAreToldApartByArtistUnlessTheyShareAFolder) {
   const auto in = [](const char* folder) {
     return Property("Location", std::string("file:///Music/") + folder + "/x.mp3");
@@ -173,6 +203,37 @@ TEST_F(ArtworkCommand, NamesAreSafeAndTheirOwn) {
   EXPECT_THAT(NamesIn(Path("here")),
               UnorderedElementsAre("_.. - _etc_ passwd.png", "AC_DC - x.png", "ac_dc - X (2).png",
                                    "Untitled.png", std::string(251, 'n') + ".png"));
+}
+
+TEST_F(ArtworkCommand, NamesSuitEveryFileSystem) {
+  AddSong(Named("Who?", "a:b\\c*", "1"), OnePicture());
+  AddSong(Named("", "\"x\" &#60;y&#62; | z", "2"), OnePicture());
+  AddSong(Named("", "Aux", "3"), OnePicture());
+  AddSong(Named("", "com1.live", "4"), OnePicture());
+  AddSong(Named("", "Etc...", "5"), OnePicture());
+  WriteLibrary();
+  EXPECT_EQ(Artwork({"--all", "-o", "."}).exitCode, 0);
+  EXPECT_THAT(NamesIn(Path("here")), UnorderedElementsAre("Who_ - a_b_c_.png", "_x_ _y_ _ z.png",
+                                                          "_Aux.png", "_com1.live.png", "Etc.png"));
+}
+
+TEST_F(ArtworkCommand, NothingWrittenEndsWithOne) {
+  AddSong(Named("A", "One", "x"));
+  WriteLibrary();
+  const Outcome outcome = Artwork({"--all", "-o", "."});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.output, "0 covers written\n1 song without a cover\n");
+  EXPECT_EQ(Artwork({"--all", "--json", "-o", "."}).exitCode, 1);
+}
+
+TEST_F(ArtworkCommand, NothingListedEndsWithOne) {
+  const std::string empty = Write("empty.itc2", CacheHeader());
+  const Outcome outcome = Artwork({empty, "--list"});
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_EQ(outcome.errors, "tavrel: the file holds no image\n");
+  const Outcome json = Artwork({empty, "--list", "--json"});
+  EXPECT_EQ(json.exitCode, 1);
+  EXPECT_EQ(json.output, "[]\n");
 }
 
 TEST_F(ArtworkCommand, NothingIsOverwrittenWithoutForce) {
@@ -229,6 +290,33 @@ TEST_F(ArtworkCommand, UnclaimedFilesAreNamedByTheirFile) {
       UnorderedElementsAre("A - One.png", "0000000000000000-00000000000000FF.png", "stream.png"));
 }
 
+TEST_F(ArtworkCommand, CachesWithoutALibraryFileAreAllUnclaimed) {
+  Cache("0000000000000000-00000000000000FF.itc2", OnePicture());
+  Cache("Download/stream.itc", OnePicture());
+  const Outcome outcome = Artwork({"--all", "--unclaimed", "-o", "covers"});
+  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.output, "2 covers written\n");
+  EXPECT_THAT(NamesIn(Path("here/covers")),
+              UnorderedElementsAre("0000000000000000-00000000000000FF.png", "stream.png"));
+  const Outcome byFile = Run({"--library", Path("home/Music/iTunes/none.xml"), "artwork", "--all",
+                              "--unclaimed", "-o", Path("others")});
+  EXPECT_EQ(byFile.output, "2 covers written\n") << byFile.errors;
+  EXPECT_EQ(Artwork({"--all", "-o", "x"}).exitCode, 3) << "whose songs are meant?";
+}
+
+TEST_F(ArtworkCommand, UnclaimedNeedsCachesOrALibraryAndOneThatIsThereMustBeReadable) {
+  const Outcome nothing = Artwork({"--all", "--unclaimed", "-o", "x"}, "nowhere");
+  EXPECT_EQ(nothing.exitCode, 3);
+  EXPECT_THAT(nothing.errors, StartsWith("tavrel: there is no iTunes library file at"));
+  Cache("any.itc2", OnePicture());
+  Write("home/Music/iTunes/iTunes Music Library.xml", "\xFF");
+  const Outcome damaged = Artwork({"--all", "--unclaimed", "-o", "x"});
+  EXPECT_EQ(damaged.exitCode, 4);
+  EXPECT_THAT(damaged.errors, StartsWith("tavrel: cannot read the library file"));
+  EXPECT_FALSE(fs::exists(Path("here/x"))) << "nothing is begun";
+}
+
 TEST_F(ArtworkCommand, SongIsNamedByPositionOrName) {
   AddSong(Named("A", "One", "Étude"), OnePicture());
   AddSong(Named("A", "Two", "Other"));
@@ -279,6 +367,16 @@ TEST_F(ArtworkCommand, CacheFileNeedsNoLibrary) {
   EXPECT_EQ(Artwork({file, "--list"}, "empty home").exitCode, 0);
   EXPECT_EQ(Artwork({Write("other", "text")}, "empty home").exitCode, 1);
   EXPECT_EQ(Artwork({"Music", "0"}, "empty home").exitCode, 3);
+}
+
+TEST_F(ArtworkCommand, FileThatIsNotThereIsSaid) {
+  const Outcome missing = Artwork({Path("missing.itc2")}, "empty home");
+  EXPECT_EQ(missing.exitCode, 1);
+  EXPECT_EQ(missing.errors, "tavrel: " + Path("missing.itc2") + ": there is no such file\n");
+  EXPECT_EQ(Artwork({Path("here")}, "empty home").errors,
+            "tavrel: " + Path("here") + ": this is a folder\n");
+  EXPECT_THAT(Artwork({Write("other", "text")}, "empty home").errors,
+              HasSubstr("is no artwork cache file"));
 }
 
 TEST_F(ArtworkCommand, LibraryFileBringsTheArtworkBesideIt) {

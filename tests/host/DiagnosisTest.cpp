@@ -62,6 +62,17 @@ TEST_F(Diagnosis, TheFolderOfTheHomeOptionIsNamedAsTheUserNamedIt) {
   EXPECT_THAT(outcome.errors, HasSubstr(" empty home/Music/iTunes/iTunes Music Library.xml\n"));
 }
 
+TEST_F(Diagnosis, StandsAloneWhereverMessagesGo) {
+  for (const Stream errors : {Stream::Pipe, Stream::Terminal}) {
+    Command command;
+    command.errors = errors;
+    const Outcome missing = Run({"--library", Path("nothing.xml"), "playlists"}, command);
+    EXPECT_THAT(missing.errors, testing::StartsWith("tavrel: there is no iTunes library file"));
+    const Outcome bad = Run({"--library", Write("bad.xml", "\xFF"), "playlists"}, command);
+    EXPECT_THAT(bad.errors, testing::StartsWith("tavrel: cannot read the library file"));
+  }
+}
+
 TEST_F(Diagnosis, ADanglingLinkIsNoLibraryAndNamesItsTarget) {
   const std::string link = Path("link.xml");
   std::filesystem::create_symlink("elsewhere/lost.xml", link);

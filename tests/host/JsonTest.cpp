@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "host/output/Json.h"
 #include "tests/host/Fixture.h"
 #include "text/Utf8.h"
@@ -7,19 +9,20 @@
 namespace tavrel::host {
 namespace {
 
+using Json = nlohmann::ordered_json;
 using tests::HostTest;
 using tests::Outcome;
 
 TEST(Json, AMissingTextIsNull) {
-  EXPECT_EQ(JsonLine({{"name", JsonText(std::nullopt)}}), R"({"name":null})");
-  EXPECT_EQ(JsonLine({{"name", JsonText("")}}), R"({"name":""})");
+  EXPECT_EQ((JsonObject{{"name", kJsonNull}}.Text()), R"({"name":null})");
+  EXPECT_EQ((JsonObject{{"name", ""}}.Text()), R"({"name":""})");
 }
 
 TEST(Json, EveryPairOfBytesGivesValidUtf8) {
   for (int first = 0; first < 256; ++first) {
     for (int second = 0; second < 256; ++second) {
       const std::string text{static_cast<char>(first), static_cast<char>(second)};
-      const std::string line = JsonLine({{"name", JsonText(text)}});
+      const std::string line = JsonObject{{"name", text}}.Text();
       ASSERT_TRUE(text::IsValidUtf8(line)) << first << ' ' << second;
       const Json parsed = Json::parse(line);
       if (text::IsValidUtf8(text)) {
@@ -31,8 +34,18 @@ TEST(Json, EveryPairOfBytesGivesValidUtf8) {
 }
 
 TEST(Json, ControlCharactersAreEscaped) {
-  EXPECT_EQ(JsonLine(JsonText("\x1b[31m\x7F\xC2\x9B|\xC2\xA0")),
+  EXPECT_EQ(JsonValue("\x1b[31m\x7F\xC2\x9B|\xC2\xA0").Text(),
             "\"\\u001b[31m\\u007f\\u009b|\xC2\xA0\"");
+}
+
+TEST(Json, ValuesStandInValuesAsTheyAreNamed) {
+  JsonArray array;
+  EXPECT_EQ(array.Text(), "[]");
+  array.Add(std::int64_t{-9000000000});
+  array.Add(JsonObject{{"z", true}, {"a", std::optional<std::string>("x")}});
+  JsonObject object{{"list", array}};
+  object.Add({"last", 7u});
+  EXPECT_EQ(object.Text(), R"({"list":[-9000000000,{"z":true,"a":"x"}],"last":7})");
 }
 
 class JsonOutput : public HostTest {};

@@ -55,7 +55,7 @@ class LibraryHandle : public HostTest {
 };
 
 TEST_F(LibraryHandle, TheHomeVariableIsPutBackRightAfterTheLoad) {
-  const Outcome outcome = RunStandIn({"--home", Path("chosen"), "playlists"});
+  const Outcome outcome = RunStandIn({"--home", Path("chosen")});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   EXPECT_THAT(Log(), IsSupersetOf({"load " + Path("chosen"), "call " + Path("empty home")}));
 }
@@ -63,20 +63,20 @@ TEST_F(LibraryHandle, TheHomeVariableIsPutBackRightAfterTheLoad) {
 TEST_F(LibraryHandle, AHomeVariableThatWasNotSetIsNotSetAfterwards) {
   Command command;
   command.environment["HOME"] = std::nullopt;
-  const Outcome outcome = RunStandIn({"--home", Path("chosen"), "playlists"}, command);
+  const Outcome outcome = RunStandIn({"--home", Path("chosen")}, command);
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   EXPECT_THAT(Log(), IsSupersetOf({"load " + Path("chosen"), "call (none)"s}));
 }
 
 TEST_F(LibraryHandle, WithoutOptionsTheHomeVariableIsLeftAlone) {
-  RunStandIn({"playlists"});
+  RunStandIn({});
   EXPECT_THAT(Log(), IsSupersetOf({"load " + Path("empty home"), "call " + Path("empty home")}));
 }
 
 TEST_F(LibraryHandle, ARelativeHomeIsMadeAbsolute) {
   Command command;
   command.folder = Path("empty home");
-  RunStandIn({"--home", "../chosen", "playlists"}, command);
+  RunStandIn({"--home", "../chosen"}, command);
   EXPECT_THAT(Log(), IsSupersetOf({"load " + Path("empty home") + "/../chosen"}));
 }
 
@@ -86,7 +86,7 @@ TEST_F(LibraryHandle, ALibraryFileIsReadThroughAHomeOfLinks) {
   fs::create_directories(Path("export/iTunes Media"));
   Command command;
   command.folder = Path("export");
-  const Outcome outcome = RunStandIn({"--library", "My Library.xml", "playlists"}, command);
+  const Outcome outcome = RunStandIn({"--library", "My Library.xml"}, command);
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   const std::vector<std::string> log = Log();
   EXPECT_THAT(log, IsSupersetOf({"mode 448"s,  // 0700
@@ -100,7 +100,7 @@ TEST_F(LibraryHandle, ALibraryFileIsReadThroughAHomeOfLinks) {
 TEST_F(LibraryHandle, NeighboursThatDoNotExistGetNoLink) {
   const std::string file = Write("export/library.xml", "");
   fs::create_symlink("nowhere", Path("export/iTunes Media"));
-  RunStandIn({"--library", file, "playlists"});
+  RunStandIn({"--library", file});
   EXPECT_THAT(Log(), Not(testing::Contains(HasSubstr("Media"))));
   EXPECT_THAT(Log(), Not(testing::Contains(HasSubstr("Artwork"))));
 }
@@ -109,12 +109,12 @@ TEST_F(LibraryHandle, TheLibraryMayLieBesideTheProgram) {
   Command command;
   command.environment["STANDIN_LOG"] = Path("log");
   const std::string program = Install(TAVREL_STANDIN, "bin");
-  EXPECT_EQ(RunProgram(CommandFor(program, {"playlists"}, command)).exitCode, 0);
+  EXPECT_EQ(RunProgram(CommandFor(program, {}, command)).exitCode, 0);
   EXPECT_FALSE(Log().empty());
 }
 
 TEST_F(LibraryHandle, AMissingLibraryIsAMessage) {
-  const Outcome outcome = RunProgram(CommandFor(Install(""), {"playlists"}));
+  const Outcome outcome = RunProgram(CommandFor(Install(""), {}));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.errors, AllOf(HasSubstr("tavrel: cannot open the Tavrel library"),
                                     HasSubstr(TAVREL_LIBRARY_NAME)));
@@ -122,7 +122,7 @@ TEST_F(LibraryHandle, AMissingLibraryIsAMessage) {
 
 TEST_F(LibraryHandle, ALibraryThatLacksAFunctionIsAMessage) {
   const std::string program = Install(TAVREL_INCOMPLETE_STANDIN);
-  const Outcome outcome = RunProgram(CommandFor(program, {"playlists"}));
+  const Outcome outcome = RunProgram(CommandFor(program, {}));
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.errors, AllOf(HasSubstr("does not fit"), HasSubstr("OpenAllSongs")));
 }

@@ -1,12 +1,13 @@
 #include <gmock/gmock.h>
 
-#include "host/output/Json.h"
+#include <nlohmann/json.hpp>
+
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {
 namespace {
 
-using host::Json;
+using Json = nlohmann::ordered_json;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -79,6 +80,22 @@ TEST_F(Overview, AnAlbumOfAnotherArtistIsAnotherAlbum) {
   EXPECT_EQ(overview["albums"][2]["artist"], "Elgar");
 }
 
+TEST_F(Overview, SongsOfOneTitleInOneFolderAreOneAlbum) {
+  const auto tribute = [](int id, std::string_view artist, std::string_view folder) {
+    Track track = MakeTrack(id, artist, "Tribute", "", 1000, 0);
+    track.properties += Property("Location", "file:///Music/" + std::string(folder) + "/x.mp3");
+    return track;
+  };
+  const Json overview =
+      ReadJson(LibraryText({tribute(1, "A", "Compilations"), tribute(2, "B", "Compilations"),
+                            tribute(3, "C", "C"), tribute(4, "B", "Other disc")}));
+  ASSERT_THAT(Names(overview["albums"]), testing::ElementsAre("Tribute", "Tribute"));
+  EXPECT_EQ(overview["albums"][0]["artist"], "Various Artists");
+  EXPECT_EQ(overview["albums"][0]["songs"], 3) << "B's other disc belongs to the same album";
+  EXPECT_EQ(overview["albums"][0]["totalTime"], 3000);
+  EXPECT_EQ(overview["albums"][1]["artist"], "C");
+}
+
 TEST_F(Overview, SongsWithoutAGenreAreNotCountedThere) {
   const Json overview = ReadJson(MakeLibrary());
   EXPECT_THAT(Names(overview["genres"]), testing::ElementsAre("Classical", "Piano"));
@@ -117,6 +134,21 @@ TEST_F(Overview, TheScreenSaysTheSame) {
   EXPECT_THAT(outcome.output, HasSubstr("1 Genius, 1 other\n"));
   EXPECT_THAT(outcome.output, HasSubstr("\nElgar       3  3:01:00\n"));
   EXPECT_THAT(outcome.output, HasSubstr("\nSong 2       Dvor\u030Ca\u0301k      9\n"));
+}
+
+TEST_F(Overview, TheSummaryFitsANarrowTerminal) {
+  Command narrow;
+  narrow.output = Stream::Terminal;
+  narrow.columns = 40;
+  narrow.folder = Path("");
+  std::vector<Track> tracks;
+  for (int id = 1; id <= 1200; ++id) tracks.push_back(MakeTrack(id, "", "", "", kHour + 61000, 0));
+  tracks[0].properties += "<key>Movie</key><true/>\n";
+  Write("library.xml", LibraryText(tracks, {MakePlaylist("Genius", 26), MakePlaylist("x", 0)}));
+  const Outcome outcome = Run({"--library", "library.xml"}, narrow);
+  EXPECT_THAT(outcome.output, HasSubstr("\n1,200 songs (1 movie),\n  1,220 hours 20 minutes\n"
+                                        "3 playlists: 1 library, 1 Genius,\n  1 other\n"));
+  for (const std::string& line : Lines(outcome.output)) EXPECT_LE(line.size(), 40u) << line;
 }
 
 TEST_F(Overview, AnEmptyLibraryHasAnOverviewToo) {

@@ -1,12 +1,13 @@
 #include <gmock/gmock.h>
 
-#include "host/output/Json.h"
+#include <nlohmann/json.hpp>
+
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {
 namespace {
 
-using host::Json;
+using Json = nlohmann::ordered_json;
 
 class Playlists : public HostTest {
  protected:

@@ -119,11 +119,25 @@ TEST_F(Songs, WhatOnlyLooksLikeAPlaceIsAName) {
   EXPECT_THAT(List("2:").errors, HasSubstr("no playlist named"));
 }
 
-TEST_F(Songs, AnEmptyPlaylistIsNoFailure) {
+TEST_F(Songs, NothingToListIsSaidAndEndsWithOne) {
   const Outcome outcome = List("Nothing");
-  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.output, "");
   EXPECT_EQ(outcome.errors, "tavrel: the playlist is empty\n");
+  const Outcome json = Run({"--library", file_, "songs", "Nothing", "--json"});
+  EXPECT_EQ(json.exitCode, 1);
+  EXPECT_EQ(json.output, "[]\n");
+  EXPECT_EQ(json.errors, outcome.errors);
+  const Outcome all = Run({"--library", Write("none.xml", LibraryText({})), "songs", "--all"});
+  EXPECT_EQ(all.exitCode, 1);
+  EXPECT_EQ(all.errors, "tavrel: the library has no songs\n");
+}
+
+TEST_F(Songs, ALineBreakInATextIsOneBlank) {
+  const std::string file =
+      Write("break.xml", LibraryText({{1, Property("Name", "Part one,\r\n\t\t\tpart two")}}));
+  EXPECT_THAT(Lines(Run({"--library", file, "songs", "--all"}).output),
+              ElementsAre("#  Name", "0  Part one, part two"));
 }
 
 TEST_F(Songs, AVeryLongNameIsNoTrouble) {

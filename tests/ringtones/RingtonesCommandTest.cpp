@@ -3,15 +3,15 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 
-#include "host/output/Json.h"
 #include "ringtones/StandInRunner.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {
 namespace {
 
-using host::Json;
+using Json = nlohmann::ordered_json;
 using test::Contents;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -88,10 +88,12 @@ TEST_F(RingtonesCommand, ListsLocationsBelowTheHomeFolderAsJson) {
 
 TEST_F(RingtonesCommand, SaysThatThereAreNone) {
   const Outcome outcome = Ringtones({}, InFolder());
-  EXPECT_EQ(outcome.exitCode, 0);
+  EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.output, "");
   EXPECT_EQ(outcome.errors, "tavrel: the library has no ringtones\n");
-  EXPECT_EQ(Ringtones({"--json"}, InFolder()).output, "[]\n");
+  const Outcome json = Ringtones({"--json"}, InFolder());
+  EXPECT_EQ(json.exitCode, 1);
+  EXPECT_EQ(json.output, "[]\n");
 }
 
 // ---- Adding -------------------------------------------------------------------------------------

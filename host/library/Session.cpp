@@ -1,6 +1,6 @@
-#include <filesystem>
+#include "host/library/Session.h"
 
-#include "host/Commands.h"
+#include <filesystem>
 
 namespace tavrel::host {
 

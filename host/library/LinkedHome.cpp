@@ -1,4 +1,4 @@
-#include "host/library/TemporaryHome.h"
+#include "host/library/LinkedHome.h"
 
 #include <errno.h>
 #include <fcntl.h>
@@ -12,7 +12,7 @@
 #include <cstring>
 #include <filesystem>
 
-#include "host/Failure.h"
+#include "host/output/Failure.h"
 
 namespace tavrel::host {
 namespace {
@@ -134,7 +134,7 @@ std::string FolderForTemporaryFiles() {
 
 }  // namespace
 
-TemporaryHome::TemporaryHome(const std::string& libraryFile) {
+LinkedHome::LinkedHome(const std::string& libraryFile) {
   const Targets targets = FindTargets(libraryFile);
   const std::string parent = FolderForTemporaryFiles();
   folder_ = parent + "/tavrel-XXXXXX";
@@ -152,7 +152,7 @@ TemporaryHome::TemporaryHome(const std::string& libraryFile) {
                     "\n  --library needs one; set TMPDIR to a folder that can be written to.");
 }
 
-TemporaryHome::~TemporaryHome() {
+LinkedHome::~LinkedHome() {
   const BlockedSignals blocked;
   Release();
 }

@@ -1,15 +1,14 @@
-#include "host/library/RingtoneAdding.h"
-
+// tavrel ringtones add: adding a ringtone to iTunes, explained on the way.
 #include <algorithm>
 #include <filesystem>
 
+#include "host/commands/Commands.h"
+#include "host/library/InputFile.h"
 #include "host/output/Json.h"
 #include "system/ScriptRunner.h"
 
 namespace tavrel::host {
 namespace {
-
-namespace fs = std::filesystem;
 
 void RequireRunner() {
   if (system::FindScriptRunner()) return;
@@ -20,16 +19,9 @@ void RequireRunner() {
 
 // Without "." and double slashes. A ".." stays: what stands before it may be a link.
 std::string AbsolutePath(const std::string& file) {
-  const fs::path path = fs::absolute(file);
+  const std::filesystem::path path = std::filesystem::absolute(file);
   const bool goesUp = std::find(path.begin(), path.end(), "..") != path.end();
   return goesUp ? path : path.lexically_normal();
-}
-
-void RequireFile(const std::string& file) {
-  std::error_code ignored;
-  const fs::file_status state = fs::status(file, ignored);
-  if (!fs::exists(state)) throw Failure(ExitCode::Failed, file + ": there is no such file");
-  if (fs::is_directory(state)) throw Failure(ExitCode::Failed, file + ": this is a folder");
 }
 
 std::string_view NameOfCharacter(char character) {
@@ -47,41 +39,44 @@ void RequireSafePath(const std::string& path) {
                                       "  Rename the file, or use --force. Nothing was done.");
 }
 
+constexpr std::string_view kDone =
+    "Done: iTunes was told to play the file and got Command-L. "
+    "\"tavrel ringtones\" lists it once iTunes has put it into its Ringtones folder.";
+
+constexpr std::string_view kListNotUpdated =
+    "iTunes was told to play the file and got Command-L, "
+    "but the library could not update its own list of ringtones; the next start reads it anew.";
+
+constexpr std::string_view kNotAdded =
+    "The ringtone could not be added: the script was refused or ended in an error.\n"
+    "  Is iTunes there? And may this terminal control it, and press keys? "
+    "(System Preferences, Security & Privacy, Privacy: Automation, Accessibility)";
+
 std::string_view Explain(std::int32_t result) {
-  if (result == 0) {
-    return "Done: iTunes was told to play the file and got Command-L. \"tavrel ringtones\" lists "
-           "it "
-           "once iTunes has put it into its Ringtones folder.";
-  }
-  if (result > 0) {
-    return "iTunes was told to play the file and got Command-L, but the library could not update "
-           "its own list of ringtones; the next start reads it anew.";
-  }
-  return "The ringtone could not be added: the script was refused or ended in an error.\n"
-         "  Is iTunes there? And may this terminal control it, and press keys? (System "
-         "Preferences, "
-         "Security & Privacy, Privacy: Automation, Accessibility)";
+  if (result == 0) return kDone;
+  return result > 0 ? kListNotUpdated : kNotAdded;
 }
 
 }  // namespace
 
-ExitCode AddRingtone(const std::string& file, bool force, Session& session) {
+ExitCode AddRingtone(const RingtoneArguments& arguments, Session& session) {
   RequireRunner();
-  RequireFile(file);
-  const std::string path = AbsolutePath(file);
-  if (!force) RequireSafePath(path);
+  RequireFile(arguments.file);
+  const std::string path = AbsolutePath(arguments.file);
+  if (!arguments.force) RequireSafePath(path);
 
   Complain("iTunes will be started, play " + path + " and then get the keys Command-L");
   session.messages.Show();
   const std::int32_t result = session.library.appendRingtone(path.c_str());
 
+  const std::string_view meaning = Explain(result);
   if (session.options.json) {
-    session.output.WriteLine(
-        JsonLine({{"file", path}, {"result", result}, {"meaning", Explain(result)}}));
+    const JsonObject answer{{"file", path}, {"result", result}, {"meaning", meaning}};
+    session.output.WriteLine(answer.Text());
   } else if (result == 0) {
-    session.output.WriteLine(Explain(result));
+    session.output.WriteLine(meaning);
   } else {
-    Complain(std::string(Explain(result)));
+    Complain(std::string(meaning));
   }
   return result == 0 ? ExitCode::Done : ExitCode::Failed;
 }

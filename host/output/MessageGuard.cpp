@@ -1,8 +1,6 @@
-#include "host/output/StandardStreams.h"
+#include "host/output/MessageGuard.h"
 
-#include <errno.h>
 #include <fcntl.h>
-#include <signal.h>
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -35,33 +33,29 @@ std::string ReadFromStart(int descriptor) {
 
 }  // namespace
 
-void PrepareStandardDescriptors() noexcept {
-  for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-    // Opens at the lowest free number, which is this one.
-    if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", O_RDONLY);
-  }
-  ::signal(SIGPIPE, SIG_IGN);
-}
-
-MessageGuard::MessageGuard(Messages kept) noexcept {
-  if (kept == Messages::OnATerminal && ::isatty(STDERR_FILENO) != 1) return;
-  kept_ = OpenNamelessFile();
-  terminal_ = ::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
-  if (kept_ >= 0 && terminal_ >= 0) ::dup2(kept_, STDERR_FILENO);
+MessageGuard::MessageGuard() noexcept
+    : kept_(OpenNamelessFile()),
+      original_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
+  if (IsKeeping()) ::dup2(kept_, STDERR_FILENO);
 }
 
 MessageGuard::~MessageGuard() {
   Show();
-  if (kept_ >= 0 && terminal_ >= 0) ::dup2(terminal_, STDERR_FILENO);
+  if (IsKeeping()) ::dup2(original_, STDERR_FILENO);
   ::close(kept_);
-  ::close(terminal_);
+  ::close(original_);
 }
 
 void MessageGuard::Show() noexcept {
-  if (kept_ < 0 || terminal_ < 0) return;
-  ::dup2(terminal_, STDERR_FILENO);
+  if (!IsKeeping()) return;
+  ::dup2(original_, STDERR_FILENO);
   try {
-    ShowMessages(ReadFromStart(kept_));
+    const std::string text = ReadFromStart(kept_);
+    if (::isatty(original_) == 1) {
+      ShowMessages(text);
+    } else {
+      PassOnMessages(text);
+    }
   } catch (const std::bad_alloc&) {
     // Messages that there is no memory for are lost.
   }
@@ -72,6 +66,14 @@ void MessageGuard::Show() noexcept {
 void MessageGuard::Discard() noexcept {
   if (kept_ < 0 || ::ftruncate(kept_, 0) != 0) return;
   ::lseek(kept_, 0, SEEK_SET);
+}
+
+void MessageGuard::KeepForTerminalsOnly() noexcept {
+  if (!IsKeeping() || ::isatty(original_) == 1) return;
+  Show();
+  ::dup2(original_, STDERR_FILENO);
+  ::close(kept_);
+  kept_ = -1;
 }
 
 }  // namespace tavrel::host

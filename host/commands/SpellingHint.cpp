@@ -1,4 +1,4 @@
-#include "host/SpellingHint.h"
+#include "host/commands/SpellingHint.h"
 
 #include <algorithm>
 #include <map>

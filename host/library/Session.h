@@ -1,0 +1,31 @@
+// What a command works with.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "host/library/Library.h"
+#include "host/library/Options.h"
+#include "host/output/MessageGuard.h"
+#include "host/output/Output.h"
+#include "host/output/Terminal.h"
+
+namespace tavrel::host {
+
+// All of it is borrowed from the program's main function.
+struct Session {
+  const Options& options;
+  const std::string& libraryPath;          // as the user named it
+  const std::optional<std::string>& home;  // where the library was told to read; none: the user's
+  const Library& library;
+  const Terminal& terminal;
+  MessageGuard& messages;
+  Output& output;
+};
+
+// A file's path as the user knows it: with --library, what lies in the home folder of links lies
+// beside the library file.
+[[nodiscard]] std::string UserPath(const Session& session, std::string_view location);
+
+}  // namespace tavrel::host
