@@ -1,20 +1,24 @@
-// Load and unload.
-#include <cstring>
-#include <memory>
+#include "agent/Lifecycle.h"
 
-#include "agent/Implementations.h"
+#include <cstring>
+
+#include "agent/Exports.h"
+#include "library/artwork/ArtworkCatalogue.h"
+#include "library/file/LibraryFile.h"
+#include "library/playlists/PlaylistTable.h"
+#include "library/ringtones/RingtoneCatalogue.h"
+#include "library/search/SongSearch.h"
+#include "library/tracks/TrackTable.h"
 #include "system/Guard.h"
 #include "system/HomeFolder.h"
 #include "system/Memory.h"
 #include "xml/TBXML.h"
 
-using tavrel::Private;
-using tavrel::PrivateState;
-using namespace tavrel;
-
 constinit GlobalState* g_pGlobal = nullptr;
 
-constinit PrivateState* tavrel::loadedState = nullptr;
+namespace tavrel {
+
+constinit LibraryState* loadedState = nullptr;
 
 namespace {
 
@@ -29,35 +33,41 @@ char* OwnedHomeFolder() noexcept {
 
 }  // namespace
 
-std::int32_t AgentInitializerImp() noexcept {
-  auto* state = static_cast<PrivateState*>(system::AllocateZeroed(sizeof(PrivateState)));
-  tavrel::loadedState = state;
-  g_pGlobal = state == nullptr ? nullptr : &state->shared;
+LibraryState* CurrentLibrary() noexcept {
+  return static_cast<LibraryState*>(g_pGlobal);
+}
+
+std::int32_t Load() noexcept {
+  auto* state = static_cast<LibraryState*>(system::AllocateZeroed(sizeof(LibraryState)));
+  loadedState = state;
+  g_pGlobal = state;
   if (state == nullptr) return -1;
-  g_pGlobal->pool = &state->pool;
+  state->pool = &state->ownPool;
   state->home = OwnedHomeFolder();
-  g_pGlobal->document = OpenXML();
-  if (g_pGlobal->document == nullptr) return -1;
+  state->document = OpenLibraryFile(state->home);
+  if (state->document == nullptr) return -1;
   // In this order: playlists look their tracks up in the finished track table, and the ringtone
   // playlist is the last of its group.
-  CreateTrackArray();
-  CreatePlaylistArray();
-  CreateRingtoneArray();
+  CreateTracks(*state);
+  CreatePlaylists(*state);
+  CreateRingtones(*state);
   return 0;
 }
 
-std::int32_t AgentFinalizerImp() noexcept {
-  if (tavrel::loadedState == nullptr) return 0;
-  tavrel::loadedState = nullptr;
-  PrivateState& state = Private();
-  tavrel::ReleaseSearchIndex();
-  DestroyArtworkArray();
-  DestroyRingtoneArray();
-  DestroyTrackArray();
-  DestroyPlaylistArray();
-  delete state.shared.document;
-  state.pool.Drain();
+std::int32_t Unload() noexcept {
+  if (loadedState == nullptr) return 0;
+  LibraryState& state = *loadedState;
+  loadedState = nullptr;
+  ReleaseSearchIndex(state);
+  DestroyArtworkCatalogue(state);
+  DestroyRingtones(state);
+  DestroyTracks(state);
+  DestroyPlaylists(state);
+  delete state.document;
+  state.ownPool.Drain();
   system::Release(state.home);
   system::Release(&state);
   return 0;
 }
+
+}  // namespace tavrel

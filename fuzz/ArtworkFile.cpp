@@ -1,7 +1,5 @@
 // Artwork cache files: the walk over the blocks goes forward only, and the reader of every layout
 // loses no image that the one of the usual layout finds.
-#include "library/artwork/ArtworkFile.h"
-
 #include <stdlib.h>
 #include <unistd.h>
 
@@ -11,6 +9,7 @@
 #include <vector>
 
 #include "fuzz/FuzzTarget.h"
+#include "library/artwork/ArtworkHandle.h"
 
 using tavrel::ArtworkLayouts;
 using tavrel::fuzz::Require;

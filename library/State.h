@@ -1,4 +1,5 @@
-// The one global record that every operation reads, made at load and freed at unload.
+// What a load makes and an unload gives back. The functions of the library model take the state that
+// they work on; which one is the loaded library's, only the agent knows.
 #pragma once
 
 #include <cstddef>
@@ -13,6 +14,7 @@ struct ArtworkFileEntry;
 struct PlaylistGroup;
 struct TrackRecord;
 
+// The record that others know by its layout.
 struct GlobalState {
   TrackRecord** tracks;
   std::int32_t trackCapacity;
@@ -44,40 +46,23 @@ static_assert(offsetof(GlobalState, pool) == 64);
 static_assert(sizeof(GlobalState) == 72);
 #endif
 
-// Null before the first load. It keeps its value after unload, when it must not be followed.
-extern "C" TAVREL_API GlobalState* g_pGlobal;
-
 namespace tavrel {
 
 class ArtworkIndex;
 struct SearchIndex;
 
-// What the library keeps for itself stands behind the record that others know.
-struct PrivateState {
-  GlobalState shared;
+// The same with what the library keeps for itself behind it.
+struct LibraryState : GlobalState {
   char* home;  // the home folder of this load, owned; none when there is none
-  system::ReleasePool pool;
+  system::ReleasePool ownPool;
   system::ZeroedArena trackRecords;
   system::ZeroedArena trackTexts;
   bool tracksDestroyed;
   PlaylistRecord* ringtones;   // the ringtone playlist while it stands in the first group
-  PlaylistRecord* allSongs;    // what OpenAllSongs() gives, made on first use among the tracks
-  ArtworkIndex* artworkIndex;  // owned; none before the first search
+  PlaylistRecord* allSongs;    // made on first use among the tracks
+  ArtworkIndex* artworkIndex;  // owned; none before artwork was first asked for
   bool artworkDestroyed;
-  SearchIndex* searchIndex;  // made by the first search
+  SearchIndex* searchIndex;  // owned; none before the first search
 };
-
-// The private half of `g_pGlobal`, which must be set.
-[[nodiscard]] inline PrivateState& Private() noexcept {
-  return *reinterpret_cast<PrivateState*>(g_pGlobal);
-}
-
-// What the last load made; none before it and after its unload. `g_pGlobal` cannot tell: it keeps
-// its value, and callers can set it.
-extern constinit PrivateState* loadedState;
-
-// Counts the calls that may have changed the playlists. Not behind the global record: such a call
-// can be given a playlist, elements and a global record that are all the caller's own.
-extern constinit std::uint32_t playlistChanges;
 
 }  // namespace tavrel

@@ -5,7 +5,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "bench/support/Clocks.h"
 #include "bench/support/LinkedHome.h"
 #include "system/Files.h"
@@ -18,10 +18,10 @@ namespace {
 
 // The global record, as a load makes it.
 void MakeGlobalRecord() {
-  auto* state = static_cast<PrivateState*>(system::AllocateZeroed(sizeof(PrivateState)));
+  auto* state = static_cast<LibraryState*>(system::AllocateZeroed(sizeof(LibraryState)));
   if (state == nullptr) throw std::bad_alloc();
-  g_pGlobal = &state->shared;
-  g_pGlobal->pool = &state->pool;
+  g_pGlobal = state;
+  g_pGlobal->pool = &state->ownPool;
 }
 
 std::size_t CountElements(const TBXML& document) {

@@ -45,7 +45,8 @@ std::int32_t CheckedCount(const SongInfo& terms) {
   Heard ours;
   Heard plain;
   const std::int32_t count = SearchSong(&terms, Listen, &ours);
-  const std::int32_t expected = SearchPlainly(TrackDictionary(), terms, Listen, &plain);
+  const std::int32_t expected =
+      SearchPlainly(g_pGlobal, TrackDictionary(g_pGlobal->document), terms, Listen, &plain);
   if (count != expected || ours.calls != plain.calls || ours.hash != plain.hash) {
     throw std::runtime_error("the search and the plain search differ");
   }
@@ -59,8 +60,9 @@ double SecondsOfSearch(const SongInfo& terms) {
 
 double SecondsOfPlainSearch(const SongInfo& terms) {
   std::uint64_t calls = 0;
-  return ProcessorSecondsOf(
-      [&] { (void)SearchPlainly(TrackDictionary(), terms, CountCalls, &calls); });
+  return ProcessorSecondsOf([&] {
+    (void)SearchPlainly(g_pGlobal, TrackDictionary(g_pGlobal->document), terms, CountCalls, &calls);
+  });
 }
 
 TrackTexts ReadTexts() {

@@ -12,7 +12,7 @@
 #include "bench/support/Clocks.h"
 #include "bench/support/LoadedLibrary.h"
 #include "library/playlists/PlaylistTable.h"
-#include "library/tracks/PlainTrackProperties.h"
+#include "library/tracks/TrackProperties.h"
 #include "system/Memory.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include <string>
 #include <string_view>
 
-#include "agent/Implementations.h"
 #include "library/TableAppender.h"
 #include "library/artwork/ArtworkIndex.h"
 #include "system/FolderListing.h"
@@ -13,9 +12,7 @@
 #include "system/Memory.h"
 #include "text/PathNames.h"
 
-using namespace tavrel;
-using tavrel::Private;
-
+namespace tavrel {
 namespace {
 
 constexpr std::string_view kArtworkFolder = "Music/iTunes/Album Artwork";
@@ -51,8 +48,8 @@ ArtworkFileEntry* NewEntry(std::string_view folder, std::string_view name) noexc
 
 // False when memory was exhausted: what was listed so far stays.
 bool ListCacheFiles(const std::string& folder, GlobalState& state) {
-  tavrel::TableAppender<ArtworkFileEntry> table(state.artworkFiles, state.artworkFileCapacity,
-                                                state.artworkFileCount);
+  TableAppender<ArtworkFileEntry> table(state.artworkFiles, state.artworkFileCapacity,
+                                        state.artworkFileCount);
   system::FolderWalk walk(folder);
   while (const auto name = walk.Next()) {
     if (!IsCacheFile(*name)) continue;
@@ -68,29 +65,26 @@ bool ListCacheFiles(const std::string& folder, GlobalState& state) {
 
 }  // namespace
 
-std::int32_t CreateArtworkArray() noexcept {
-  if (g_pGlobal == nullptr || Private().home == nullptr) return 0;
-  if (Private().artworkDestroyed) {
+void CreateArtworkCatalogue(LibraryState& state) noexcept {
+  if (state.home == nullptr) return;
+  if (state.artworkDestroyed) {
     // Nothing is left behind the fields, which still tell of the former catalogue.
-    g_pGlobal->artworkFiles = nullptr;
-    g_pGlobal->artworkFileCapacity = 0;
-    g_pGlobal->artworkFileCount = 0;
-    Private().artworkDestroyed = false;
+    state.artworkFiles = nullptr;
+    state.artworkFileCapacity = 0;
+    state.artworkFileCount = 0;
+    state.artworkDestroyed = false;
   }
-  (void)system::Guarded(false, [] {
-    return ListCacheFiles(system::PathIn(Private().home, kArtworkFolder), *g_pGlobal);
-  });
-  return 0;
+  (void)system::Guarded(
+      false, [&] { return ListCacheFiles(system::PathIn(state.home, kArtworkFolder), state); });
 }
 
 // The catalogue's fields are not reset: the global record is freed right after.
-std::int32_t DestroyArtworkArray() noexcept {
-  if (g_pGlobal == nullptr || Private().artworkDestroyed) return 0;
-  Private().artworkDestroyed = true;
-  tavrel::ReleaseArtworkIndex();
-  for (std::int32_t i = 0; i < g_pGlobal->artworkFileCount; ++i) {
-    ReleaseEntry(g_pGlobal->artworkFiles[i]);
-  }
-  system::Release(g_pGlobal->artworkFiles);
-  return 0;
+void DestroyArtworkCatalogue(LibraryState& state) noexcept {
+  if (state.artworkDestroyed) return;
+  state.artworkDestroyed = true;
+  ReleaseArtworkIndex(state);
+  for (std::int32_t i = 0; i < state.artworkFileCount; ++i) ReleaseEntry(state.artworkFiles[i]);
+  system::Release(state.artworkFiles);
 }
+
+}  // namespace tavrel

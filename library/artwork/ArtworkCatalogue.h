@@ -15,3 +15,14 @@ struct ArtworkFileEntry {
 static_assert(sizeof(ArtworkFileEntry) == 16);
 static_assert(offsetof(ArtworkFileEntry, pathSize) == 8);
 #endif
+
+namespace tavrel {
+
+// Appends the cache files that the artwork folder holds now to the catalogue.
+void CreateArtworkCatalogue(LibraryState& state) noexcept;
+
+// Releases the catalogue and its index; the catalogue's fields are not reset. Nothing happens the
+// second time.
+void DestroyArtworkCatalogue(LibraryState& state) noexcept;
+
+}  // namespace tavrel

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstring>
 
-#include "library/State.h"
 #include "library/artwork/ArtworkCatalogue.h"
 #include "library/file/PersistentId.h"
 #include "system/Memory.h"
@@ -95,8 +94,8 @@ const char* FindByTryingEveryName(const GlobalState& state, const ArtworkIds& id
 }
 
 // None when memory is exhausted.
-ArtworkIndex* Index() noexcept {
-  ArtworkIndex*& index = Private().artworkIndex;
+ArtworkIndex* IndexOf(LibraryState& state) noexcept {
+  ArtworkIndex*& index = state.artworkIndex;
   if (index == nullptr) {
     index = static_cast<ArtworkIndex*>(system::AllocateZeroed(sizeof(ArtworkIndex)));
   }
@@ -111,21 +110,21 @@ std::optional<ArtworkIds> ArtworkIdsIn(std::string_view path) noexcept {
   if (name.size() != 2 * kIdLength + 1 || name.find('-') != kIdLength) return std::nullopt;
   ArtworkIds ids{};
   // Each reads 16 characters and stops there.
-  PersistentId2Buf(name.data(), ids.data());
-  PersistentId2Buf(name.data() + kIdLength + 1, ids.data() + ids.size() / 2);
+  ParsePersistentId(name.data(), ids.data());
+  ParsePersistentId(name.data() + kIdLength + 1, ids.data() + ids.size() / 2);
   return ids;
 }
 
-const char* FindArtworkFile(const ArtworkIds& ids) noexcept {
-  if (Private().artworkDestroyed) return nullptr;
-  ArtworkIndex* index = Index();
-  if (index == nullptr || !index->Renew(*g_pGlobal)) return FindByTryingEveryName(*g_pGlobal, ids);
+const char* FindArtworkFile(LibraryState& state, const ArtworkIds& ids) noexcept {
+  if (state.artworkDestroyed) return nullptr;
+  ArtworkIndex* index = IndexOf(state);
+  if (index == nullptr || !index->Renew(state)) return FindByTryingEveryName(state, ids);
   const ArtworkFileEntry* entry = index->Find(ids);
   return entry == nullptr ? nullptr : entry->path;
 }
 
-void ReleaseArtworkIndex() noexcept {
-  ArtworkIndex*& index = Private().artworkIndex;
+void ReleaseArtworkIndex(LibraryState& state) noexcept {
+  ArtworkIndex*& index = state.artworkIndex;
   if (index == nullptr) return;
   index->Release();
   system::Release(index);

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#include "library/State.h"
+
 namespace tavrel {
 
 // What a name stands for: the library's ID and the track's, as bytes, so that digits in upper and
@@ -21,8 +23,8 @@ using ArtworkIds = std::array<std::uint8_t, 16>;
 // there is none.
 // Cost: constant, plus a look at each file that the catalogue has gained since the last search.
 //       Without memory for an index, every name is tried.
-[[nodiscard]] const char* FindArtworkFile(const ArtworkIds& ids) noexcept;
+[[nodiscard]] const char* FindArtworkFile(LibraryState& state, const ArtworkIds& ids) noexcept;
 
-void ReleaseArtworkIndex() noexcept;
+void ReleaseArtworkIndex(LibraryState& state) noexcept;
 
 }  // namespace tavrel

@@ -1,13 +1,15 @@
-// Opening the library file.
-#include <memory>
-#include <string>
+#include "library/file/LibraryFile.h"
 
-#include "agent/Implementations.h"
+#include <memory>
+#include <string_view>
+
+#include "system/FolderListing.h"
 #include "system/Guard.h"
 #include "system/SystemLog.h"
 #include "text/FileUrl.h"
 #include "xml/TBXML.h"
 
+namespace tavrel {
 namespace {
 
 constexpr std::string_view kLibraryFile = "Music/iTunes/iTunes Music Library.xml";
@@ -15,26 +17,27 @@ constexpr std::string_view kLibraryFile = "Music/iTunes/iTunes Music Library.xml
 // plist, dict, the dictionary "Tracks", those of the tracks, which all readers of tracks will visit.
 constexpr std::size_t kLevelOfTracks = 4;
 
-std::string LibraryPath(std::string home) {
-  if (!home.ends_with('/')) home += '/';
-  return home.append(kLibraryFile);
+std::unique_ptr<TBXML> ParseLibraryFile(const char* home) {
+  auto document = TBXML::alloc();
+  if (document == nullptr) return nullptr;
+  document->listElementsOfLevel(kLevelOfTracks);
+  document->initWithURL(text::FileUrlOfPath(system::PathIn(home, kLibraryFile)));
+  return document;
 }
 
 }  // namespace
 
-TBXML* OpenXML() noexcept {
-  auto document = tavrel::system::Guarded<std::unique_ptr<TBXML>>(nullptr, [] {
-    const char* home = g_pGlobal == nullptr ? nullptr : tavrel::Private().home;
-    if (home == nullptr) return std::unique_ptr<TBXML>();
-    auto made = TBXML::alloc();
-    if (made == nullptr) return made;
-    made->listElementsOfLevel(kLevelOfTracks);
-    made->initWithURL(tavrel::text::FileUrlOfPath(LibraryPath(home)));
-    return made;
-  });
+TBXML* OpenLibraryFile(const char* home) noexcept {
+  std::unique_ptr<TBXML> document;
+  if (home != nullptr) {
+    document =
+        system::Guarded<std::unique_ptr<TBXML>>(nullptr, [&] { return ParseLibraryFile(home); });
+  }
   if (document == nullptr || document->rootXMLElement() == nullptr) {
-    tavrel::system::Log({"Open iTunes Library file error!"});
+    system::Log({"Open iTunes Library file error!"});
     return nullptr;
   }
   return document.release();
 }
+
+}  // namespace tavrel

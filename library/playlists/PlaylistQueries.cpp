@@ -1,49 +1,31 @@
-// The questions that a host asks about playlists.
+#include "library/playlists/PlaylistQueries.h"
+
 #include <cstring>
 
-#include "agent/Implementations.h"
-#include "library/playlists/PlaylistTable.h"
-
+namespace tavrel {
 namespace {
 
-// The group at that position; none for a bad one, or when no library is loaded.
-const PlaylistGroup* GroupAt(std::int32_t groupIndex) noexcept {
-  if (g_pGlobal == nullptr || groupIndex < 0 || groupIndex >= g_pGlobal->groupCount) return nullptr;
-  return g_pGlobal->groups[groupIndex];
-}
-
-PlaylistRecord* PlaylistAt(std::int32_t groupIndex, std::int32_t index) noexcept {
-  const PlaylistGroup* group = GroupAt(groupIndex);
-  if (group == nullptr || index < 0 || index >= group->count) return nullptr;
-  return group->playlists[index];
+const PlaylistGroup* GroupAt(const GlobalState* state, std::int32_t groupIndex) noexcept {
+  if (state == nullptr || groupIndex < 0 || groupIndex >= state->groupCount) return nullptr;
+  return state->groups[groupIndex];
 }
 
 }  // namespace
 
-std::int32_t GetPlaylistCountImp(std::int32_t groupIndex) noexcept {
-  const PlaylistGroup* group = GroupAt(groupIndex);
+std::int32_t PlaylistCount(const GlobalState* state, std::int32_t groupIndex) noexcept {
+  const PlaylistGroup* group = GroupAt(state, groupIndex);
   return group == nullptr ? 0 : group->count;
 }
 
-PlaylistRecord* OpenPlaylistImp(std::int32_t groupIndex, std::int32_t index) noexcept {
-  return PlaylistAt(groupIndex, index);
+PlaylistRecord* PlaylistAt(const GlobalState* state, std::int32_t groupIndex,
+                           std::int32_t index) noexcept {
+  const PlaylistGroup* group = GroupAt(state, groupIndex);
+  if (group == nullptr || index < 0 || index >= group->count) return nullptr;
+  return group->playlists[index];
 }
 
-std::int32_t ClosePlaylistImp(PlaylistRecord* playlist) noexcept {
-  return playlist == nullptr ? 0 : 1;
-}
-
-std::int32_t GetPlaylistKindImp(const PlaylistRecord* playlist) noexcept {
-  return playlist == nullptr ? 0 : playlist->kind;
-}
-
-std::int32_t GetSongCountImp(const PlaylistRecord* playlist) noexcept {
-  return playlist == nullptr ? 0 : playlist->count;
-}
-
-std::int32_t GetPlaylistNameImp(std::int32_t groupIndex, std::int32_t index, char* buffer,
-                                std::int32_t bufferSize) noexcept {
-  const PlaylistRecord* playlist = PlaylistAt(groupIndex, index);
+std::int32_t CopyPlaylistName(const PlaylistRecord* playlist, char* buffer,
+                              std::int32_t bufferSize) noexcept {
   if (playlist == nullptr) return 0;
   if (buffer == nullptr || playlist->nameSize > bufferSize) return playlist->nameSize;
   if (playlist->name != nullptr) {
@@ -54,10 +36,16 @@ std::int32_t GetPlaylistNameImp(std::int32_t groupIndex, std::int32_t index, cha
   return playlist->nameSize;
 }
 
-PlaylistRecord* GetPlaylistByTrackId(std::int32_t trackId, std::int32_t* index) noexcept {
-  const std::int32_t groupCount = g_pGlobal == nullptr ? 0 : g_pGlobal->groupCount;
+TrackRecord* SongAt(const PlaylistRecord* playlist, std::int32_t index) noexcept {
+  if (playlist == nullptr || index < 0 || index >= playlist->count) return nullptr;
+  return playlist->tracks[index];
+}
+
+PlaylistRecord* PlaylistOfTrack(const GlobalState* state, std::int32_t trackId,
+                                std::int32_t* index) noexcept {
+  const std::int32_t groupCount = state == nullptr ? 0 : state->groupCount;
   for (std::int32_t g = 0; g < groupCount; ++g) {
-    const PlaylistGroup* group = g_pGlobal->groups[g];
+    const PlaylistGroup* group = state->groups[g];
     for (std::int32_t p = 0; p < group->count; ++p) {
       PlaylistRecord* playlist = group->playlists[p];
       for (std::int32_t i = 0; i < playlist->count; ++i) {
@@ -69,3 +57,18 @@ PlaylistRecord* GetPlaylistByTrackId(std::int32_t trackId, std::int32_t* index) 
   }
   return nullptr;
 }
+
+PlaylistRecord* AllSongs(LibraryState& state) noexcept {
+  if (state.document == nullptr) return nullptr;
+  if (state.allSongs == nullptr) {
+    void* place = state.trackRecords.Take(sizeof(PlaylistRecord));
+    state.allSongs = static_cast<PlaylistRecord*>(place);
+    if (place == nullptr) return nullptr;
+  }
+  state.allSongs->tracks = state.tracks;
+  state.allSongs->capacity = state.trackCapacity;
+  state.allSongs->count = state.trackCount;
+  return state.allSongs;
+}
+
+}  // namespace tavrel

@@ -5,19 +5,17 @@
 
 #include "library/TableAppender.h"
 #include "library/file/PropertyList.h"
+#include "library/file/PropertyValue.h"
 #include "library/tracks/TrackLookup.h"
 #include "system/Memory.h"
-#include "text/Numbers.h"
 #include "xml/TBXML.h"
-
-using namespace tavrel;
-using tavrel::TableAppender;
-using tavrel::TrackLookup;
 
 const std::int32_t arrLibraryKind[7] = {4, 2, 3, 10, 31, 5, 19};
 const std::int32_t arrGeniusKind[1] = {26};
 
-constinit std::uint32_t tavrel::playlistChanges = 0;
+namespace tavrel {
+
+constinit std::uint32_t playlistChanges = 0;
 
 namespace {
 
@@ -59,7 +57,7 @@ bool CreateGroups(GlobalState& state) noexcept {
 
 bool IsVisible(const TBXMLElement* playlistDict) noexcept {
   std::int32_t visible = 1;
-  ReadSongProp(playlistDict, "Visible", nullptr, &visible, 0);
+  ReadProperty(playlistDict, "Visible", nullptr, &visible, 0);
   return visible != 0;
 }
 
@@ -72,9 +70,9 @@ void ReadItems(PlaylistRecord& playlist, const TBXMLElement* dict,
     // Room is made before the item is looked up, so that the capacity may grow for one that is
     // dropped.
     if (!table.Reserve()) return;
-    const TBXMLElement* value = tavrel::FirstValue(item);
+    const TBXMLElement* value = FirstValue(item);
     if (value == nullptr || value->text == nullptr) continue;
-    TrackRecord* track = tracks.Find(tavrel::text::ReadDecimal(value->text));
+    TrackRecord* track = tracks.Find(NumberOf(value));
     if (track != nullptr) table.Append(track);
   }
 }
@@ -82,21 +80,16 @@ void ReadItems(PlaylistRecord& playlist, const TBXMLElement* dict,
 PlaylistRecord* ReadPlaylist(const TBXMLElement* dict, const TrackLookup& tracks) noexcept {
   auto* playlist = NewRecord<PlaylistRecord>();
   if (playlist == nullptr) return nullptr;
-  ReadSongProp(dict, "Distinguished Kind", nullptr, &playlist->kind, 0);
-  ReadSongProp(dict, "Name", &playlist->name, &playlist->nameSize, SONGPROP_TEXT);
+  ReadProperty(dict, "Distinguished Kind", nullptr, &playlist->kind, 0);
+  ReadProperty(dict, "Name", &playlist->name, &playlist->nameSize, SONGPROP_TEXT);
   ReadItems(*playlist, dict, tracks);
   return playlist;
 }
 
-void ReleasePlaylist(PlaylistRecord* playlist) noexcept {
-  system::Release(playlist->tracks);
-  system::Release(playlist);
-}
-
-void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
-  TrackLookup tracks(*g_pGlobal);
+void ReadPlaylists(GlobalState& state, const TBXMLElement* playlistArray) noexcept {
+  TrackLookup tracks(state);
   tracks.Prepare();
-  PlaylistGroup** groups = g_pGlobal->groups;
+  PlaylistGroup** groups = state.groups;
   TableAppender<PlaylistRecord> tables[kGroupCount] = {
       {groups[0]->playlists, groups[0]->capacity, groups[0]->count},
       {groups[1]->playlists, groups[1]->capacity, groups[1]->count},
@@ -118,41 +111,39 @@ void ReadPlaylists(const TBXMLElement* playlistArray) noexcept {
 
 }  // namespace
 
-std::int32_t CreatePlaylistArray() noexcept {
-  if (g_pGlobal == nullptr) return 0;
-  ++tavrel::playlistChanges;
-  if (!CreateGroups(*g_pGlobal)) return 0;
-  const TBXMLElement* top = tavrel::TopLevelDictionary();
-  const TBXMLElement* playlists = top == nullptr ? nullptr : TBXML::childElementNamed("array", top);
-  if (playlists != nullptr) ReadPlaylists(playlists);
-  return 0;
+void CreatePlaylists(GlobalState& state) noexcept {
+  ++playlistChanges;
+  if (!CreateGroups(state)) return;
+  const TBXMLElement* playlists = TopLevelChild(state.document, "array");
+  if (playlists != nullptr) ReadPlaylists(state, playlists);
 }
 
-std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
-                                 const TBXMLElement* playlistDict) noexcept {
-  if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
-  ++tavrel::playlistChanges;
-  ReadItems(*playlist, playlistDict, TrackLookup(*g_pGlobal));
-  return 0;
+void AppendTracks(const GlobalState& state, PlaylistRecord& playlist,
+                  const TBXMLElement* playlistDict) noexcept {
+  ++playlistChanges;
+  ReadItems(playlist, playlistDict, TrackLookup(state));
 }
 
-// Names and the groups' arrays go to the pool, which gives them back when it is drained at unload.
-std::int32_t DestroyPlaylistArray() noexcept {
-  if (g_pGlobal == nullptr || g_pGlobal->groups == nullptr) return 0;
-  ++tavrel::playlistChanges;
-  DestroyRingtoneArray();  // its songs and its name are not the table's; at unload it has gone
-  system::ReleasePool& pool = *g_pGlobal->pool;
-  for (std::int32_t g = 0; g < g_pGlobal->groupCount; ++g) {
-    PlaylistGroup* group = g_pGlobal->groups[g];
+void DestroyPlaylists(GlobalState& state) noexcept {
+  if (state.groups == nullptr) return;
+  ++playlistChanges;
+  for (std::int32_t g = 0; g < state.groupCount; ++g) {
+    PlaylistGroup* group = state.groups[g];
     for (std::int32_t i = 0; i < group->count; ++i) {
-      pool.Adopt(group->playlists[i]->name);
+      state.pool->Adopt(group->playlists[i]->name);
       ReleasePlaylist(group->playlists[i]);
     }
-    pool.Adopt(group->playlists);
+    state.pool->Adopt(group->playlists);
     system::Release(group);
   }
-  system::Release(g_pGlobal->groups);
-  g_pGlobal->groups = nullptr;
-  g_pGlobal->groupCount = 0;
-  return 0;
+  system::Release(state.groups);
+  state.groups = nullptr;
+  state.groupCount = 0;
 }
+
+void ReleasePlaylist(PlaylistRecord* playlist) noexcept {
+  system::Release(playlist->tracks);
+  system::Release(playlist);
+}
+
+}  // namespace tavrel

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "agent/Implementations.h"
+#include "library/State.h"
 #include "library/tracks/TrackTable.h"
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
@@ -44,17 +44,29 @@ extern "C" {
 // The kinds of group 0 and of group 1; every other playlist stands in group 2.
 TAVREL_API extern const std::int32_t arrLibraryKind[7];
 TAVREL_API extern const std::int32_t arrGeniusKind[1];
+}
+
+namespace tavrel {
+
+// Counts the calls that may have changed the playlists. Not kept in the state: such a call can be given
+// a playlist, elements and a state that are all the caller's own.
+extern constinit std::uint32_t playlistChanges;
+
+// Makes the three groups, and a record for each visible playlist of the state's document.
+void CreatePlaylists(GlobalState& state) noexcept;
 
 // Appends the tracks that the items of a playlist's dictionary name to `playlist`, which may be a
 // record of the caller's own; its array is then of the malloc family and the caller's. Items that
-// name no track are dropped; null arguments change nothing.
-// Result: always 0.
+// name no track are dropped.
 // Tracks are found by binary search: in a file whose Track IDs do not ascend, items are lost. Kept.
-TAVREL_API std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
-                                            const TBXMLElement* playlistDict) noexcept;
+void AppendTracks(const GlobalState& state, PlaylistRecord& playlist,
+                  const TBXMLElement* playlistDict) noexcept;
 
-// The first playlist that holds a track with that ID, groups and playlists in their order.
-// index:  receives the track's position in it; untouched when there is none; may be null.
-// Cost: a scan of every playlist up to that position.
-TAVREL_API PlaylistRecord* GetPlaylistByTrackId(std::int32_t trackId, std::int32_t* index) noexcept;
-}
+// Releases the groups and their playlists; the ringtone playlist, whose songs are its own, must have
+// gone. Names and the groups' arrays go to the state's pool, which gives them back when it is drained.
+void DestroyPlaylists(GlobalState& state) noexcept;
+
+// Releases a playlist's record and its array, but neither its tracks nor its name.
+void ReleasePlaylist(PlaylistRecord* playlist) noexcept;
+
+}  // namespace tavrel

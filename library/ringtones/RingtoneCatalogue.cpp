@@ -8,9 +8,7 @@
 #include "system/Guard.h"
 #include "system/Memory.h"
 
-using namespace tavrel;
-using tavrel::Private;
-
+namespace tavrel {
 namespace {
 
 constexpr std::string_view kRingtoneFolder = "Music/iTunes/iTunes Media/Ringtones";
@@ -20,33 +18,27 @@ constexpr std::int32_t kRingtoneKind = 55;
 // The sum of a record's size and two such texts stays within 32 bits.
 constexpr std::size_t kLongestText = (std::size_t{1} << 30) - 256;
 
-PlaylistGroup* FirstGroup() noexcept {
-  const bool exists = g_pGlobal != nullptr && g_pGlobal->groups != nullptr;
-  return exists ? g_pGlobal->groups[0] : nullptr;
-}
-
-void ReleasePlaylist(PlaylistRecord* playlist) noexcept {
-  system::Release(playlist->tracks);
-  system::Release(playlist);
+PlaylistGroup* FirstGroup(const LibraryState& state) noexcept {
+  return state.groups == nullptr ? nullptr : state.groups[0];
 }
 
 // The name belongs to the pool from here on: nobody releases it with the playlist.
-PlaylistRecord* NewPlaylist() noexcept {
+PlaylistRecord* NewPlaylist(LibraryState& state) noexcept {
   auto* playlist = static_cast<PlaylistRecord*>(system::AllocateZeroed(sizeof(PlaylistRecord)));
   if (playlist == nullptr) return nullptr;
   playlist->kind = kRingtoneKind;
-  if (!tavrel::StoreText(kPlaylistName, playlist->name, playlist->nameSize) ||
-      !g_pGlobal->pool->Adopt(playlist->name)) {
+  if (!StoreText(kPlaylistName, playlist->name, playlist->nameSize) ||
+      !state.pool->Adopt(playlist->name)) {
     ReleasePlaylist(playlist);
     return nullptr;
   }
   return playlist;
 }
 
-PlaylistRecord* AppendPlaylistTo(PlaylistGroup& group) noexcept {
-  PlaylistRecord* playlist = NewPlaylist();
+PlaylistRecord* AppendPlaylistTo(LibraryState& state, PlaylistGroup& group) noexcept {
+  PlaylistRecord* playlist = NewPlaylist(state);
   if (playlist == nullptr) return nullptr;
-  tavrel::TableAppender<PlaylistRecord> table(group.playlists, group.capacity, group.count);
+  TableAppender<PlaylistRecord> table(group.playlists, group.capacity, group.count);
   if (!table.Reserve()) {
     ReleasePlaylist(playlist);
     return nullptr;
@@ -57,13 +49,11 @@ PlaylistRecord* AppendPlaylistTo(PlaylistGroup& group) noexcept {
 
 // The name ends at the file name's first '.'; that of an imported ringtone ends at the last. Kept.
 bool ListFile(const std::string& fileName, const std::string& path,
-              tavrel::TableAppender<TrackRecord>& table) noexcept {
+              TableAppender<TrackRecord>& table) noexcept {
   const std::string_view name = std::string_view(fileName).substr(0, fileName.find('.'));
-  tavrel::RingtoneHolder ringtone = tavrel::NewRingtone();
-  if (ringtone == nullptr ||
-      !tavrel::StoreText(name, ringtone->info.name, ringtone->info.nameSize) ||
-      !tavrel::StoreText(path, ringtone->info.location, ringtone->info.locationSize) ||
-      !table.Reserve()) {
+  RingtoneHolder ringtone = NewRingtone();
+  if (ringtone == nullptr || !StoreText(name, ringtone->info.name, ringtone->info.nameSize) ||
+      !StoreText(path, ringtone->info.location, ringtone->info.locationSize) || !table.Reserve()) {
     return false;
   }
   table.Append(ringtone.release());
@@ -73,7 +63,7 @@ bool ListFile(const std::string& fileName, const std::string& path,
 // Every entry that is no folder, whatever its extension; those whose state cannot be read are left
 // out. False when memory was exhausted: what was listed so far stays.
 bool ListFolder(const std::string& folder, PlaylistRecord& playlist) {
-  tavrel::TableAppender<TrackRecord> table(playlist.tracks, playlist.capacity, playlist.count);
+  TableAppender<TrackRecord> table(playlist.tracks, playlist.capacity, playlist.count);
   for (const std::string& fileName : system::NamesIn(folder)) {
     if (fileName == ".DS_Store") continue;
     const std::string path = system::PathIn(folder, fileName);
@@ -85,17 +75,17 @@ bool ListFolder(const std::string& folder, PlaylistRecord& playlist) {
 
 }  // namespace
 
-void tavrel::ReleaseRingtone::operator()(TrackRecord* ringtone) const noexcept {
+void ReleaseRingtone::operator()(TrackRecord* ringtone) const noexcept {
   system::Release(ringtone->info.name);
   system::Release(ringtone->info.location);
   system::Release(ringtone);
 }
 
-tavrel::RingtoneHolder tavrel::NewRingtone() noexcept {
+RingtoneHolder NewRingtone() noexcept {
   return RingtoneHolder(static_cast<TrackRecord*>(system::AllocateZeroed(sizeof(TrackRecord))));
 }
 
-bool tavrel::StoreText(std::string_view text, char*& field, std::int32_t& size) noexcept {
+bool StoreText(std::string_view text, char*& field, std::int32_t& size) noexcept {
   if (text.size() > kLongestText) return false;
   auto* copy = static_cast<char*>(system::AllocateZeroed(text.size() + 1));
   if (copy == nullptr) return false;
@@ -105,36 +95,35 @@ bool tavrel::StoreText(std::string_view text, char*& field, std::int32_t& size) 
   return true;
 }
 
-PlaylistRecord* tavrel::RingtonePlaylist() noexcept {
-  const PlaylistGroup* group = FirstGroup();
+PlaylistRecord* RingtonePlaylist(const LibraryState& state) noexcept {
+  const PlaylistGroup* group = FirstGroup(state);
   if (group == nullptr || group->count < 1) return nullptr;
   PlaylistRecord* last = group->playlists[group->count - 1];
-  return last == Private().ringtones ? last : nullptr;
+  return last == state.ringtones ? last : nullptr;
 }
 
-std::int32_t CreateRingtoneArray() noexcept {
-  PlaylistGroup* group = FirstGroup();
-  if (group == nullptr) return 0;
-  DestroyRingtoneArray();  // there is one such playlist at the most, and it is the last
+void CreateRingtones(LibraryState& state) noexcept {
+  PlaylistGroup* group = FirstGroup(state);
+  if (group == nullptr) return;
+  DestroyRingtones(state);  // there is one such playlist at the most, and it is the last
   // Before the folder is looked at: the playlist stands there even when the folder is missing.
-  PlaylistRecord* playlist = AppendPlaylistTo(*group);
-  Private().ringtones = playlist;
-  const char* home = Private().home;
-  if (playlist == nullptr || home == nullptr) return 0;
+  PlaylistRecord* playlist = AppendPlaylistTo(state, *group);
+  state.ringtones = playlist;
+  if (playlist == nullptr || state.home == nullptr) return;
   (void)system::Guarded(
-      false, [&] { return ListFolder(system::PathIn(home, kRingtoneFolder), *playlist); });
-  return 0;
+      false, [&] { return ListFolder(system::PathIn(state.home, kRingtoneFolder), *playlist); });
 }
 
-std::int32_t DestroyRingtoneArray() noexcept {
-  PlaylistRecord* playlist = tavrel::RingtonePlaylist();
-  if (playlist == nullptr) return 0;
-  ++tavrel::playlistChanges;
-  Private().ringtones = nullptr;
-  --FirstGroup()->count;
+void DestroyRingtones(LibraryState& state) noexcept {
+  PlaylistRecord* playlist = RingtonePlaylist(state);
+  if (playlist == nullptr) return;
+  ++playlistChanges;
+  state.ringtones = nullptr;
+  --FirstGroup(state)->count;
   for (std::int32_t i = 0; i < playlist->count; ++i) {
-    const tavrel::RingtoneHolder released(playlist->tracks[i]);
+    const RingtoneHolder released(playlist->tracks[i]);
   }
   ReleasePlaylist(playlist);
-  return 0;
 }
+
+}  // namespace tavrel

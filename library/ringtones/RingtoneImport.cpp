@@ -1,6 +1,5 @@
 #include "library/ringtones/RingtoneImport.h"
 
-#include "agent/Implementations.h"
 #include "library/TableAppender.h"
 #include "library/ringtones/RingtoneCatalogue.h"
 #include "system/Guard.h"
@@ -8,8 +7,7 @@
 #include "system/SystemLog.h"
 #include "text/PathNames.h"
 
-using namespace tavrel;
-
+namespace tavrel {
 namespace {
 
 constexpr std::string_view kNoPath = "Add ringtone to iTunes failed as pszPath == 0.\n";
@@ -26,22 +24,22 @@ std::int32_t Report(std::string_view message, Result result) noexcept {
 
 // Lists the file by its path alone, once more if it is listed already. What a missing piece of
 // memory answers differs from piece to piece. Kept.
-std::int32_t List(std::string_view path) noexcept {
+std::int32_t List(const LibraryState* state, std::string_view path) noexcept {
   const std::size_t slash = path.rfind('/');
   if (slash == std::string_view::npos) return Report(kNotListed, kAddedButNotListed);
 
-  tavrel::RingtoneHolder ringtone = tavrel::NewRingtone();
+  RingtoneHolder ringtone = NewRingtone();
   if (ringtone == nullptr) return Report(kNotListed, kAddedButNotListed);
   SongInfo& info = ringtone->info;
   // The name ends at the last '.'; that of a ringtone listed at load ends at the first. Kept.
   const std::string_view name = text::SplitExtension(path.substr(slash + 1)).base;
-  if (!tavrel::StoreText(name, info.name, info.nameSize)) return kFailed;
-  if (!tavrel::StoreText(path, info.location, info.locationSize)) {
+  if (!StoreText(name, info.name, info.nameSize)) return kFailed;
+  if (!StoreText(path, info.location, info.locationSize)) {
     return Report(kNotListed, kFailed);
   }
-  PlaylistRecord* playlist = tavrel::RingtonePlaylist();
+  PlaylistRecord* playlist = state == nullptr ? nullptr : RingtonePlaylist(*state);
   if (playlist == nullptr) return Report(kNotListed, kAddedButNotListed);
-  tavrel::TableAppender<TrackRecord> table(playlist->tracks, playlist->capacity, playlist->count);
+  TableAppender<TrackRecord> table(playlist->tracks, playlist->capacity, playlist->count);
   if (!table.Reserve()) return Report(kNotListed, kAddedButNotListed);
   table.Append(ringtone.release());
   return kDone;
@@ -49,7 +47,7 @@ std::int32_t List(std::string_view path) noexcept {
 
 }  // namespace
 
-std::string tavrel::RingtoneScript(std::string_view path) {
+std::string RingtoneScript(std::string_view path) {
   std::string script = "set Ringtone to (POSIX file \"";
   script.append(path);
   script +=
@@ -64,9 +62,11 @@ std::string tavrel::RingtoneScript(std::string_view path) {
   return script;
 }
 
-std::int32_t AppendRingtoneImp(const char* path) noexcept {
+std::int32_t ImportRingtone(const LibraryState* state, const char* path) noexcept {
   if (path == nullptr) return Report(kNoPath, kFailed);
   const bool played =
-      system::Guarded(false, [path] { return system::RunScript(tavrel::RingtoneScript(path)); });
-  return played ? List(path) : Report(kNotRun, kFailed);
+      system::Guarded(false, [path] { return system::RunScript(RingtoneScript(path)); });
+  return played ? List(state, path) : Report(kNotRun, kFailed);
 }
+
+}  // namespace tavrel

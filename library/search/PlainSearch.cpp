@@ -1,54 +1,57 @@
 #include "library/search/PlainSearch.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "library/file/PropertyList.h"
-#include "library/file/TextDecoding.h"
-#include "library/playlists/PlaylistTable.h"
+#include "library/file/XmlText.h"
+#include "library/playlists/PlaylistQueries.h"
+#include "library/tracks/TrackFields.h"
 #include "library/tracks/TrackTable.h"
 #include "system/Memory.h"
 #include "text/TextSearch.h"
 
+namespace tavrel {
 namespace {
 
 // Terms are alternatives: the first that is found makes the match, the others are not looked at.
 bool IsMatch(const TBXMLElement* trackDict, const SongInfo& terms) noexcept {
-  return FilterPropMatch(trackDict, "Name", terms.name) != 0 ||
-         FilterPropMatch(trackDict, "Artist", terms.artist) != 0 ||
-         FilterPropMatch(trackDict, "Album", terms.album) != 0;
+  return std::any_of(kSearchedFields.begin(), kSearchedFields.end(), [&](std::size_t field) {
+    const TrackField& searched = kTrackFields[field];
+    return PropertyMatches(trackDict, searched.key, terms.*searched.text);
+  });
 }
 
 }  // namespace
 
-std::int32_t FilterPropMatch(const TBXMLElement* trackDict, const char* key,
-                             const char* term) noexcept {
-  if (key == nullptr || term == nullptr) return 0;
-  const TBXMLElement* value = tavrel::FindValue(trackDict, key);
-  if (value == nullptr || value->text == nullptr) return 0;
+bool PropertyMatches(const TBXMLElement* trackDict, const char* key, const char* term) noexcept {
+  if (key == nullptr || term == nullptr) return false;
+  const TBXMLElement* value = FindValue(trackDict, key);
+  if (value == nullptr || value->text == nullptr) return false;
 
   const std::size_t size = std::strlen(value->text) + 1;
-  auto* decoded = static_cast<char*>(tavrel::system::AllocateZeroed(size));
-  if (decoded == nullptr) return 0;
-  RestoreXMLEscChar(decoded, value->text, static_cast<std::int32_t>(size));
-  const bool isIn = tavrel::text::SearchTerm(term).IsIn(decoded);
-  tavrel::system::Release(decoded);
-  return isIn ? 1 : 0;
+  auto* decoded = static_cast<char*>(system::AllocateZeroed(size));
+  if (decoded == nullptr) return false;
+  DecodeXmlText(decoded, value->text, static_cast<std::int32_t>(size));
+  const bool isIn = text::SearchTerm(term).IsIn(decoded);
+  system::Release(decoded);
+  return isIn;
 }
 
-std::int32_t tavrel::SearchPlainly(const TBXMLElement* trackDictionary, const SongInfo& terms,
-                                   SearchSongCallback callback, void* context) noexcept {
+std::int32_t SearchPlainly(GlobalState* const& current, const TBXMLElement* trackDictionary,
+                           const SongInfo& terms, SearchSongCallback callback,
+                           void* context) noexcept {
   std::int32_t count = 0;
-  const TBXMLElement* key = trackDictionary->firstChild;
-  while (key != nullptr && key->nextSibling != nullptr) {
-    const TBXMLElement* dict = key->nextSibling;
+  for (const auto [key, dict] : Pairs(trackDictionary)) {
     PlaylistRecord* playlist = nullptr;
-    std::int32_t position = 0;
+    std::int32_t index = 0;
     if (IsMatch(dict, terms)) {
-      playlist = GetPlaylistByTrackId(TrackIdOf(dict), &position);
+      playlist = PlaylistOfTrack(current, TrackIdOf(dict), &index);
       ++count;
     }
-    if (callback(playlist, position, context) == 0) break;
-    key = dict->nextSibling;
+    if (callback(playlist, index, context) == 0) break;
   }
   return count;
 }
+
+}  // namespace tavrel

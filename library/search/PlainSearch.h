@@ -5,21 +5,24 @@
 
 #include <cstdint>
 
-#include "agent/Implementations.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
 
-// Whether the text of `key` in a track's dictionary contains `term`, as SearchSong() matches texts:
-// 1 or 0. Null arguments, a missing key and a value without a text give 0. A text whose references
-// are in error is searched as far as it was decoded, after a line in the system log.
-// Cost: linear in both texts, which are prepared afresh.
-extern "C" TAVREL_API std::int32_t FilterPropMatch(const TBXMLElement* trackDict, const char* key,
-                                                   const char* term) noexcept;
-
 namespace tavrel {
 
-// As SearchSong(), over the tracks of a track dictionary. No argument may be null but the context.
-[[nodiscard]] std::int32_t SearchPlainly(const TBXMLElement* trackDictionary, const SongInfo& terms,
+// Whether the text of `key` in a track's dictionary contains `term`, as SearchSong() matches texts.
+// Null arguments, a missing key and a value without a text give false. A text whose references
+// are in error is searched as far as it was decoded, after a line in the system log.
+// Cost: linear in both texts, which are prepared afresh.
+[[nodiscard]] bool PropertyMatches(const TBXMLElement* trackDict, const char* key,
+                                   const char* term) noexcept;
+
+// As SearchSong(), over the tracks of a track dictionary.
+// current: the loaded library, whose playlists count; looked at afresh for each match, since a callback
+//          may load another.
+[[nodiscard]] std::int32_t SearchPlainly(GlobalState* const& current,
+                                         const TBXMLElement* trackDictionary, const SongInfo& terms,
                                          SearchSongCallback callback, void* context) noexcept;
 
 }  // namespace tavrel

@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "library/file/TextDecoding.h"
+#include "library/file/XmlText.h"
 
 namespace tavrel {
 namespace {
@@ -122,10 +122,10 @@ std::optional<std::size_t> Fill(const SearchSources& sources, const Parts& parts
 
 }  // namespace
 
-bool ReadSearchColumns(const TBXMLElement* trackDictionary, std::uint32_t mostTracks,
+bool ReadSearchColumns(const TBXML& document, std::uint32_t mostTracks,
                        SearchColumns& columns) noexcept {
   SearchSources sources;
-  if (!sources.Read(trackDictionary, mostTracks)) return false;
+  if (!sources.Read(document, mostTracks)) return false;
   Layout size(nullptr);
   (void)LayOut(size, sources, columns);
   ZeroedBlock block = system::AllocateBlock(size.size());

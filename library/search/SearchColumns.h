@@ -40,16 +40,16 @@ struct SearchColumn {
 struct SearchColumns {
   system::ZeroedBlock block;  // everything stands here
   std::span<std::int32_t> trackIds;
-  std::array<SearchColumn, kSearchKeys.size()> columns;
+  std::array<SearchColumn, kSearchedFields.size()> columns;
   text::FoldedTexts texts;
 };
 
-// Reads the columns of a track dictionary. False, with nothing read, when memory is exhausted,
+// Reads the columns of a library document's tracks. False, with nothing read, when memory is exhausted,
 // there are more than `mostTracks` tracks, or their texts would take more than 4 GiB. Logs nothing.
 // Cost: one walk over the tracks; 4 bytes for each track, 8 for each run, and a good byte for each
 // byte of the folded texts. (In a library of 100,000 tracks that comes to 42 bytes a track; another
 // 52 a track are needed while the columns are read.)
-[[nodiscard]] bool ReadSearchColumns(const TBXMLElement* trackDictionary, std::uint32_t mostTracks,
+[[nodiscard]] bool ReadSearchColumns(const TBXML& document, std::uint32_t mostTracks,
                                      SearchColumns& columns) noexcept;
 
 }  // namespace tavrel

@@ -3,60 +3,26 @@
 #include <algorithm>
 #include <cstring>
 
-#include "library/State.h"
 #include "library/file/PropertyList.h"
+#include "library/tracks/TrackLookahead.h"
 #include "library/tracks/TrackTable.h"
 #include "xml/TBXML.h"
 
 namespace tavrel {
 namespace {
 
-constexpr std::size_t kColumns = kSearchKeys.size();
+constexpr std::size_t kColumns = kSearchedFields.size();
 
-bool Equals(const char* key, const char* wanted) noexcept {
-  return key[0] == wanted[0] && std::strcmp(key, wanted) == 0;
-}
+// For each field of a track its column, kColumns for one that is not searched.
+constexpr std::array<std::uint8_t, kNoField + 1> kColumnOfField = [] {
+  std::array<std::uint8_t, kNoField + 1> columns{};
+  for (std::uint8_t& column : columns) column = kColumns;
+  for (std::uint8_t i = 0; i < kColumns; ++i) columns[kSearchedFields[i]] = i;
+  return columns;
+}();
 
-// The column that a key belongs to, kColumns for none.
-std::size_t ColumnOf(const char* key) noexcept {
-  if (key == nullptr) return kColumns;
-  std::size_t column = 0;
-  while (column < kColumns && !Equals(key, kSearchKeys[column])) ++column;
-  return column;
-}
-
-// What is read of a track lies thousands of bytes behind what was read of the one before it, too far
-// for the machine to see it coming. The document's hints tell where; a wrong one costs nothing but
-// the look.
-class Lookahead {
- public:
-  Lookahead() noexcept : dictionaries_(g_pGlobal->document->listedElements()) {}
-
-  void Advance() noexcept {
-    if (next_ + kFar < dictionaries_.size()) PrefetchPairs(dictionaries_[next_ + kFar]);
-    if (next_ + kNear < dictionaries_.size()) PrefetchTexts(dictionaries_[next_ + kNear]);
-    ++next_;
-  }
-
- private:
-  static constexpr std::size_t kFar = 16;
-  static constexpr std::size_t kNear = 6;
-
-  // The key before the dictionary, the dictionary, and its first pairs, in a row.
-  static void PrefetchPairs(const TBXMLElement* dict) noexcept {
-    for (int i = -1; i <= 12; ++i) __builtin_prefetch(dict + i);
-  }
-
-  // The names of keys and the texts of values, in a row.
-  static void PrefetchTexts(const TBXMLElement* dict) noexcept {
-    const TBXMLElement* value = FirstValue(dict);
-    if (value == nullptr || value->text == nullptr) return;
-    for (int i = 0; i < 6; ++i) __builtin_prefetch(value->text + 64 * i);
-  }
-
-  std::span<TBXMLElement* const> dictionaries_;
-  std::size_t next_ = 0;
-};
+// Of each track the first pairs, with the names of keys and the texts of values, are read.
+using Lookahead = TrackLookahead<16, 6, 12, 6>;
 
 bool IsSameText(const char* a, const char* b) noexcept {
   return a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0);
@@ -64,7 +30,7 @@ bool IsSameText(const char* a, const char* b) noexcept {
 
 }  // namespace
 
-bool SearchSources::Read(const TBXMLElement* trackDictionary, std::uint32_t mostTracks) noexcept {
+bool SearchSources::Read(const TBXML& document, std::uint32_t mostTracks) noexcept {
   constexpr std::size_t kBytesPerTrack = kColumns * sizeof(TextSource) + sizeof(std::int32_t);
   block_ = system::AllocateBlock((std::size_t{mostTracks} + 1) * kBytesPerTrack);
   if (block_.address == nullptr) return false;
@@ -75,12 +41,9 @@ bool SearchSources::Read(const TBXMLElement* trackDictionary, std::uint32_t most
   }
   auto* trackIds = reinterpret_cast<std::int32_t*>(place);
 
-  Lookahead lookahead;
-  const TBXMLElement* key = trackDictionary->firstChild;
-  while (key != nullptr && key->nextSibling != nullptr) {
+  Lookahead lookahead(document.listedElements());
+  for (const auto [key, dict] : Pairs(TrackDictionary(&document))) {
     lookahead.Advance();
-    const TBXMLElement* dict = key->nextSibling;
-    key = dict->nextSibling;
     const std::size_t track = trackIds_.size();
     if (track == mostTracks) return false;
     ReadTrack(dict);
@@ -94,15 +57,11 @@ bool SearchSources::Read(const TBXMLElement* trackDictionary, std::uint32_t most
 void SearchSources::ReadTrack(const TBXMLElement* dict) noexcept {
   std::array<const TBXMLElement*, kColumns> values = {};
   std::size_t missing = kColumns;
-  const TBXMLElement* key = dict->firstChild;
-  while (key != nullptr && key->nextSibling != nullptr && missing > 0) {
-    const TBXMLElement* value = key->nextSibling;
-    const std::size_t column = ColumnOf(key->text);
-    if (column < kColumns && values[column] == nullptr) {
-      values[column] = value;
-      --missing;
-    }
-    key = value->nextSibling;
+  for (const auto [key, value] : Pairs(dict)) {
+    const std::size_t column = kColumnOfField[FieldOfKey(key->text)];
+    if (column == kColumns || values[column] != nullptr) continue;
+    values[column] = value;
+    if (--missing == 0) break;
   }
   for (std::size_t i = 0; i < kColumns; ++i) {
     AddText(i, values[i] == nullptr ? nullptr : values[i]->text);

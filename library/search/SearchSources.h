@@ -7,13 +7,13 @@
 #include <cstdint>
 #include <span>
 
+#include "library/tracks/TrackFields.h"
 #include "system/Memory.h"
 #include "xml/Records.h"
 
-namespace tavrel {
+class TBXML;
 
-// The keys of the texts, in the order in which a search looks at them.
-inline constexpr std::array<const char*, 3> kSearchKeys = {"Name", "Artist", "Album"};
+namespace tavrel {
 
 // A text as it stands in the file, and the first of the neighbouring tracks that share it.
 struct TextSource {
@@ -36,11 +36,12 @@ class SearchSources {
   SearchSources& operator=(const SearchSources&) = delete;
   ~SearchSources() { system::ReleaseBlock(block_); }
 
+  // Reads the tracks of a library document.
   // False when memory is exhausted or there are more than `mostTracks` tracks.
-  [[nodiscard]] bool Read(const TBXMLElement* trackDictionary, std::uint32_t mostTracks) noexcept;
+  [[nodiscard]] bool Read(const TBXML& document, std::uint32_t mostTracks) noexcept;
 
   [[nodiscard]] std::span<const std::int32_t> trackIds() const noexcept { return trackIds_; }
-  [[nodiscard]] const std::array<Column, kSearchKeys.size()>& columns() const noexcept {
+  [[nodiscard]] const std::array<Column, kSearchedFields.size()>& columns() const noexcept {
     return columns_;
   }
   // The length of all texts; that of the longest one with references.
@@ -54,8 +55,8 @@ class SearchSources {
   void AddText(std::size_t column, const char* text) noexcept;
 
   system::ZeroedBlock block_;
-  std::array<TextSource*, kSearchKeys.size()> sources_ = {};
-  std::array<Column, kSearchKeys.size()> columns_ = {};
+  std::array<TextSource*, kSearchedFields.size()> sources_ = {};
+  std::array<Column, kSearchedFields.size()> columns_ = {};
   std::span<std::int32_t> trackIds_;  // of the tracks read so far
   std::size_t textBytes_ = 0;
   std::size_t longestWithReferences_ = 0;

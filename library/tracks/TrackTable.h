@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "agent/Implementations.h"
+#include "library/State.h"
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
 
@@ -35,11 +35,19 @@ static_assert(offsetof(TrackRecord, pendingDict) == 112);
 
 namespace tavrel {
 
-// The dictionary that holds all tracks: the first "dict" of the top-level dictionary, or none.
-[[nodiscard]] const TBXMLElement* TrackDictionary() noexcept;
+// The dictionary that holds all tracks: the first "dict" of the top-level dictionary. None when there
+// is none, or no document.
+[[nodiscard]] const TBXMLElement* TrackDictionary(const TBXML* document) noexcept;
 
 // The Track ID of a track's dictionary: the value of its first pair, whatever the key; 0 without
 // one.
 [[nodiscard]] std::int32_t TrackIdOf(const TBXMLElement* trackDict) noexcept;
+
+// Makes a record for each track of the state's document, and reads the library's persistent ID.
+void CreateTracks(LibraryState& state) noexcept;
+
+// Releases the records with all that they own; the table's fields are not reset. Nothing happens the
+// second time.
+void DestroyTracks(LibraryState& state) noexcept;
 
 }  // namespace tavrel

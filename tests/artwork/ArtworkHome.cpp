@@ -4,6 +4,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
+#include "agent/Exports.h"
 #include "library/artwork/ArtworkCatalogue.h"
 
 namespace tavrel::test {

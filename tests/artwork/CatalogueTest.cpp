@@ -1,7 +1,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
 #include "library/artwork/ArtworkCatalogue.h"

@@ -2,7 +2,7 @@
 // nothing stays open. AddressSanitizer sees the rest.
 #include <algorithm>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
 #include "fault/FailingNew.h"

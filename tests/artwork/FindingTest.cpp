@@ -3,7 +3,8 @@
 #include <cstring>
 #include <ctime>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
+#include "agent/Lifecycle.h"
 #include "artwork/ArtworkHome.h"
 #include "library/artwork/ArtworkCatalogue.h"
 #include "library/artwork/ArtworkIndex.h"
@@ -47,7 +48,7 @@ class ArtworkFinding : public testing::Test {
         ArtworkIds ids;
         PersistentId2Buf(library, ids.data());
         PersistentId2Buf(TrackId(number).c_str(), ids.data() + 8);
-        ASSERT_EQ(FindArtworkFile(ids), TryEveryName(ids.data(), ids.data() + 8))
+        ASSERT_EQ(FindArtworkFile(*CurrentLibrary(), ids), TryEveryName(ids.data(), ids.data() + 8))
             << library << " " << number;
       }
     }
@@ -80,11 +81,11 @@ TEST_F(ArtworkFinding, WhatTheCatalogueGainsIsFound) {
     ArtworkIds ids{};
     ids[14] = static_cast<std::uint8_t>(1 + i / 256);
     ids[15] = static_cast<std::uint8_t>(i);
-    EXPECT_EQ(FindArtworkFile(ids), nullptr);
+    EXPECT_EQ(FindArtworkFile(*CurrentLibrary(), ids), nullptr);
     if (i % 50 != 0) continue;
     home_.WriteCache(CacheName(TrackId(256 + i), "0000000000000000") + ".itc", "");
     CreateArtworkArray();
-    EXPECT_NE(FindArtworkFile(ids), nullptr);
+    EXPECT_NE(FindArtworkFile(*CurrentLibrary(), ids), nullptr);
   }
 }
 
@@ -118,7 +119,7 @@ double Seconds(std::size_t count) {
   const std::clock_t start = std::clock();
   for (std::size_t i = 0; i < count; ++i) {
     PersistentId2Buf(TrackId(i * 7919).c_str(), ids.data() + 8);
-    EXPECT_EQ(FindArtworkFile(ids), g_pGlobal->artworkFiles[i]->path);
+    EXPECT_EQ(FindArtworkFile(*CurrentLibrary(), ids), g_pGlobal->artworkFiles[i]->path);
   }
   return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
 }

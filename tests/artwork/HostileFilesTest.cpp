@@ -7,7 +7,7 @@
 
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
-#include "library/artwork/ArtworkFile.h"
+#include "library/artwork/ArtworkHandle.h"
 #include "system/Files.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"
@@ -135,7 +135,7 @@ TEST_F(HostileArtwork, PositionsBeyond32BitsEndTheWalk) {
     ASSERT_NE(handle, nullptr);
     ASSERT_EQ(handle->count, 3);
     EXPECT_EQ(handle->images[2]->fileOffset, 0xFFFFFFFFU);
-    EXPECT_EQ(handle->images[2]->info.width, 17);
+    EXPECT_EQ(handle->images[2]->width, 17);
     CloseArtwork(handle);
   }
 }
@@ -163,7 +163,7 @@ TEST_F(HostileArtwork, SumOfSizeAndRecordThatOverflowsIsTaken32BitsWide) {
   ArtworkHandle* handle = OpenArtworkHandle(path.c_str(), ArtworkLayouts::Usual);
   ASSERT_NE(handle, nullptr);
   ASSERT_EQ(handle->count, 1);
-  EXPECT_EQ(handle->images[0]->info.dataSize, 0x7FFFFFF8);
+  EXPECT_EQ(handle->images[0]->dataSize, 0x7FFFFFF8);
   ArtworkInfo info{};
   EXPECT_EQ(GetArtworkInfo(handle, 0, &info), -0x7FFFFFFF - 1 + 24);
   EXPECT_EQ(info.dataSize, 0x7FFFFFF8);

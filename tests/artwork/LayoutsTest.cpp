@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "artwork/CacheFiles.h"
-#include "library/artwork/ArtworkFile.h"
+#include "library/artwork/ArtworkHandle.h"
 #include "unit/support/TemporaryFolder.h"
 
 namespace tavrel::test {
@@ -28,7 +28,7 @@ class ArtworkLayout : public testing::Test {
   // The format of the one image; -1 when there is none.
   int FormatOf(const Block& block) {
     Open(Bytes(block));
-    return GetArtworkCount(handle_) == 1 ? handle_->images[0]->info.format : -1;
+    return GetArtworkCount(handle_) == 1 ? handle_->images[0]->format : -1;
   }
   std::string Delivered(int index) {
     ArtworkInfo info{};
@@ -50,13 +50,13 @@ TEST_F(ArtworkLayout, NumberAtEightTellsWhereEverythingStands) {
          Bytes({.image = LikeJpeg(40), .imageStart = start}));
     ASSERT_EQ(GetArtworkCount(handle_), 2) << start;
     const ArtworkImage& found = *handle_->images[0];
-    EXPECT_EQ(found.info.format, kPng);
-    EXPECT_EQ(found.info.width, 7);
-    EXPECT_EQ(found.info.height, 5);
-    EXPECT_EQ(found.info.dataSize, 90);
+    EXPECT_EQ(found.format, kPng);
+    EXPECT_EQ(found.width, 7);
+    EXPECT_EQ(found.height, 5);
+    EXPECT_EQ(found.dataSize, 90);
     EXPECT_EQ(found.fileOffset, 284 + start);
     EXPECT_EQ(Delivered(0), image);
-    EXPECT_EQ(handle_->images[1]->info.format, kJpeg);
+    EXPECT_EQ(handle_->images[1]->format, kJpeg);
     EXPECT_EQ(Delivered(1), LikeJpeg(40));
   }
 }
@@ -107,7 +107,7 @@ TEST_F(ArtworkLayout, WhateverOpenArtworkFindsIsFound) {
     block.replace(8, 4, Number(number));
     Open(block);
     ASSERT_EQ(GetArtworkCount(handle_), 1) << number;
-    EXPECT_EQ(handle_->images[0]->info.format, kJpeg);
+    EXPECT_EQ(handle_->images[0]->format, kJpeg);
     EXPECT_EQ(handle_->images[0]->fileOffset, 284U + 208U);
   }
 }
@@ -118,7 +118,7 @@ TEST_F(ArtworkLayout, WrongTagsAndBlocksWithoutAnImageAreSkipped) {
        Bytes({.image = LikeJpeg(20), .imageStart = 196, .dataTag = "none"}) +
        Bytes({.image = LikeJpeg(33), .imageStart = 196}));
   ASSERT_EQ(GetArtworkCount(handle_), 1);
-  EXPECT_EQ(handle_->images[0]->info.dataSize, 33);
+  EXPECT_EQ(handle_->images[0]->dataSize, 33);
 }
 
 TEST_F(ArtworkLayout, NullPathAndOtherFilesGiveNull) {

@@ -3,10 +3,10 @@
 
 #include <cstring>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "artwork/ArtworkHome.h"
 #include "artwork/CacheFiles.h"
-#include "library/artwork/ArtworkFile.h"
+#include "library/artwork/ArtworkHandle.h"
 #include "library/playlists/PlaylistTable.h"
 
 namespace tavrel::test {
@@ -31,7 +31,7 @@ class OpenArtworkOf : public testing::Test {
   int Width(int index = 0) {
     CloseArtwork(handle_);
     handle_ = OpenArtwork(OpenAllSongs(), index);
-    return handle_ == nullptr ? 0 : handle_->images[0]->info.width;
+    return handle_ == nullptr ? 0 : handle_->images[0]->width;
   }
 
   ArtworkHome home_;

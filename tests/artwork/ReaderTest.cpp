@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "artwork/CacheFiles.h"
-#include "library/artwork/ArtworkFile.h"
+#include "library/artwork/ArtworkHandle.h"
 #include "unit/support/TemporaryFolder.h"
 
 namespace tavrel::test {
@@ -31,11 +31,11 @@ TEST_F(ArtworkReader, OneBlockIsOneImage) {
   ASSERT_NE(Open(CacheHeader(284) + Bytes({.image = Filler(1000)})), nullptr);
   ASSERT_EQ(handle_->count, 1);
   EXPECT_EQ(handle_->capacity, 32);
-  EXPECT_EQ(Image(0).info.format, 0);
-  EXPECT_EQ(Image(0).info.width, 600);
-  EXPECT_EQ(Image(0).info.height, 600);
-  EXPECT_EQ(Image(0).info.data, nullptr);
-  EXPECT_EQ(Image(0).info.dataSize, 1000);
+  EXPECT_EQ(Image(0).format, 0);
+  EXPECT_EQ(Image(0).width, 600);
+  EXPECT_EQ(Image(0).height, 600);
+  EXPECT_EQ(Image(0).data, nullptr);
+  EXPECT_EQ(Image(0).dataSize, 1000);
   EXPECT_EQ(Image(0).fileOffset, 284U + 208U);
 }
 
@@ -67,10 +67,10 @@ TEST_F(ArtworkReader, JpegCodeHasItsLeastSignificantByteFirst) {
   Open(CacheHeader() + Bytes({.image = Filler(10), .code = kJpegCodeBigEndian}) +
        Bytes({.image = Filler(20), .code = kJpegCode}) + Bytes({.image = Filler(30)}));
   ASSERT_EQ(handle_->count, 2);
-  EXPECT_EQ(Image(0).info.format, 1);
-  EXPECT_EQ(Image(0).info.dataSize, 20);
-  EXPECT_EQ(Image(1).info.format, 0);
-  EXPECT_EQ(Image(1).info.dataSize, 30);
+  EXPECT_EQ(Image(0).format, 1);
+  EXPECT_EQ(Image(0).dataSize, 20);
+  EXPECT_EQ(Image(1).format, 0);
+  EXPECT_EQ(Image(1).dataSize, 30);
 }
 
 TEST_F(ArtworkReader, UnknownBlocksAreSkippedByTheirLength) {
@@ -79,7 +79,7 @@ TEST_F(ArtworkReader, UnknownBlocksAreSkippedByTheirLength) {
        Bytes({.image = Filler(30), .code = "PNGF"}) + Bytes({.image = Filler(40), .code = "ARGb"}) +
        Bytes({.image = Filler(50)}));
   ASSERT_EQ(handle_->count, 1);
-  EXPECT_EQ(Image(0).info.dataSize, 50);
+  EXPECT_EQ(Image(0).dataSize, 50);
 }
 
 TEST_F(ArtworkReader, NumberAtEightAndThePicturesBytesAreNotLookedAt) {
@@ -87,7 +87,7 @@ TEST_F(ArtworkReader, NumberAtEightAndThePicturesBytesAreNotLookedAt) {
   block.replace(8, 4, Number(12345));
   Open(CacheHeader() + block);
   ASSERT_EQ(handle_->count, 1);
-  EXPECT_EQ(Image(0).info.format, 0);
+  EXPECT_EQ(Image(0).format, 0);
 }
 
 TEST_F(ArtworkReader, EndInsideABlockHeaderEndsTheWalk) {
@@ -106,7 +106,7 @@ TEST_F(ArtworkReader, ListGrowsInStepsOf32) {
   Open(file);
   ASSERT_EQ(handle_->count, 100);
   EXPECT_EQ(handle_->capacity, 128);
-  for (int i = 0; i < 100; ++i) EXPECT_EQ(Image(i).info.width, i);
+  for (int i = 0; i < 100; ++i) EXPECT_EQ(Image(i).width, i);
 }
 
 TEST_F(ArtworkReader, HeaderLengthBelow28IsWhereTheWalkStarts) {
@@ -138,8 +138,8 @@ TEST_F(ArtworkReader, BlockShorterThanItsHeaderIsRecordedAndStepsBackToItsEnd) {
   file += second;
   Open(file);
   ASSERT_EQ(handle_->count, 2);
-  EXPECT_EQ(Image(0).info.dataSize, 100 - 208);
-  EXPECT_EQ(Image(1).info.dataSize, 7);
+  EXPECT_EQ(Image(0).dataSize, 100 - 208);
+  EXPECT_EQ(Image(1).dataSize, 7);
   EXPECT_EQ(Image(1).fileOffset, 284U + 100U + 208U);
 
   ArtworkInfo info{.format = 9, .width = 9, .height = 9, .data = nullptr, .dataSize = -200};

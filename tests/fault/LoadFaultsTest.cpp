@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "agent/Exports.h"
 #include "data/LibraryTexts.h"
 #include "fault/FailingNew.h"
 #include "fault/StateCheck.h"

@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <string>
 
+#include "agent/Exports.h"
 #include "fault/FailingNew.h"
 #include "library/State.h"
 #include "library/file/PropertyList.h"
+#include "library/file/PropertyValue.h"
 #include "library/playlists/PlaylistTable.h"
 #include "system/CapturedStderr.h"
 #include "xml/TBXML.h"

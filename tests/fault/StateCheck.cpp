@@ -6,6 +6,7 @@
 #include <cstring>
 #include <set>
 
+#include "agent/Exports.h"
 #include "fault/FailingNew.h"
 #include "library/State.h"
 #include "library/playlists/PlaylistTable.h"

@@ -4,7 +4,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
+#include "agent/Lifecycle.h"
 #include "data/LibraryTexts.h"
 #include "library/ringtones/RingtoneCatalogue.h"
 #include "ringtones/RingtoneScene.h"
@@ -321,7 +322,7 @@ TEST_F(RingtoneCatalogueInNeed, APlaylistThatCannotBeAppendedIsMissingAndNoOther
   for (const Allocation allocation : {kPlaylist, kName, kPoolEntry, kGroupTable}) {
     BuildWithFailureAt(allocation);
     EXPECT_EQ(GetPlaylistCount(0), 32);
-    EXPECT_EQ(RingtonePlaylist(), nullptr);
+    EXPECT_EQ(RingtonePlaylist(*CurrentLibrary()), nullptr);
     EXPECT_EQ(DestroyRingtoneArray(), 0);
     EXPECT_EQ(GetPlaylistCount(0), 32);
     EXPECT_EQ(g_pGlobal->groups[0]->capacity, 32);
@@ -344,7 +345,8 @@ TEST_F(RingtoneCatalogueInNeed, TheBuildStopsQuietlyAndKeepsTheRecordsMadeSoFar)
     g_pGlobal->groups[0]->capacity = 32;
     const CapturedStderr log;
     BuildWithFailureAt(expected.allocation);
-    EXPECT_EQ(ListedNames(RingtonePlaylist()), expected.names) << expected.allocation;
+    EXPECT_EQ(ListedNames(RingtonePlaylist(*CurrentLibrary())), expected.names)
+        << expected.allocation;
     EXPECT_EQ(log.Text(), "");
   }
 }

@@ -3,7 +3,8 @@
 
 #include <algorithm>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
+#include "agent/Lifecycle.h"
 #include "fault/FailingNew.h"
 #include "library/ringtones/RingtoneCatalogue.h"
 #include "ringtones/RingtoneScene.h"
@@ -29,7 +30,9 @@ TEST(RingtoneFaults, ALoadKeepsTheRingtonesThatAreWhole) {
   std::int32_t most = 0;
   WithEachAllocationFailing(120, [&] {
     Inside(AgentInitializer);
-    if (const PlaylistRecord* ringtones = RingtonePlaylist()) {
+    const LibraryState* library = CurrentLibrary();
+    const PlaylistRecord* ringtones = library == nullptr ? nullptr : RingtonePlaylist(*library);
+    if (ringtones != nullptr) {
       EXPECT_TRUE(IsWhole(*ringtones));
       most = std::max(most, ringtones->count);
     }
@@ -47,7 +50,7 @@ TEST(RingtoneFaults, AnImportListsTheFileOnlyWhenItAnswersZero) {
   WithEachAllocationFailing(6, AgentInitializer, [&] {
     const std::int32_t answer = Inside([] { return AppendRingtone(kPath); });
     system::faults::Stop();
-    const PlaylistRecord& ringtones = *RingtonePlaylist();
+    const PlaylistRecord& ringtones = *RingtonePlaylist(*CurrentLibrary());
     EXPECT_EQ(ringtones.count, answer == 0 ? 33 : 32);
     EXPECT_TRUE(IsWhole(ringtones));
     seen[answer + 1] = true;

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "library/ringtones/RingtoneCatalogue.h"
 #include "library/ringtones/RingtoneImport.h"
 #include "ringtones/RingtoneScene.h"

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "agent/Exports.h"
 #include "library/search/SearchColumns.h"
 #include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"
@@ -13,7 +14,7 @@ class Columns {
  public:
   explicit Columns(std::uint32_t mostTracks) {
     testing::internal::CaptureStderr();
-    isRead = ReadSearchColumns(TrackDictionary(), mostTracks, columns);
+    isRead = ReadSearchColumns(*g_pGlobal->document, mostTracks, columns);
     log = testing::internal::GetCapturedStderr();
   }
   Columns(const Columns&) = delete;

@@ -1,5 +1,6 @@
 #include "search/SongLibrary.h"
 
+#include "agent/Exports.h"
 #include "library/search/PlainSearch.h"
 #include "library/tracks/TrackTable.h"
 
@@ -110,7 +111,7 @@ Heard Search(const Terms& terms, const InCallback& inCallback) {
 
 Heard SearchInPlainForm(const Terms& terms, const InCallback& inCallback) {
   return HearFrom(terms, inCallback, [](const SongInfo& info, void* context) {
-    return SearchPlainly(TrackDictionary(), info, Listen, context);
+    return SearchPlainly(g_pGlobal, TrackDictionary(g_pGlobal->document), info, Listen, context);
   });
 }
 

@@ -1,7 +1,7 @@
 // The place of a match is the one that GetPlaylistByTrackId() gives, whatever a callback does.
 #include <gtest/gtest.h>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "library/playlists/PlaylistTable.h"
 #include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"

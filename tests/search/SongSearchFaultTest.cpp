@@ -1,7 +1,7 @@
 // What a search does when memory is exhausted.
 #include <gtest/gtest.h>
 
-#include "agent/Implementations.h"
+#include "agent/Exports.h"
 #include "search/SongLibrary.h"
 #include "search/Texts.h"
 #include "system/Memory.h"

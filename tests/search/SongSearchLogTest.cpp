@@ -1,6 +1,7 @@
 // A search logs what decoding every text afresh would log.
 #include <gtest/gtest.h>
 
+#include "agent/Exports.h"
 #include "library/search/PlainSearch.h"
 #include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"

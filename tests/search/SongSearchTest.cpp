@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "agent/Exports.h"
 #include "library/search/PlainSearch.h"
 #include "library/tracks/TrackTable.h"
 #include "search/SongLibrary.h"

@@ -1,6 +1,7 @@
 // Before the first load there is no global record: every function answers as for nothing.
 #include <gtest/gtest.h>
 
+#include "agent/Exports.h"
 #include "library/State.h"
 #include "library/file/PropertyList.h"
 #include "library/playlists/PlaylistTable.h"
@@ -16,7 +17,7 @@ TEST(NotLoaded, EveryQueryAnswersNothing) {
   EXPECT_EQ(GetSongInfo(nullptr, 0, nullptr), 0);
   EXPECT_EQ(OpenAllSongs(), nullptr);
   EXPECT_EQ(GetPlaylistByTrackId(1, nullptr), nullptr);
-  EXPECT_EQ(tavrel::TopLevelDictionary(), nullptr);
+  EXPECT_EQ(tavrel::TopLevelDictionary(nullptr), nullptr);
 }
 
 TEST(NotLoaded, BuildersDestroyersAndTheFinalizerDoNothing) {

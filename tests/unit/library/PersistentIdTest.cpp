@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "agent/Exports.h"
 #include "library/file/PersistentId.h"
 #include "unit/support/GuardedPages.h"
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "agent/Exports.h"
 #include "library/State.h"
 #include "library/playlists/PlaylistTable.h"
 

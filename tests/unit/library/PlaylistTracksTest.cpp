@@ -6,6 +6,7 @@
 #include <memory>
 #include <vector>
 
+#include "agent/Exports.h"
 #include "library/State.h"
 #include "library/playlists/PlaylistTable.h"
 #include "system/Memory.h"

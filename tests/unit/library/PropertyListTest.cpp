@@ -7,7 +7,9 @@
 #include <optional>
 #include <string>
 
+#include "agent/Exports.h"
 #include "library/file/PropertyList.h"
+#include "library/file/PropertyValue.h"
 #include "system/CapturedStderr.h"
 
 using tavrel::test::CapturedStderr;

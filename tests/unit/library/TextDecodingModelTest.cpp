@@ -6,7 +6,8 @@
 #include <cstring>
 #include <string>
 
-#include "library/file/TextDecoding.h"
+#include "agent/Exports.h"
+#include "library/file/XmlText.h"
 #include "system/CapturedStderr.h"
 #include "unit/support/Random.h"
 #include "unit/support/Sanitizers.h"

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "library/file/TextDecoding.h"
+#include "agent/Exports.h"
+#include "library/file/XmlText.h"
 #include "system/CapturedStderr.h"
 #include "unit/support/GuardedPages.h"
 

@@ -10,9 +10,10 @@
 #include <string>
 #include <vector>
 
+#include "agent/Exports.h"
+#include "agent/Lifecycle.h"
 #include "data/LibraryTexts.h"
 #include "library/playlists/PlaylistTable.h"
-#include "library/tracks/PlainTrackProperties.h"
 #include "library/tracks/TrackProperties.h"
 #include "system/CapturedStderr.h"
 #include "system/Memory.h"
@@ -85,7 +86,7 @@ Read ReadInOneWalk() {
   Read read;
   const CapturedStderr log;
   for (std::int32_t i = 0; i < g_pGlobal->trackCount; ++i) {
-    tavrel::LoadTrackProperties(*g_pGlobal->tracks[i]);
+    tavrel::LoadTrackProperties(*g_pGlobal->tracks[i], tavrel::loadedState);
     read.tracks.push_back(See(*g_pGlobal->tracks[i]));
   }
   read.log = log.Messages();

@@ -1,5 +1,4 @@
-// Artwork cache files: the reader that lists a file's images, and the handle that it makes. The
-// images themselves stay in the file until a host asks for them.
+// The records of artwork: a cache file's header, the list of its images, the handle that holds both.
 #pragma once
 
 #include <cstddef>
@@ -13,8 +12,17 @@ struct ArtworkHeader {
   std::uint8_t rest[20];  // kept as read
 };
 
+// Begins with the fields of an ArtworkInfo, in its order; the next one follows where that record would
+// only have padding.
+//
+//   0        4       8        12    16      24         28           32
+//   | format | width | height |     | data  | dataSize | fileOffset |
 struct ArtworkImage {
-  ArtworkInfo info;  // its `data` is always null: the bytes are in the file
+  std::int32_t format;
+  std::int32_t width;
+  std::int32_t height;
+  std::uint8_t* data;  // always null: the bytes are in the file
+  std::int32_t dataSize;
   std::uint32_t fileOffset;
 };
 
@@ -27,14 +35,18 @@ struct ArtworkHandle {
 };
 
 static_assert(sizeof(ArtworkHeader) == 28);
+static_assert(offsetof(ArtworkImage, width) == offsetof(ArtworkInfo, width));
+static_assert(offsetof(ArtworkImage, height) == offsetof(ArtworkInfo, height));
+static_assert(offsetof(ArtworkImage, data) == offsetof(ArtworkInfo, data));
+static_assert(offsetof(ArtworkImage, dataSize) == offsetof(ArtworkInfo, dataSize));
 #if defined(__LP64__)
 static_assert(sizeof(ArtworkInfo) == 32);
 static_assert(offsetof(ArtworkInfo, width) == 4);
 static_assert(offsetof(ArtworkInfo, height) == 8);
 static_assert(offsetof(ArtworkInfo, data) == 16);
 static_assert(offsetof(ArtworkInfo, dataSize) == 24);
-static_assert(sizeof(ArtworkImage) == 40);
-static_assert(offsetof(ArtworkImage, fileOffset) == 32);
+static_assert(sizeof(ArtworkImage) == 32);
+static_assert(offsetof(ArtworkImage, fileOffset) == 28);
 static_assert(sizeof(ArtworkHandle) == 56);
 static_assert(offsetof(ArtworkHandle, header) == 8);
 static_assert(offsetof(ArtworkHandle, images) == 40);
@@ -45,16 +57,9 @@ static_assert(offsetof(ArtworkHandle, count) == 52);
 namespace tavrel {
 
 enum class ArtworkLayouts {
-  Usual,  // the one layout and the two codes that OpenArtwork reads
+  Usual,  // the one layout and the two codes of the core interface
   Every,  // what is known from real caches as well
 };
-
-// Lists the images of a cache file.
-// path:   NUL-terminated, borrowed.
-// Result: a handle to be released with CloseArtwork(); null when there is no regular file that
-//         begins with a header, or memory is exhausted before the first block. Damaged blocks are
-//         lost, but not what stands before them.
-[[nodiscard]] ArtworkHandle* OpenArtworkHandle(const char* path, ArtworkLayouts layouts) noexcept;
 
 // The descriptor of the handle's file; negative when none is open.
 [[nodiscard]] inline int ArtworkDescriptor(const ArtworkHandle& handle) noexcept {

@@ -11,10 +11,10 @@ struct XMLEntity {
   const char* replacement;
 };
 
-extern "C" {
-
 // The named references, searched in this order.
-TAVREL_API extern const XMLEntity XMLEntities[5];
+extern "C" TAVREL_API const XMLEntity XMLEntities[5];
+
+namespace tavrel {
 
 // Decodes `source` into `destination`.
 // destination: room for `destinationSize` bytes; nothing is written at or behind that size. The
@@ -29,11 +29,8 @@ TAVREL_API extern const XMLEntity XMLEntities[5];
 // Kept: a numeric reference is written as the bare non-zero bytes of its value, most significant
 // first, and not as UTF-8. Library files use references for ASCII only, which this decodes
 // correctly.
-TAVREL_API std::int32_t RestoreXMLEscChar(char* destination, const char* source,
-                                          std::int32_t destinationSize) noexcept;
-}
-
-namespace tavrel {
+std::int32_t DecodeXmlText(char* destination, const char* source,
+                           std::int32_t destinationSize) noexcept;
 
 enum class DecodingError { kNone, kNoEnding, kNoNumeric };
 
@@ -43,7 +40,7 @@ struct Decoding {
   const char* errorAt;  // the '&' that stopped the decoding
 };
 
-// As RestoreXMLEscChar(), without the log line: what was decoded before an error counts as well.
+// As DecodeXmlText(), without the log line: what was decoded before an error counts as well.
 // The arguments must not be null.
 [[nodiscard]] Decoding DecodeReferences(char* destination, const char* source,
                                         std::int32_t destinationSize) noexcept;

@@ -1,4 +1,4 @@
-#include "library/file/TextDecoding.h"
+#include "library/file/XmlText.h"
 
 #include <cstddef>
 #include <cstring>
@@ -11,6 +11,7 @@ const XMLEntity XMLEntities[5] = {
     {"&lt;", "<"}, {"&gt;", ">"}, {"&amp;", "&"}, {"&apos;", "'"}, {"&quot;", "\""},
 };
 
+namespace tavrel {
 namespace {
 
 // Counts every byte of the decoded text and writes those that fit.
@@ -58,15 +59,15 @@ void AppendBytesOfValue(Output& output, std::uint32_t value) noexcept {
 bool AppendNumericReference(Output& output, std::string_view reference) noexcept {
   if (reference.size() < 3 || reference[1] != '#') return false;
   const bool hexadecimal = reference[2] == 'x' || reference[2] == 'X';
-  AppendBytesOfValue(output, hexadecimal ? tavrel::text::ReadUnsigned(reference.substr(3), 16)
-                                         : tavrel::text::ReadUnsigned(reference.substr(2), 10));
+  AppendBytesOfValue(output, hexadecimal ? text::ReadUnsigned(reference.substr(3), 16)
+                                         : text::ReadUnsigned(reference.substr(2), 10));
   return true;
 }
 
 }  // namespace
 
-tavrel::Decoding tavrel::DecodeReferences(char* destination, const char* source,
-                                          std::int32_t destinationSize) noexcept {
+Decoding DecodeReferences(char* destination, const char* source,
+                          std::int32_t destinationSize) noexcept {
   Output output(destination, destinationSize);
   std::string_view rest = source;
   for (;;) {
@@ -90,19 +91,21 @@ tavrel::Decoding tavrel::DecodeReferences(char* destination, const char* source,
   return {output.total(), DecodingError::kNone, nullptr};
 }
 
-std::int32_t RestoreXMLEscChar(char* destination, const char* source,
-                               std::int32_t destinationSize) noexcept {
+std::int32_t DecodeXmlText(char* destination, const char* source,
+                           std::int32_t destinationSize) noexcept {
   if (destination == nullptr || source == nullptr) return 0;
-  const tavrel::Decoding decoding = tavrel::DecodeReferences(destination, source, destinationSize);
+  const Decoding decoding = DecodeReferences(destination, source, destinationSize);
   switch (decoding.error) {
-    case tavrel::DecodingError::kNone:
+    case DecodingError::kNone:
       return decoding.length;
-    case tavrel::DecodingError::kNoEnding:
-      tavrel::system::Log({"XML text \"", source, "\" Escaping has no ending"});
+    case DecodingError::kNoEnding:
+      system::Log({"XML text \"", source, "\" Escaping has no ending"});
       return 0;
-    case tavrel::DecodingError::kNoNumeric:
-      tavrel::system::Log({"XML text \"", decoding.errorAt, "\" Escaping has no numeric"});
+    case DecodingError::kNoNumeric:
+      system::Log({"XML text \"", decoding.errorAt, "\" Escaping has no numeric"});
       return 0;
   }
   return 0;
 }
+
+}  // namespace tavrel

@@ -6,15 +6,15 @@
 //   block   0        4        8        48       56      60       204      208             B
 //           | B      | "item" | 208    | code   | width | height | "data" | the image ... | next
 //
-// This is the usual layout; OpenArtwork takes the image to begin at 208 whatever stands at 8 (kept).
-// Real caches hold three more, told apart by that number:
+// This is the usual layout, in which the core interface takes the image to begin at 208 whatever
+// stands at 8. Real caches hold three more, told apart by that number:
 //
 //   at 8    image at   code at   width   height   "data" at
 //   196     196        48        56      60       192
 //   208     208        48        56      60       204
 //   212     212        48        56      60       204         four more bytes before the image
 //   216     216        52        60      64       208         the same
-#include "library/artwork/ArtworkFile.h"
+#include "library/artwork/ArtworkReader.h"
 
 #include <algorithm>
 #include <array>
@@ -23,13 +23,9 @@
 #include <optional>
 #include <string_view>
 
-#include "agent/Implementations.h"
-#include "library/TableAppender.h"
 #include "system/Files.h"
-#include "system/Memory.h"
 
-using namespace tavrel;
-
+namespace tavrel {
 namespace {
 
 using namespace std::string_view_literals;
@@ -142,46 +138,29 @@ std::optional<Found> RecogniseEvery(const Block& block) noexcept {
   return RecogniseUsual(block);
 }
 
-// False when memory is exhausted.
-bool Record(const Block& block, const Found& found,
-            tavrel::TableAppender<ArtworkImage>& images) noexcept {
-  if (!images.Reserve()) return false;
-  auto* image = static_cast<ArtworkImage*>(system::AllocateZeroed(sizeof(ArtworkImage)));
-  if (image == nullptr) return false;
-  image->info.format = found.format;
-  image->info.width = static_cast<std::int32_t>(block.Number(found.layout->width));
-  image->info.height = static_cast<std::int32_t>(block.Number(found.layout->height));
-  image->info.dataSize = block.ImageSize(*found.layout);
-  image->fileOffset = static_cast<std::uint32_t>(block.position + found.layout->image);
-  images.Append(image);
-  return true;
+// What a block holds; none when its image is not known, or lies out of reach.
+std::optional<FoundImage> ImageIn(const Block& block, ArtworkLayouts layouts) noexcept {
+  const auto found =
+      layouts == ArtworkLayouts::Every ? RecogniseEvery(block) : RecogniseUsual(block);
+  if (!found || block.position + found->layout->image > kLastPosition) return std::nullopt;
+  const BlockLayout& layout = *found->layout;
+  return FoundImage{found->format, static_cast<std::int32_t>(block.Number(layout.width)),
+                    static_cast<std::int32_t>(block.Number(layout.height)), block.ImageSize(layout),
+                    static_cast<std::uint32_t>(block.position + layout.image)};
 }
 
-// Each block begins behind the one before it and within the reach of 32 bits, so the walk ends. A
-// length is taken with its sign, and so leads back when it is 2^31 or more.
-void ListImages(ArtworkHandle& handle, std::int64_t position, tavrel::ArtworkLayouts layouts) {
-  tavrel::TableAppender<ArtworkImage> images(handle.images, handle.capacity, handle.count);
-  const int file = tavrel::ArtworkDescriptor(handle);
-  const bool every = layouts == tavrel::ArtworkLayouts::Every;
-  while (position >= 0 && position <= kLastPosition) {
-    Block block{{}, position};
-    const std::size_t wanted = every ? block.bytes.size() : kBlockHeader;
-    const auto at = static_cast<std::uint64_t>(position);
-    if (system::ReadAt(file, at, block.bytes.data(), wanted) < kBlockHeader) return;
-    const auto found = every ? RecogniseEvery(block) : RecogniseUsual(block);
-    const bool inReach = found && position + found->layout->image <= kLastPosition;
-    if (inReach && !Record(block, *found, images)) return;
-    const std::int64_t next = position + kBlockHeader + block.ImageSize(kUsual);
-    if (block.Length() < kSmallestBlock || next <= position) return;
-    position = next;
-  }
+// Where the block behind begins; negative when there is none. Each begins behind the one before it
+// and within the reach of 32 bits, so that the walk ends. A length is taken with its sign, and so leads
+// back when it is 2^31 or more.
+std::int64_t NextPosition(const Block& block) noexcept {
+  const std::int64_t next = block.position + kBlockHeader + block.ImageSize(kUsual);
+  const bool goesOn = block.Length() >= kSmallestBlock && next > block.position;
+  return goesOn && next <= kLastPosition ? next : -1;
 }
 
-// Result: where the first block begins, before the file's start for some lengths; none when the
-// file does not begin with a header.
-std::optional<std::int64_t> ReadHeader(ArtworkHandle& handle) noexcept {
-  ArtworkHeader& header = handle.header;
-  const int file = tavrel::ArtworkDescriptor(handle);
+}  // namespace
+
+std::optional<std::int64_t> ReadArtworkHeader(int file, ArtworkHeader& header) noexcept {
   if (system::ReadAt(file, 0, &header, sizeof(header)) < sizeof(header)) return std::nullopt;
   char length[4];
   std::memcpy(length, &header.length, sizeof(length));
@@ -191,17 +170,18 @@ std::optional<std::int64_t> ReadHeader(ArtworkHandle& handle) noexcept {
   return std::int64_t{kRead} + static_cast<std::int32_t>(header.length - kRead);
 }
 
-}  // namespace
-
-ArtworkHandle* tavrel::OpenArtworkHandle(const char* path, ArtworkLayouts layouts) noexcept {
-  auto* handle = static_cast<ArtworkHandle*>(system::AllocateZeroed(sizeof(ArtworkHandle)));
-  if (handle == nullptr) return nullptr;
-  handle->file = system::OpenRegularFile(path).Release() + 1;
-  const auto firstBlock = handle->file == 0 ? std::nullopt : ReadHeader(*handle);
-  if (!firstBlock) {
-    CloseArtworkImp(handle);
-    return nullptr;
+std::optional<FoundImage> ArtworkReader::Next() noexcept {
+  while (position_ >= 0) {
+    Block block{{}, position_};
+    const bool every = layouts_ == ArtworkLayouts::Every;
+    const std::size_t wanted = every ? block.bytes.size() : kBlockHeader;
+    const auto at = static_cast<std::uint64_t>(position_);
+    const bool isWhole = system::ReadAt(file_, at, block.bytes.data(), wanted) >= kBlockHeader;
+    position_ = isWhole ? NextPosition(block) : -1;
+    if (!isWhole) break;
+    if (const auto image = ImageIn(block, layouts_)) return image;
   }
-  ListImages(*handle, *firstBlock, layouts);
-  return handle;
+  return std::nullopt;
 }
+
+}  // namespace tavrel

@@ -1,0 +1,21 @@
+// Load and unload, and which library is the loaded one.
+#pragma once
+
+#include <cstdint>
+
+#include "library/State.h"
+
+namespace tavrel {
+
+// What the last load made; none before it and after its unload. `g_pGlobal` cannot tell: it keeps
+// its value, and callers can set it.
+extern constinit LibraryState* loadedState;
+
+// The library that calls work on, the one behind `g_pGlobal`; none when none is loaded.
+[[nodiscard]] LibraryState* CurrentLibrary() noexcept;
+
+// As AgentInitializer() and AgentFinalizer().
+std::int32_t Load() noexcept;
+std::int32_t Unload() noexcept;
+
+}  // namespace tavrel

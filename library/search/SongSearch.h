@@ -1,0 +1,20 @@
+// The song search over columns of texts that are ready to be searched.
+#pragma once
+
+#include <cstdint>
+
+#include "library/State.h"
+#include "tavrel/tavrel.h"
+
+namespace tavrel {
+
+// As SearchSong().
+// current: the loaded library, which is searched. A callback may load another one, whose playlists count
+//          from then on: so it is looked at afresh for each match.
+[[nodiscard]] std::int32_t SearchSongs(GlobalState* const& current, const SongInfo& terms,
+                                       SearchSongCallback callback, void* context) noexcept;
+
+// Gives back what searches have made.
+void ReleaseSearchIndex(LibraryState& state) noexcept;
+
+}  // namespace tavrel
