@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "agent/Exports.h"
 #include "bench/support/Clocks.h"
 #include "library/search/PlainSearch.h"
 #include "library/tracks/TrackTable.h"

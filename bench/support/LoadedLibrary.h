@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
+#include "agent/Exports.h"
 #include "bench/support/LinkedHome.h"
-#include "library/State.h"
 #include "tavrel/tavrel.h"
 
 namespace tavrel::bench {
