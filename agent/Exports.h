@@ -6,15 +6,12 @@
 
 #include <cstdint>
 
+#include "agent/Lifecycle.h"
 #include "library/State.h"
 #include "tavrel/tavrel.h"
 #include "xml/Records.h"
 
 extern "C" {
-
-// The loaded library. Null before the first load; keeps its value after unload, when it must not be
-// followed.
-TAVREL_API extern GlobalState* g_pGlobal;
 
 TAVREL_API std::int32_t AgentInitializerImp() noexcept;
 TAVREL_API std::int32_t AgentFinalizerImp() noexcept;

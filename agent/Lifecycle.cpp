@@ -2,7 +2,6 @@
 
 #include <cstring>
 
-#include "agent/Exports.h"
 #include "library/artwork/ArtworkCatalogue.h"
 #include "library/file/LibraryFile.h"
 #include "library/playlists/PlaylistTable.h"

@@ -4,6 +4,11 @@
 #include <cstdint>
 
 #include "library/State.h"
+#include "tavrel/tavrel.h"
+
+// The loaded library. Null before the first load; keeps its value after unload, when it must not be
+// followed.
+extern "C" TAVREL_API GlobalState* g_pGlobal;
 
 namespace tavrel {
 
