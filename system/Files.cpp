@@ -5,8 +5,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <utility>
+
+#include "system/Uninterrupted.h"
 
 namespace tavrel::system {
 namespace {
@@ -42,9 +43,10 @@ FileDescriptor OpenRegularFile(const char* path) noexcept {
 std::size_t ReadAt(int descriptor, std::uint64_t offset, void* to, std::size_t bytes) noexcept {
   std::size_t filled = 0;
   while (filled < bytes) {
-    const ssize_t got = pread(descriptor, static_cast<char*>(to) + filled, bytes - filled,
-                              static_cast<off_t>(offset + filled));
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got = Uninterrupted([&] {
+      return pread(descriptor, static_cast<char*>(to) + filled, bytes - filled,
+                   static_cast<off_t>(offset + filled));
+    });
     if (got <= 0) break;
     filled += static_cast<std::size_t>(got);
   }
@@ -54,13 +56,23 @@ std::size_t ReadAt(int descriptor, std::uint64_t offset, void* to, std::size_t b
 std::ptrdiff_t ReadFully(int descriptor, char* to, std::size_t bytes) noexcept {
   std::size_t filled = 0;
   while (filled < bytes) {
-    const ssize_t got = read(descriptor, to + filled, bytes - filled);
-    if (got == 0) break;
-    if (got < 0 && errno == EINTR) continue;
+    const ssize_t got =
+        Uninterrupted([&] { return read(descriptor, to + filled, bytes - filled); });
     if (got < 0) return -1;
+    if (got == 0) break;
     filled += static_cast<std::size_t>(got);
   }
   return static_cast<std::ptrdiff_t>(filled);
+}
+
+bool WriteFully(int descriptor, std::string_view bytes) noexcept {
+  while (!bytes.empty()) {
+    const ssize_t written =
+        Uninterrupted([&] { return write(descriptor, bytes.data(), bytes.size()); });
+    if (written <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
 }
 
 ByteBuffer ReadFileBytes(const char* path) noexcept {

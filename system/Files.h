@@ -1,9 +1,10 @@
-// Reading files. Only regular files are read, and they are opened close-on-exec and
+// Reading and writing files. Only regular files are read, and they are opened close-on-exec and
 // non-blocking, so that a FIFO or a device in place of a file cannot hang the host.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 #include <utility>
 
 #include "system/ByteBuffer.h"
@@ -46,8 +47,11 @@ class FileDescriptor {
                                  std::size_t bytes) noexcept;
 
 // Reads up to `bytes` bytes from the descriptor's position on, fewer only at the file's end; -1 on an
-// error.
+// error, and errno says which.
 [[nodiscard]] std::ptrdiff_t ReadFully(int descriptor, char* to, std::size_t bytes) noexcept;
+
+// Writes all of the bytes from the descriptor's position on; false on an error, and errno says which.
+[[nodiscard]] bool WriteFully(int descriptor, std::string_view bytes) noexcept;
 
 // The file's bytes; none when it cannot be read.
 [[nodiscard]] ByteBuffer ReadFileBytes(const char* path) noexcept;

@@ -7,13 +7,15 @@
 #include <unistd.h>
 
 #include <atomic>
-#include <cerrno>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
+#include "system/BlockedSignals.h"
 #include "system/Files.h"
 #include "system/Guard.h"
 #include "system/Memory.h"
+#include "system/Uninterrupted.h"
 
 namespace tavrel::system {
 namespace {
@@ -43,15 +45,9 @@ FileDescriptor NamelessFile() noexcept {
 // A file that is read from the script's start; nothing is open when it cannot be made.
 FileDescriptor FileOfScript(std::string_view script) noexcept {
   FileDescriptor file = NamelessFile();
-  std::size_t done = 0;
-  while (file && done < script.size()) {
-    const ssize_t written =
-        pwrite(file.get(), script.data() + done, script.size() - done, static_cast<off_t>(done));
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return FileDescriptor();
-    done += static_cast<std::size_t>(written);
-  }
-  return file;
+  const bool complete =
+      file && WriteFully(file.get(), script) && lseek(file.get(), 0, SEEK_SET) == 0;
+  return complete ? std::move(file) : FileDescriptor();
 }
 
 // A flag that a process forked off can set and this one then see.
@@ -80,10 +76,7 @@ class SharedFlag {
 // False when the process was killed, exited with anything but 0, or was reaped by someone else.
 bool WaitFor(pid_t process) noexcept {
   int status = 0;
-  pid_t ended = 0;
-  do {
-    ended = waitpid(process, &status, 0);
-  } while (ended < 0 && errno == EINTR);
+  const pid_t ended = Uninterrupted([&] { return waitpid(process, &status, 0); });
   return ended == process && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
@@ -134,13 +127,10 @@ void TakeDescriptors(int script) noexcept {
   _exit(EXIT_SUCCESS);
 }
 
-pid_t ForkWithSignalsBlocked() noexcept {
-  sigset_t all;
-  sigset_t former;
-  sigfillset(&all);
-  pthread_sigmask(SIG_BLOCK, &all, &former);
+pid_t StartSupervisor(const char* runner, int script, const SharedFlag& success) noexcept {
+  const auto blocked = BlockedSignals::All();
   const pid_t process = fork();
-  if (process != 0) pthread_sigmask(SIG_SETMASK, &former, nullptr);
+  if (process == 0) Supervise(runner, script, success);
   return process;
 }
 
@@ -151,8 +141,7 @@ bool RunWith(const char* runner, std::string_view script) noexcept {
   const FileDescriptor file = FileOfScript(script);
   const SharedFlag success;
   if (!file || !success) return false;
-  const pid_t supervisor = ForkWithSignalsBlocked();
-  if (supervisor == 0) Supervise(runner, file.get(), success);
+  const pid_t supervisor = StartSupervisor(runner, file.get(), success);
   if (supervisor > 0) (void)WaitFor(supervisor);
   return success.IsSet();
 }

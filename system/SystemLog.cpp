@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "system/Uninterrupted.h"
+
 namespace tavrel::system {
 namespace {
 
@@ -37,8 +39,8 @@ std::string_view Heading(char* buffer, std::size_t size) noexcept {
 
 void WriteAll(iovec* parts, std::size_t count) noexcept {
   while (count > 0) {
-    const ssize_t written = writev(STDERR_FILENO, parts, static_cast<int>(count));
-    if (written < 0 && errno == EINTR) continue;
+    const ssize_t written =
+        Uninterrupted([&] { return writev(STDERR_FILENO, parts, static_cast<int>(count)); });
     if (written < 0) return;  // there is nowhere to report it
     auto rest = static_cast<std::size_t>(written);
     while (count > 0 && rest >= parts->iov_len) {

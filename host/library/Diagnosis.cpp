@@ -110,13 +110,10 @@ std::string_view KnownFormat(std::string_view start) {
 
 // Reads until `buffer` is full, the file ends or an error; false on an error, and errno says which.
 bool Fill(int descriptor, std::vector<char>& buffer, std::size_t& length) {
-  while (length < buffer.size()) {
-    const ssize_t count = ::read(descriptor, buffer.data() + length, buffer.size() - length);
-    if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return false;
-    if (count == 0) return true;
-    length += static_cast<std::size_t>(count);
-  }
+  const std::ptrdiff_t count =
+      system::ReadFully(descriptor, buffer.data() + length, buffer.size() - length);
+  if (count < 0) return false;
+  length += static_cast<std::size_t>(count);
   return true;
 }
 

@@ -13,9 +13,13 @@
 #include <filesystem>
 
 #include "host/output/Failure.h"
+#include "system/BlockedSignals.h"
 
 namespace tavrel::host {
 namespace {
+
+using system::BlockedSignals;
+using system::kEndingSignals;
 
 constexpr const char* kMusicFolder = "Music";
 constexpr const char* kLibraryFolder = "Music/iTunes";
@@ -29,8 +33,6 @@ constexpr std::array<Neighbour, 2> kNeighbours{{
     {"Album Artwork", "Music/iTunes/Album Artwork"},
     {"iTunes Media", "Music/iTunes/iTunes Media"},
 }};
-
-constexpr std::array kEndingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 
 // What the signal handler removes. Both change only while the ending signals are blocked.
 const char* folderToRemove = nullptr;
@@ -56,22 +58,6 @@ extern "C" void EndBySignal(int number) {
   ::signal(number, SIG_DFL);
   ::raise(number);
 }
-
-class BlockedSignals {
- public:
-  BlockedSignals() noexcept {
-    sigset_t ending;
-    ::sigemptyset(&ending);
-    for (const int number : kEndingSignals) ::sigaddset(&ending, number);
-    ::sigprocmask(SIG_BLOCK, &ending, &former_);
-  }
-  BlockedSignals(const BlockedSignals&) = delete;
-  BlockedSignals& operator=(const BlockedSignals&) = delete;
-  ~BlockedSignals() { ::sigprocmask(SIG_SETMASK, &former_, nullptr); }
-
- private:
-  sigset_t former_;
-};
 
 void SetHandlers(void (*handler)(int)) noexcept {
   for (const int number : kEndingSignals) {
@@ -139,7 +125,7 @@ LinkedHome::LinkedHome(const std::string& libraryFile) {
   const std::string parent = FolderForTemporaryFiles();
   folder_ = parent + "/tavrel-XXXXXX";
 
-  const BlockedSignals blocked;
+  const auto blocked = BlockedSignals::Ending();
   if (::mkdtemp(folder_.data()) != nullptr) {
     folderToRemove = folder_.c_str();
     SetHandlers(&EndBySignal);
@@ -153,7 +139,7 @@ LinkedHome::LinkedHome(const std::string& libraryFile) {
 }
 
 LinkedHome::~LinkedHome() {
-  const BlockedSignals blocked;
+  const auto blocked = BlockedSignals::Ending();
   Release();
 }
 

@@ -10,6 +10,8 @@
 #include <cstring>
 
 #include "host/output/Failure.h"
+#include "system/BlockedSignals.h"
+#include "system/Files.h"
 
 namespace tavrel::host {
 namespace {
@@ -17,24 +19,6 @@ namespace {
 [[noreturn]] void Fail(const std::string& path, int error) {
   throw Failure(ExitCode::Failed, "cannot write " + path + ": " + std::strerror(error));
 }
-
-// Lets the signals with which users end a program wait, so that none comes between the making of a
-// temporary file and its end.
-class SignalsWait {
- public:
-  SignalsWait() noexcept {
-    sigset_t waiting;
-    sigemptyset(&waiting);
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&waiting, number);
-    sigprocmask(SIG_BLOCK, &waiting, &former_);
-  }
-  SignalsWait(const SignalsWait&) = delete;
-  SignalsWait& operator=(const SignalsWait&) = delete;
-  ~SignalsWait() { sigprocmask(SIG_SETMASK, &former_, nullptr); }
-
- private:
-  sigset_t former_;
-};
 
 // A file of its own beside `path`, removed with the object unless it has got its name.
 class TemporaryFile {
@@ -55,12 +39,7 @@ class TemporaryFile {
   }
 
   void Write(std::string_view bytes) {
-    while (!bytes.empty()) {
-      const ssize_t written = ::write(descriptor_, bytes.data(), bytes.size());
-      if (written < 0 && errno == EINTR) continue;
-      if (written < 0) Fail(target_, errno);
-      bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
+    if (!system::WriteFully(descriptor_, bytes)) Fail(target_, errno);
     const int closed = ::close(descriptor_);
     descriptor_ = -1;
     if (closed != 0) Fail(target_, errno);  // some file systems tell only now that they are full
@@ -108,7 +87,8 @@ bool IsTaken(const std::string& path) noexcept {
 
 bool WriteNewFile(const std::string& path, std::string_view bytes, IfThere ifThere) {
   if (ifThere == IfThere::Keep && IsTaken(path)) return false;  // saves the work; asked again below
-  const SignalsWait signalsWait;
+  // None comes between the making of a temporary file and its end.
+  const auto blocked = system::BlockedSignals::Ending();
   TemporaryFile file(path);
   file.Write(bytes);
   if (ifThere == IfThere::Keep) return file.TakeFreeName();

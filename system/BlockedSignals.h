@@ -1,0 +1,29 @@
+// Letting signals wait.
+#pragma once
+
+#include <signal.h>
+
+#include <array>
+
+namespace tavrel::system {
+
+// Those with which users and systems end a program.
+inline constexpr std::array kEndingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+
+// Signals that wait, in the thread that made the object, until the object ends. A process that is
+// forked off meanwhile begins with them blocked.
+class BlockedSignals {
+ public:
+  [[nodiscard]] static BlockedSignals All() noexcept;
+  [[nodiscard]] static BlockedSignals Ending() noexcept;
+  BlockedSignals(const BlockedSignals&) = delete;
+  BlockedSignals& operator=(const BlockedSignals&) = delete;
+  ~BlockedSignals();
+
+ private:
+  explicit BlockedSignals(const sigset_t& signals) noexcept;
+
+  sigset_t former_;
+};
+
+}  // namespace tavrel::system
