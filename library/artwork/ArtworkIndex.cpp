@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "library/artwork/ArtworkCatalogue.h"
+#include "library/artwork/ArtworkRecords.h"
 #include "library/file/PersistentId.h"
 #include "system/Memory.h"
 #include "text/PathNames.h"

@@ -1,10 +1,16 @@
-// The records of artwork: a cache file's header, the list of its images, the handle that holds both.
+// The records of artwork: an entry of the catalogue; a cache file's header, the list of its images, the
+// handle that holds both.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
 #include "tavrel/tavrel.h"
+
+struct ArtworkFileEntry {
+  char* path;             // full path, owned
+  std::int32_t pathSize;  // terminator included
+};
 
 struct ArtworkHeader {
   std::uint32_t length;  // of the whole header block
@@ -40,6 +46,8 @@ static_assert(offsetof(ArtworkImage, height) == offsetof(ArtworkInfo, height));
 static_assert(offsetof(ArtworkImage, data) == offsetof(ArtworkInfo, data));
 static_assert(offsetof(ArtworkImage, dataSize) == offsetof(ArtworkInfo, dataSize));
 #if defined(__LP64__)
+static_assert(sizeof(ArtworkFileEntry) == 16);
+static_assert(offsetof(ArtworkFileEntry, pathSize) == 8);
 static_assert(sizeof(ArtworkInfo) == 32);
 static_assert(offsetof(ArtworkInfo, width) == 4);
 static_assert(offsetof(ArtworkInfo, height) == 8);
