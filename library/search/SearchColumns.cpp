@@ -12,39 +12,60 @@ namespace {
 using Column = SearchSources::Column;
 using system::ZeroedBlock;
 
-// The parts of a block, one behind the other; without a block, only their size.
+// Hands out the parts of a block, one behind the other. Without a block it only counts: asked for the
+// same parts twice, it first tells the block's size and then where everything stands.
 class Layout {
  public:
-  explicit Layout(char* address) noexcept : address_(address) {}
+  explicit Layout(char* block) noexcept : block_(block) {}
 
   template <class Record>
   std::span<Record> Take(std::size_t count) noexcept {
     constexpr std::size_t kAlignment = alignof(std::uint64_t);
-    char* place = address_ == nullptr ? nullptr : address_ + size_;
-    size_ += (count * sizeof(Record) + kAlignment - 1) / kAlignment * kAlignment;
+    char* place = block_ == nullptr ? nullptr : block_ + size_;
+    std::size_t bytes = 0;
+    const bool tooLarge = __builtin_mul_overflow(count, sizeof(Record), &bytes) ||
+                          __builtin_add_overflow(bytes, kAlignment - 1, &bytes) ||
+                          __builtin_add_overflow(size_, bytes / kAlignment * kAlignment, &size_);
+    isTooLarge_ = isTooLarge_ || tooLarge;
     return {reinterpret_cast<Record*>(place), place == nullptr ? 0 : count};
   }
   [[nodiscard]] std::size_t size() const noexcept { return size_; }
+  // More than there are addresses.
+  [[nodiscard]] bool isTooLarge() const noexcept { return isTooLarge_; }
 
  private:
-  char* address_;
+  char* block_;
   std::size_t size_ = 0;
+  bool isTooLarge_ = false;
 };
 
+// The parts that are not seen by who reads the columns: he sees them joined, as `columns.texts`.
 struct Parts {
   std::span<std::uint64_t> joined;
   std::span<char> texts;
 };
 
-// Lays everything out. The texts get the room that they may take at most.
-Parts LayOut(Layout& layout, const SearchSources& sources, SearchColumns& columns) noexcept {
+// What the folded texts, a zero byte behind each and one at the end may take at most; none when that
+// is more than there are addresses.
+std::optional<std::size_t> MostTextBytes(const SearchSources& sources) noexcept {
+  std::size_t bytes = 0;
+  if (__builtin_mul_overflow(sources.textBytes(), text::kFoldingGrowth, &bytes))
+    return std::nullopt;
+  for (const Column& column : sources.columns()) {
+    if (__builtin_add_overflow(bytes, column.sources.size(), &bytes)) return std::nullopt;
+  }
+  if (__builtin_add_overflow(bytes, 1, &bytes)) return std::nullopt;
+  return bytes;
+}
+
+// Lays everything out in the order in which the header draws it.
+Parts LayOut(Layout& layout, const SearchSources& sources, std::size_t textBytes,
+             SearchColumns& columns) noexcept {
   columns.trackIds = layout.Take<std::int32_t>(sources.trackIds().size());
-  std::size_t textBytes = text::kFoldingGrowth * sources.textBytes() + 1;
   for (std::size_t i = 0; i < columns.columns.size(); ++i) {
     const Column& column = sources.columns()[i];
-    columns.columns[i].runs = layout.Take<TextRun>(column.sources.size() + 1);
+    columns.columns[i].runs = layout.Take<TextRun>(column.sources.size() + 1);  // one for the end
     columns.columns[i].faulty = layout.Take<FaultyText>(column.withReferences);
-    textBytes += column.sources.size();
   }
   Parts parts;
   parts.joined = layout.Take<std::uint64_t>(textBytes / 64 + 1);
@@ -126,13 +147,16 @@ bool ReadSearchColumns(const TBXML& document, std::uint32_t mostTracks,
                        SearchColumns& columns) noexcept {
   SearchSources sources;
   if (!sources.Read(document, mostTracks)) return false;
-  Layout size(nullptr);
-  (void)LayOut(size, sources, columns);
-  ZeroedBlock block = system::AllocateBlock(size.size());
+  const std::optional<std::size_t> mostTextBytes = MostTextBytes(sources);
+  if (!mostTextBytes) return false;
+  Layout counted(nullptr);
+  (void)LayOut(counted, sources, *mostTextBytes, columns);
+  if (counted.isTooLarge()) return false;
+  ZeroedBlock block = system::AllocateBlock(counted.size());
   if (block.address == nullptr) return false;
 
   Layout layout(block.address);
-  const Parts parts = LayOut(layout, sources, columns);
+  const Parts parts = LayOut(layout, sources, *mostTextBytes, columns);
   const std::optional<std::size_t> textBytes = Fill(sources, parts, columns);
   if (!textBytes) {
     system::ReleaseBlock(block);
