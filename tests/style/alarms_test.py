@@ -56,6 +56,13 @@ class Includes(unittest.TestCase):
                             low__Y_cpp='#include "low/X.h"\n')
         self.assertEqual(found, ["the includes make a circle: low/X -> low/Y -> low/X"])
 
+    def test_a_header_of_one_unit_alone_is_part_of_it(self):
+        unit = {"low/X.h": "", "low/X.cpp": '#include "low/X.h"\n#include "low/XParts.h"\n',
+                "low/X.avx2.cpp": '#include "low/XParts.h"\n', "low/XParts.h": '#include "low/X.h"\n'}
+        self.assertEqual(check_includes.faults(TABLE, {**CALM, **unit}), [])
+        unit["low/Y.cpp"] = '#include "low/XParts.h"\n'
+        self.assertEqual(len(check_includes.faults(TABLE, {**CALM, **unit})), 1)
+
     def test_a_folder_without_a_row_is_heard(self):
         found = self.faults(new__N_cpp='#include "low/A.h"\n')
         self.assertTrue(any("no row for new" in fault for fault in found), found)

@@ -75,17 +75,27 @@ def unit_of(path):
     return os.path.join(folder, name.split(".")[0])
 
 
+def units_of(arrows, files):
+    """{file: unit}. A header without a source of its own that one unit alone includes is part of that unit."""
+    units = {path: unit_of(path) for path in files}
+    with_source = {unit for path, unit in units.items() if not path.endswith(".h")}
+    for header in sorted(path for path in files if path.endswith(".h") and units[path] not in with_source):
+        users = {units[source] for source, target in arrows if target == header and source != header}
+        if len(users) == 1:
+            units[header] = users.pop()
+    return units
+
+
 def faults(document, texts):
     table = table_of(document)
     if not table:
         return [f'docs/architecture.md has no table below "{HEADING}"']
-    found, used, units = [], {}, {}
+    found, used, arrows = [], {}, []
     for path, included, name in includes_of(texts):
         if included is None:
             found.append(f'{path} includes "{name}", which is not in the checkout')
             continue
-        if unit_of(path) != unit_of(included):
-            units.setdefault(unit_of(path), set()).add(unit_of(included))
+        arrows.append((path, included))
         used.setdefault((folder_of(path, table), folder_of(included, table)), f"{path} includes {name}")
     for (source, target), example in used.items():
         if source not in table:
@@ -96,8 +106,12 @@ def faults(document, texts):
         for target in sorted(targets or ()):
             if (source, target) not in used:
                 found.append(f"the table lets {source} include {target}, but no file does")
+    units, between_units = units_of(arrows, texts), {}
+    for source, target in arrows:
+        if units[source] != units[target]:
+            between_units.setdefault(units[source], set()).add(units[target])
     bound = {source: targets for source, targets in table.items() if targets is not None}
-    for what, arrows in (("the table makes", bound), ("the includes make", units)):
+    for what, arrows in (("the table makes", bound), ("the includes make", between_units)):
         circle = circle_in(arrows)
         if circle:
             found.append(f"{what} a circle: " + " -> ".join(circle))
