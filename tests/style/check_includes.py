@@ -1,4 +1,5 @@
-"""Compares the includes with the table "Who may include whom" of docs/architecture.md, and looks for circles.
+"""Compares the includes with the table "Who may include whom" of docs/architecture.md, and looks for circles of
+files and of folders at any depth.
 
 Usage: check_includes.py CHECKOUT
 
@@ -69,6 +70,25 @@ def circle_in(arrows):
     return next(filter(None, map(walk, sorted(arrows))), [])
 
 
+def circles_in(arrows):
+    """Circles until, without the last arrow of each, there is none."""
+    left = {node: set(targets) for node, targets in arrows.items()}
+    found = []
+    while circle := circle_in(left):
+        found.append(circle)
+        left[circle[-2]].discard(circle[-1])
+    return found
+
+
+def between(arrows, home):
+    """The arrows between the homes of files: {home: set of homes}"""
+    joined = {}
+    for source, target in arrows:
+        if home(source) != home(target):
+            joined.setdefault(home(source), set()).add(home(target))
+    return joined
+
+
 def unit_of(path):
     """A header and the sources with its body are one: the path up to the first dot of the file's name."""
     folder, name = os.path.split(path)
@@ -106,15 +126,12 @@ def faults(document, texts):
         for target in sorted(targets or ()):
             if (source, target) not in used:
                 found.append(f"the table lets {source} include {target}, but no file does")
-    units, between_units = units_of(arrows, texts), {}
-    for source, target in arrows:
-        if units[source] != units[target]:
-            between_units.setdefault(units[source], set()).add(units[target])
     bound = {source: targets for source, targets in table.items() if targets is not None}
-    for what, arrows in (("the table makes", bound), ("the includes make", between_units)):
-        circle = circle_in(arrows)
-        if circle:
-            found.append(f"{what} a circle: " + " -> ".join(circle))
+    units = units_of(arrows, texts)
+    inside = [arrow for arrow in arrows if bound.keys() >= {folder_of(path, table) for path in arrow}]
+    for what, graph in (("the table makes", bound), ("files make", between(arrows, units.get)),
+                        ("folders make", between(inside, os.path.dirname))):
+        found += [f"{what} a circle: " + " -> ".join(circle) for circle in circles_in(graph)]
     return found
 
 
