@@ -14,7 +14,7 @@ void AddFacts(const std::vector<Input>& inputs, const std::vector<Loader>& loade
 // inputs: from the smallest to the largest.
 void AddResults(const std::vector<Input>& inputs, const std::vector<Case>& cases, Report& report);
 
-// How much more a byte costs in one file than in another, of the two that differ most.
+// How much more processor time a byte takes in one file than in another, of the two that differ most.
 // cases: the library alone, with two files at least, in rounds that no other case took part in.
 void AddEvenness(const std::vector<Case>& cases, Report& report);
 
