@@ -19,9 +19,9 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Times are processor times, system calls included: other programs disturb them less than the\n"
-    "wall clock. Ours and the peers take turns, and each ratio is one of a round. Times of\n"
-    "different calls must not be compared, ratios may.\n"
+    "Times are processor times, system calls included: other programs disturb them less than\n"
+    "the wall clock. Ours and the peers take turns, and each ratio is one of a round. Times\n"
+    "of different calls must not be compared, ratios may.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 42000 -o library.xml && codecs library.xml";

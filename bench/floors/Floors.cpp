@@ -13,13 +13,11 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Steps that are compared take turns in random order, and each ratio is one of a round. Times "
-    "are\n"
-    "those of the processor, system calls included. Before a step that takes memory from the "
-    "system,\n"
-    "as much is touched and given back: a virtual machine gives free pages back to its host, and "
-    "the\n"
-    "first touch of such a page costs many times that of a page that the machine still has.\n"
+    "Steps that are compared take turns in random order, and each ratio is one of a round.\n"
+    "Times are those of the processor, system calls included. Before a step that takes memory\n"
+    "from the system, as much is touched and given back: a virtual machine gives free pages\n"
+    "back to its host, and the first touch of such a page costs many times that of a page\n"
+    "that the machine still has.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && floors library.xml";

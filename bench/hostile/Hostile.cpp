@@ -18,8 +18,8 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Every run has a process of its own, and memory is warmed up before it. Times are processor\n"
-    "times from a text in memory to a tree, copying the text included.\n"
+    "Every run has a process of its own, and memory is warmed up before it. Times are\n"
+    "processor times from a text in memory to a tree, copying the text included.\n"
     "\n"
     "Example:\n"
     "  hostile --rounds 9";

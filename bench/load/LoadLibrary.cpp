@@ -15,8 +15,8 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Every run has a process of its own, and memory is warmed up before it. Times of different\n"
-    "calls must not be compared, ratios may: machines have fast and slow phases.\n"
+    "Every run has a process of its own, and memory is warmed up before it. Times of\n"
+    "different calls must not be compared, ratios may: machines have fast and slow phases.\n"
     "\n"
     "Examples:\n"
     "  generate_library --tracks 100000 -o library.xml && load_library library.xml\n"

@@ -20,11 +20,9 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Every run has a process of its own, and memory is warmed up before it. The parts are called "
-    "one\n"
-    "after the other, as a load calls them; a whole load stands beside them in every round, and "
-    "so\n"
-    "does what no load can do without.";
+    "Every run has a process of its own, and memory is warmed up before it. The parts are\n"
+    "called one after the other, as a load calls them; a whole load stands beside them in\n"
+    "every round, and so does what no load can do without.";
 
 struct Rounds {
   std::vector<Parts> parts;
@@ -58,38 +56,55 @@ Series Collect(const std::vector<Record>& records, const Figure& figure) {
   return series;
 }
 
-void AddFigures(const Rounds& rounds, double fileBytes, Report& report) {
-  const auto row = [&](const char* label, const Series& seconds) {
-    report.Seconds(label, seconds);
-    report.Figure("  a byte", "ns", seconds.Times(1e9 / fileBytes));
+// The rows of one piece of work. Result: its times by the wall's clock.
+template <class Record, class CostOf>
+Series AddRows(const char* label, const std::vector<Record>& records, const CostOf& costOf,
+               double fileBytes, Report& report) {
+  const auto series = [&](double Cost::*figure) {
+    return Collect(records, [&](const Record& record) { return costOf(record).*figure; });
   };
-  const Series sum = Collect(rounds.parts, [](const Parts& each) { return each.Sum(); });
-  const Series whole = Collect(rounds.wholes, [](const Whole& each) { return each.load; });
-  report.Section("Parts of a load");
-  row("reading and checking", Collect(rounds.parts, [](const Parts& each) { return each.read; }));
-  row("pass", Collect(rounds.parts, [](const Parts& each) { return each.pass; }));
-  row("track table", Collect(rounds.parts, [](const Parts& each) { return each.tracks; }));
-  row("playlist table", Collect(rounds.parts, [](const Parts& each) { return each.playlists; }));
-  row("all of them", sum);
-  report.Section("Whole load");
-  row("load", whole);
-  row("release", Collect(rounds.wholes, [](const Whole& each) { return each.release; }));
-  report.Figure("sum of the parts / load", "x", sum.Over(whole));
+  const Series seconds = series(&Cost::seconds);
+  report.Seconds(label, seconds);
+  report.Figure("  a byte", "ns", seconds.Times(1e9 / fileBytes));
+  report.Figure("  a byte, by the processor", "ns",
+                series(&Cost::processorSeconds).Times(1e9 / fileBytes));
+  report.Figure("  page faults", "", series(&Cost::pageFaults));
+  return seconds;
+}
 
-  const Series floor = Collect(rounds.floors, [](const Floor& each) { return each.Sum(); });
+void AddFigures(const Rounds& rounds, double fileBytes, Report& report) {
+  const auto part = [&](const char* label, const auto& costOf) {
+    return AddRows(label, rounds.parts, costOf, fileBytes, report);
+  };
+  const auto whole = [&](const char* label, const auto& costOf) {
+    return AddRows(label, rounds.wholes, costOf, fileBytes, report);
+  };
+  const auto floor = [&](const char* label, const auto& costOf) {
+    return AddRows(label, rounds.floors, costOf, fileBytes, report);
+  };
+  report.Section("Parts of a load");
+  part("reading and checking", [](const Parts& each) { return each.read; });
+  part("pass", [](const Parts& each) { return each.pass; });
+  part("track table", [](const Parts& each) { return each.tracks; });
+  part("playlist table", [](const Parts& each) { return each.playlists; });
+  const Series sum = part("all of them", [](const Parts& each) { return each.Sum(); });
+  report.Section("Whole load");
+  const Series load = whole("load", [](const Whole& each) { return each.load; });
+  whole("release", [](const Whole& each) { return each.release; });
+  report.Figure("sum of the parts / load", "x", sum.Over(load));
+
   report.Section("Floor, in fresh huge pages");
-  row("read(2)", Collect(rounds.floors, [](const Floor& each) { return each.read; }));
-  row("five fields of each record",
-      Collect(rounds.floors, [](const Floor& each) { return each.records; }));
-  row("both", floor);
-  report.Figure("distance to the floor: load / both", "x", whole.Over(floor));
+  floor("read(2)", [](const Floor& each) { return each.read; });
+  floor("five fields of each record", [](const Floor& each) { return each.records; });
+  const Series both = floor("both", [](const Floor& each) { return each.Sum(); });
+  report.Figure("distance to the floor: load / both", "x", load.Over(both));
 }
 
 void AddTargets(const Rounds& rounds, Report& report) {
-  const Series tables =
-      Collect(rounds.parts, [](const Parts& each) { return each.Tables() / each.Sum(); });
-  const Series release =
-      Collect(rounds.wholes, [](const Whole& each) { return each.release / each.load; });
+  const Series tables = Collect(
+      rounds.parts, [](const Parts& each) { return each.Tables().seconds / each.Sum().seconds; });
+  const Series release = Collect(
+      rounds.wholes, [](const Whole& each) { return each.release.seconds / each.load.seconds; });
   report.Add({7, "tables / load", tables, Bound::kAtMost, 0.15, 0.08});
   report.Add({7, "release / load", release, Bound::kAtMost, 0.04, 0.02});
 }

@@ -1,6 +1,7 @@
 #include "bench/load/Phases.h"
 
 #include <stdlib.h>
+#include <sys/resource.h>
 
 #include <new>
 #include <stdexcept>
@@ -15,6 +16,20 @@
 
 namespace tavrel::bench {
 namespace {
+
+double PageFaults() {
+  rusage usage{};
+  getrusage(RUSAGE_SELF, &usage);
+  return static_cast<double>(usage.ru_minflt);
+}
+
+template <class Work>
+Cost CostOf(const Work& work) {
+  const double faults = PageFaults();
+  const double processorStart = ProcessorTime();
+  const double seconds = WallSecondsOf(work);
+  return {seconds, ProcessorTime() - processorStart, PageFaults() - faults};
+}
 
 // The global record, as a load makes it.
 void MakeGlobalRecord() {
@@ -40,16 +55,16 @@ Parts RunParts(const std::string& file) {
   MakeGlobalRecord();
   Parts parts{};
   text::FileText text;
-  parts.read = WallSecondsOf([&] { text = text::ReadFileText(file.c_str()); });
+  parts.read = CostOf([&] { text = text::ReadFileText(file.c_str()); });
   if (text.block.address == nullptr) throw std::runtime_error("the library cannot read the file");
 
   TBXML* document = TBXML::alloc().release();
   if (document == nullptr) throw std::bad_alloc();
   document->listElementsOfLevel(4);  // as for every library file
-  parts.pass = WallSecondsOf([&] { document->initWithFileText(text); });
+  parts.pass = CostOf([&] { document->initWithFileText(text); });
   g_pGlobal->document = document;
-  parts.tracks = WallSecondsOf([] { CreateTrackArray(); });
-  parts.playlists = WallSecondsOf([] { CreatePlaylistArray(); });
+  parts.tracks = CostOf([] { CreateTrackArray(); });
+  parts.playlists = CostOf([] { CreatePlaylistArray(); });
   parts.trackCount = g_pGlobal->trackCount;
   parts.elements = CountElements(*document);
   return parts;
@@ -59,10 +74,10 @@ Whole RunWhole(const std::string& file) {
   const LinkedHome home(file);
   setenv("HOME", home.path().c_str(), 1);
   Whole whole{};
-  whole.load = WallSecondsOf([] { AgentInitializerImp(); });
+  whole.load = CostOf([] { AgentInitializerImp(); });
   if (g_pGlobal == nullptr) throw std::bad_alloc();
   whole.trackCount = g_pGlobal->trackCount;
-  whole.release = WallSecondsOf([] { AgentFinalizerImp(); });
+  whole.release = CostOf([] { AgentFinalizerImp(); });
   return whole;
 }
 
@@ -70,13 +85,13 @@ Floor RunFloor(const std::string& path, std::size_t elements) {
   Floor floor{};
   std::size_t size = 0;
   const system::FileDescriptor file = system::OpenRegularFile(path.c_str(), size);
-  floor.read = WallSecondsOf([&] {
+  floor.read = CostOf([&] {
     char* text = system::AllocateBlock(size + 1).address;
     if (text == nullptr || system::ReadAt(file.get(), 0, text, size) != size) {
       throw std::runtime_error("the file cannot be read");
     }
   });
-  floor.records = WallSecondsOf([&] {
+  floor.records = CostOf([&] {
     auto* records = reinterpret_cast<TBXMLElement*>(
         system::AllocateBlock(elements * sizeof(TBXMLElement)).address);
     if (records == nullptr) throw std::bad_alloc();

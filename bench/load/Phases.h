@@ -8,31 +8,41 @@
 
 namespace tavrel::bench {
 
-// Times are in seconds.
+struct Cost {
+  double seconds;           // by the wall's clock
+  double processorSeconds;  // system calls included
+  double pageFaults;
+};
+
+[[nodiscard]] inline Cost operator+(const Cost& a, const Cost& b) {
+  return {a.seconds + b.seconds, a.processorSeconds + b.processorSeconds,
+          a.pageFaults + b.pageFaults};
+}
+
 struct Parts {
-  double read;
-  double pass;
-  double tracks;
-  double playlists;
+  Cost read;
+  Cost pass;
+  Cost tracks;
+  Cost playlists;
   std::int32_t trackCount;
   std::size_t elements;
 
-  [[nodiscard]] double Tables() const { return tracks + playlists; }
-  [[nodiscard]] double Sum() const { return read + pass + Tables(); }
+  [[nodiscard]] Cost Tables() const { return tracks + playlists; }
+  [[nodiscard]] Cost Sum() const { return read + pass + Tables(); }
 };
 
 struct Whole {
-  double load;
-  double release;
+  Cost load;
+  Cost release;
   std::int32_t trackCount;
 };
 
 // What no load can do without: the file's bytes and a record for each element, in fresh memory.
 struct Floor {
-  double read;
-  double records;
+  Cost read;
+  Cost records;
 
-  [[nodiscard]] double Sum() const { return read + records; }
+  [[nodiscard]] Cost Sum() const { return read + records; }
 };
 
 // Calls the parts one after the other, as a load calls them. All of these throw when they cannot do

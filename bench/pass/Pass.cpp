@@ -21,11 +21,10 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "The text is copied to memory that is there already before each run, and records come from\n"
-    "memory that is there too: measured is what a parser does, not what the system does for it.\n"
-    "All of them take turns in random order, each ratio is one of a round, and times are "
-    "processor\n"
-    "times.\n"
+    "The text is copied to memory that is there already before each run, and records come\n"
+    "from memory that is there too: measured is what a parser does, not what the system does\n"
+    "for it. All of them take turns in random order, each ratio is one of a round, and times\n"
+    "are processor times.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && pass library.xml";

@@ -25,9 +25,9 @@ using namespace tavrel::bench;
 
 constexpr char kFooter[] =
     "The largest FILE is searched for the terms; a search in which nearly all tracks match is\n"
-    "timed on each. Ours and the peers take turns, and each ratio is one of a round. Times are\n"
-    "those of the processor, so that other work on the machine counts for nobody. Do not compare\n"
-    "times of different calls: machines have fast and slow phases.\n"
+    "timed on each. Ours and the peers take turns, and each ratio is one of a round. Times\n"
+    "are those of the processor, so that other work on the machine counts for nobody. Do not\n"
+    "compare times of different calls: machines have fast and slow phases.\n"
     "\n"
     "Example:\n"
     "  for n in 10000 30000 100000; do generate_library --tracks $n -o $n.xml; done\n"

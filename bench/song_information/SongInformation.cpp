@@ -20,11 +20,9 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Each round loads FILE twice. One time GetSongInfo() is called for every track; the other "
-    "time\n"
-    "each track's properties are first read by ten walks of its dictionary, with memory of its "
-    "own\n"
-    "for every text. Both must give the same. Times are those of the processor.\n"
+    "Each round loads FILE twice. One time GetSongInfo() is called for every track; the other\n"
+    "time each track's properties are first read by ten walks of its dictionary, with memory\n"
+    "of its own for every text. Both must give the same. Times are those of the processor.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 100000 -o library.xml && song_information library.xml";

@@ -21,9 +21,8 @@ namespace {
 using namespace tavrel::bench;
 
 constexpr char kFooter[] =
-    "Each run is a new program, a small host in C. The floor is to open a library that does "
-    "nothing\n"
-    "and has the same dependencies, and to read the file once.\n"
+    "Each run is a new program, a small host in C. The floor is to open a library that does\n"
+    "nothing and has the same dependencies, and to read the file once.\n"
     "\n"
     "Example:\n"
     "  generate_library --tracks 1000 -o library.xml && startup library.xml";
