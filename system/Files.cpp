@@ -28,7 +28,7 @@ FileDescriptor::~FileDescriptor() {
 }
 
 FileDescriptor OpenRegularFile(const char* path, std::size_t& size) noexcept {
-  struct stat state;
+  struct stat state = {};
   FileDescriptor file = OpenAndCheck(path, state);
   if (!file || state.st_size > kLargestFile) return FileDescriptor();
   size = static_cast<std::size_t>(state.st_size);

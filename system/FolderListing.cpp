@@ -34,7 +34,8 @@ std::vector<std::string> NamesIn(const std::string& folder) {
   if (open == nullptr) return names;
   for (;;) {
     errno = 0;
-    const dirent* entry = readdir(open.get());
+    const dirent* entry =
+        readdir(open.get());  // NOLINT(concurrency-mt-unsafe): a stream of its own
     if (entry == nullptr) break;
     if (IsEntry(entry->d_name)) names.emplace_back(entry->d_name);
   }

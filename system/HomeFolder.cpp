@@ -8,7 +8,7 @@
 namespace tavrel::system {
 
 std::optional<std::string> HomeFolder() {
-  const char* home = std::getenv("HOME");
+  const char* home = std::getenv("HOME");  // NOLINT(concurrency-mt-unsafe): only reads
   if (home != nullptr && home[0] == '/') return home;
 
   passwd entry;

@@ -111,7 +111,7 @@ void TakeDescriptors(int script) noexcept {
 [[noreturn]] void BecomeRunner(const char* runner) noexcept {
   sigset_t none;
   sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
   char* const arguments[] = {const_cast<char*>(runner), nullptr};
   execv(runner, arguments);
   _exit(EXIT_FAILURE);

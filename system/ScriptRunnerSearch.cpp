@@ -23,7 +23,7 @@ std::optional<std::string> FindScriptRunner() {
 #if defined(__APPLE__)
   const char* path = "/usr/bin";
 #else
-  const char* path = std::getenv("PATH");
+  const char* path = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): only reads
 #endif
   std::string_view rest = path == nullptr ? "" : path;
   while (!rest.empty()) {

@@ -51,8 +51,8 @@ class Strides {
       : at_(text), left_(length) {
     CopyRest();
   }
-  [[gnu::always_inline]] bool More() const noexcept { return left_ > 0; }
-  [[gnu::always_inline]] const char* At() const noexcept { return at_; }
+  [[nodiscard, gnu::always_inline]] bool More() const noexcept { return left_ > 0; }
+  [[nodiscard, gnu::always_inline]] const char* At() const noexcept { return at_; }
   [[gnu::always_inline]] void Advance() noexcept {
     at_ += kStride;
     left_ -= std::min(left_, kStride);
