@@ -3,20 +3,12 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
-namespace tavrel::host {
+#include "host/artwork/PersistentIds.h"
 
-// The persistent IDs in a library file, as iTunes writes them: 16 digits in upper case; zeros stand
-// for one that is missing.
-inline constexpr std::string_view kNoId = "0000000000000000";
-struct PersistentIds {
-  std::string library = std::string(kNoId);
-  std::vector<std::string> tracks;  // in the file's order
-};
-[[nodiscard]] PersistentIds FindPersistentIds(std::string_view libraryText);
+namespace tavrel::host {
 
 class CacheFolder {
  public:

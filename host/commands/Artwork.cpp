@@ -12,6 +12,7 @@
 #include "host/commands/Commands.h"
 #include "host/library/InputFile.h"
 #include "host/library/PlaylistSearch.h"
+#include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "host/commands/Commands.h"
-#include "host/library/SongReader.h"
+#include "host/library/Playlists.h"
 #include "host/library/Statistics.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"

@@ -1,8 +1,9 @@
 // tavrel playlists: every playlist, group by group.
+#include "host/library/Playlists.h"
+
 #include <fmt/format.h>
 
 #include "host/commands/Commands.h"
-#include "host/library/SongReader.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
 

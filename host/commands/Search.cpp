@@ -4,6 +4,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/SongJson.h"
 #include "host/commands/SpellingHint.h"
+#include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
 #include "host/library/SongSearch.h"
 #include "host/output/FindRange.h"

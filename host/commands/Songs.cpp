@@ -2,6 +2,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/SongJson.h"
 #include "host/library/PlaylistSearch.h"
+#include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
 #include "host/output/Table.h"

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "host/library/SongReader.h"
+#include "host/library/Playlists.h"
 
 namespace tavrel::host {
 

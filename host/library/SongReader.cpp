@@ -35,35 +35,7 @@ std::optional<std::string_view> CopiedText(const char* text, std::size_t room) {
   return std::string_view(text, static_cast<std::size_t>(static_cast<const char*>(end) - text));
 }
 
-std::optional<std::string> ReadName(const Library& library, std::int32_t group,
-                                    std::int32_t position) {
-  const std::int32_t size = library.getPlaylistName(group, position, nullptr, 0);
-  if (size <= 0) return std::nullopt;
-  std::string name(Size(size), '\0');
-  library.getPlaylistName(group, position, name.data(), size);
-  name.resize(std::strlen(name.c_str()));
-  return name;
-}
-
 }  // namespace
-
-std::string_view GroupName(std::int32_t group) {
-  constexpr std::array<std::string_view, kGroupCount> kNames{"library", "Genius", "other"};
-  return kNames.at(static_cast<std::size_t>(group));
-}
-
-std::vector<Playlist> ReadPlaylists(const Library& library) {
-  std::vector<Playlist> playlists;
-  for (std::int32_t group = 0; group < kGroupCount; ++group) {
-    const std::int32_t count = library.getPlaylistCount(group);
-    for (std::int32_t position = 0; position < count; ++position) {
-      PlaylistRecord* handle = library.openPlaylist(group, position);
-      playlists.push_back({group, position, ReadName(library, group, position),
-                           library.getPlaylistKind(handle), library.getSongCount(handle), handle});
-    }
-  }
-  return playlists;
-}
 
 const Song& SongReader::Read(PlaylistRecord* playlist, std::int32_t position) {
   // The first call tells the sizes, the second one copies.

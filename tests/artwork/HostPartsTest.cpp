@@ -8,8 +8,8 @@
 #include <functional>
 
 #include "artwork/CacheFiles.h"
-#include "host/artwork/CacheFolder.h"
 #include "host/artwork/FileNames.h"
+#include "host/artwork/PersistentIds.h"
 #include "host/artwork/PictureFiles.h"
 #include "host/output/Failure.h"
 #include "host/output/NewFile.h"

@@ -1,0 +1,24 @@
+// The persistent IDs of a library and its songs, after which cache files are named.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tavrel::host {
+
+// 16 digits in upper case; zeros stand for one that is missing.
+inline constexpr std::string_view kNoId = "0000000000000000";
+
+struct PersistentIds {
+  std::string library = std::string(kNoId);
+  std::vector<std::string> tracks;  // in the file's order
+};
+
+// As iTunes writes them. Whatever else the text may hold, one ID is found for each track.
+[[nodiscard]] PersistentIds FindPersistentIds(std::string_view libraryText);
+
+// With the letters a to z in upper case.
+[[nodiscard]] std::string UpperCase(std::string_view text);
+
+}  // namespace tavrel::host
