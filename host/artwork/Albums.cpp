@@ -25,11 +25,9 @@ std::string JoinNames(std::initializer_list<std::optional<std::string_view>> par
 
 // The part of each song.
 std::vector<Part> GroupSongs(const Library& library, AlbumGrouping& grouping) {
-  PlaylistRecord* songs = library.openAllSongs();
-  SongReader reader(library);
   std::vector<Part> parts;
-  const std::int32_t count = library.getSongCount(songs);
-  for (std::int32_t i = 0; i < count; ++i) parts.push_back(grouping.Add(reader.Read(songs, i)));
+  ForEachSong(library, library.openAllSongs(),
+              [&](std::int32_t, const Song& song) { parts.push_back(grouping.Add(song)); });
   return parts;
 }
 

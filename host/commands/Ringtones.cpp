@@ -23,27 +23,21 @@ void PrintTable(PlaylistRecord* ringtones, Session& session) {
   Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
                {.title = "Name", .weight = 1},
                {.title = "File", .weight = 1, .rank = 1}});
-  SongReader reader(session.library);
-  const std::int32_t count = session.library.getSongCount(ringtones);
-  for (std::int32_t position = 0; position < count; ++position) {
-    const Song& ringtone = reader.Read(ringtones, position);
+  ForEachSong(session.library, ringtones, [&](std::int32_t position, const Song& ringtone) {
     table.Add(position);
     table.Add(ringtone.name.value_or(""));
     table.Add(FileName(ringtone.location.value_or("")));
-  }
+  });
   table.Print(session.terminal, session.output);
 }
 
 void PrintJson(PlaylistRecord* ringtones, Session& session) {
-  SongReader reader(session.library);
   JsonList list(session.output);
-  const std::int32_t count = session.library.getSongCount(ringtones);
-  for (std::int32_t position = 0; position < count; ++position) {
-    const Song& ringtone = reader.Read(ringtones, position);
+  ForEachSong(session.library, ringtones, [&](std::int32_t position, const Song& ringtone) {
     list.Add(JsonObject{{"position", position},
                         {"name", ringtone.name},
                         {"location", UserPath(session, ringtone.location.value_or(""))}});
-  }
+  });
   list.End();
 }
 

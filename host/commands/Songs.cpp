@@ -25,10 +25,7 @@ void PrintTable(PlaylistRecord* playlist, Session& session) {
     if (count == 0) table.Add("");
     if (count != 0) table.Add(count);
   };
-  SongReader reader(session.library);
-  const std::int32_t count = session.library.getSongCount(playlist);
-  for (std::int32_t position = 0; position < count; ++position) {
-    const Song& song = reader.Read(playlist, position);
+  ForEachSong(session.library, playlist, [&](std::int32_t position, const Song& song) {
     table.Add(position);
     table.Add(song.name.value_or(""));
     table.Add(song.artist.value_or(""));
@@ -37,19 +34,17 @@ void PrintTable(PlaylistRecord* playlist, Session& session) {
     table.Add(song.genre.value_or(""));
     table.Add(Clock(song.totalTime));
     addCount(song.playCount);
-  }
+  });
   table.Print(session.terminal, session.output);
 }
 
 void PrintJson(PlaylistRecord* playlist, Session& session) {
-  SongReader reader(session.library);
   JsonList list(session.output);
-  const std::int32_t count = session.library.getSongCount(playlist);
-  for (std::int32_t position = 0; position < count; ++position) {
+  ForEachSong(session.library, playlist, [&](std::int32_t position, const Song& song) {
     JsonObject element{{"position", position}};
-    AddSong(element, reader.Read(playlist, position), session);
+    AddSong(element, song, session);
     list.Add(element);
-  }
+  });
   list.End();
 }
 

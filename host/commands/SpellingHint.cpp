@@ -69,10 +69,8 @@ std::string Named(const SearchTerms& terms) {
 
 std::string NothingFound(const Library& library, const SearchTerms& terms) {
   Spellings spellings;
-  SongReader reader(library);
-  PlaylistRecord* all = library.openAllSongs();
-  const std::int32_t count = library.getSongCount(all);
-  for (std::int32_t i = 0; i < count; ++i) Count(reader.Read(all, i), terms, spellings);
+  ForEachSong(library, library.openAllSongs(),
+              [&](std::int32_t, const Song& song) { Count(song, terms, spellings); });
 
   std::string message = "no song matches " + Named(terms);
   if (spellings.empty()) return message;

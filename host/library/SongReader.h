@@ -37,4 +37,15 @@ class SongReader {
   Song song_;
 };
 
+// Calls visit(position, song) for each song of the playlist, in its order. The song's texts are valid
+// for that call.
+template <typename Visit>
+void ForEachSong(const Library& library, PlaylistRecord* playlist, Visit visit) {
+  SongReader reader(library);
+  const std::int32_t count = library.getSongCount(playlist);
+  for (std::int32_t position = 0; position < count; ++position) {
+    visit(position, reader.Read(playlist, position));
+  }
+}
+
 }  // namespace tavrel::host

@@ -122,11 +122,7 @@ Statistics CollectStatistics(const Library& library) {
   Albums albums;
   Names genres;
   MostPlayed mostPlayed;
-  SongReader reader(library);
-  PlaylistRecord* all = library.openAllSongs();
-  const std::int32_t count = library.getSongCount(all);
-  for (std::int32_t position = 0; position < count; ++position) {
-    const Song& song = reader.Read(all, position);
+  ForEachSong(library, library.openAllSongs(), [&](std::int32_t, const Song& song) {
     const std::int64_t time = std::max(song.totalTime, 0);
     ++statistics.songs;
     if (song.isMovie) ++statistics.movies;
@@ -135,7 +131,7 @@ Statistics CollectStatistics(const Library& library) {
     albums.Add(song, time);
     genres.Add(song.genre, time);
     mostPlayed.Count(song);
-  }
+  });
   statistics.artists = Top(artists.All());
   statistics.albums = Top(albums.All());
   statistics.genres = Top(genres.All());
