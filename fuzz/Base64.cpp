@@ -4,8 +4,8 @@
 
 #include "codecs/Base64Coding.h"
 #include "fuzz/FuzzTarget.h"
-#include "unit/codecs/Base64Model.h"
-#include "unit/support/InstructionSets.h"
+#include "tests/reference/Base64Model.h"
+#include "tests/support/InstructionSets.h"
 
 using tavrel::fuzz::Require;
 

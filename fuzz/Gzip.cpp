@@ -2,7 +2,7 @@
 #include "codecs/Gzip.h"
 
 #include "fuzz/FuzzTarget.h"
-#include "unit/codecs/GzipModel.h"
+#include "tests/reference/GzipModel.h"
 
 using tavrel::fuzz::Require;
 using tavrel::system::ByteBuffer;

@@ -1,4 +1,4 @@
-#include "fault/AllocationCount.h"
+#include "tests/fault/AllocationCount.h"
 
 #include <sys/mman.h>
 

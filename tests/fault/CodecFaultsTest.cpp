@@ -4,9 +4,9 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "fault/FailingNew.h"
 #include "system/ByteBuffer.h"
-#include "system/TemporaryHome.h"
+#include "tests/fault/FailingNew.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 using tavrel::system::ByteBuffer;

@@ -1,4 +1,4 @@
-#include "fault/FailingNew.h"
+#include "tests/fault/FailingNew.h"
 
 #include <cstdlib>
 #include <new>

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fault/AllocationCount.h"
 #include "system/Memory.h"
+#include "tests/fault/AllocationCount.h"
 
 namespace tavrel::test {
 

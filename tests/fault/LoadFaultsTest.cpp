@@ -6,11 +6,11 @@
 #include <algorithm>
 
 #include "agent/Exports.h"
-#include "data/LibraryTexts.h"
-#include "fault/FailingNew.h"
-#include "fault/StateCheck.h"
-#include "system/CapturedStderr.h"
-#include "system/TemporaryHome.h"
+#include "tests/fault/FailingNew.h"
+#include "tests/fault/StateCheck.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 namespace faults = tavrel::system::faults;

@@ -5,12 +5,12 @@
 #include <string>
 
 #include "agent/Exports.h"
-#include "fault/FailingNew.h"
 #include "library/State.h"
 #include "library/file/PropertyList.h"
 #include "library/file/PropertyValue.h"
 #include "library/playlists/PlaylistTable.h"
-#include "system/CapturedStderr.h"
+#include "tests/fault/FailingNew.h"
+#include "tests/support/CapturedStderr.h"
 #include "xml/TBXML.h"
 
 using namespace tavrel::test;

@@ -1,4 +1,4 @@
-#include "fault/StateCheck.h"
+#include "tests/fault/StateCheck.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <set>
 
 #include "agent/Exports.h"
-#include "fault/FailingNew.h"
 #include "library/State.h"
 #include "library/playlists/PlaylistTable.h"
 #include "library/tracks/TrackTable.h"
+#include "tests/fault/FailingNew.h"
 
 namespace tavrel::test {
 namespace {

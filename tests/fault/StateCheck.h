@@ -1,7 +1,7 @@
 // Whether the library's state is consistent, however little of a library it holds.
 #pragma once
 
-#include "system/Survey.h"
+#include "tests/support/Survey.h"
 
 namespace tavrel::test {
 

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "fault/FailingNew.h"
 #include "system/Resources.h"
-#include "system/TemporaryHome.h"
+#include "tests/fault/FailingNew.h"
+#include "tests/support/TemporaryHome.h"
 #include "text/FileUrl.h"
 #include "xml/TBXML.h"
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "tests/host/ChildProcess.h"
+#include "tests/support/ChildProcess.h"
 
 namespace tavrel::tests {
 

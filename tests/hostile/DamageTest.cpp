@@ -4,10 +4,10 @@
 
 #include <filesystem>
 
-#include "data/LibraryTexts.h"
-#include "hostile/HostileHome.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/hostile/HostileHome.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
 
 using namespace tavrel::test;
 

@@ -1,9 +1,9 @@
-#include "hostile/HostileHome.h"
+#include "tests/hostile/HostileHome.h"
 
 #include <gtest/gtest.h>
 
-#include "system/CapturedStderr.h"
-#include "system/Survey.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/Survey.h"
 
 namespace tavrel::test {
 

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "system/LoadedLibrary.h"
-#include "system/TemporaryHome.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/TemporaryHome.h"
 
 namespace tavrel::test {
 

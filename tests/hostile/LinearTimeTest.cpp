@@ -7,10 +7,10 @@
 #include <ctime>
 #include <ostream>
 
-#include "data/LibraryTexts.h"
-#include "hostile/HostileHome.h"
-#include "system/CapturedStderr.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/hostile/HostileHome.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/Sanitizers.h"
 
 using namespace tavrel::test;
 

@@ -2,8 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "data/LibraryTexts.h"
-#include "hostile/HostileHome.h"
+#include "tests/hostile/HostileHome.h"
+#include "tests/support/LibraryTexts.h"
 
 using namespace tavrel::test;
 using testing::ElementsAre;

@@ -6,12 +6,12 @@
 #include <filesystem>
 #include <fstream>
 
-#include "data/LibraryTexts.h"
-#include "system/CapturedStderr.h"
-#include "system/LoadedLibrary.h"
-#include "system/Survey.h"
-#include "system/TemporaryHome.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/support/Survey.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 

@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <optional>
 
-#include "data/LibraryTexts.h"
-#include "system/CapturedStderr.h"
-#include "system/LoadedLibrary.h"
-#include "system/Survey.h"
-#include "system/TemporaryHome.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/Survey.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 namespace fs = std::filesystem;

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cstring>
 
-#include "data/LibraryTexts.h"
-#include "system/LoadedLibrary.h"
-#include "system/TemporaryHome.h"
-#include "unit/support/Random.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/Random.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 

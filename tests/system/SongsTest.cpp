@@ -4,11 +4,11 @@
 
 #include <cstring>
 
-#include "data/LibraryTexts.h"
-#include "system/CapturedStderr.h"
-#include "system/LoadedLibrary.h"
-#include "system/Survey.h"
-#include "system/TemporaryHome.h"
+#include "tests/support/CapturedStderr.h"
+#include "tests/support/LibraryTexts.h"
+#include "tests/support/LoadedLibrary.h"
+#include "tests/support/Survey.h"
+#include "tests/support/TemporaryHome.h"
 
 using namespace tavrel::test;
 using testing::ElementsAre;

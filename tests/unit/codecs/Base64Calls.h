@@ -9,7 +9,7 @@
 
 #include "codecs/Base64.h"
 #include "codecs/Base64Coding.h"
-#include "unit/support/InstructionSets.h"
+#include "tests/support/InstructionSets.h"
 
 namespace tavrel::test {
 

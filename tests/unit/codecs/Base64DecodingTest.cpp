@@ -3,9 +3,9 @@
 #include <optional>
 #include <string>
 
-#include "unit/codecs/Base64Calls.h"
-#include "unit/codecs/Base64Model.h"
-#include "unit/support/Random.h"
+#include "tests/reference/Base64Model.h"
+#include "tests/support/Random.h"
+#include "tests/unit/codecs/Base64Calls.h"
 
 namespace faults = tavrel::system::faults;
 using tavrel::test::Decoded;

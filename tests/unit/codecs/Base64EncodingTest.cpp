@@ -4,9 +4,9 @@
 #include <new>
 #include <string>
 
-#include "unit/codecs/Base64Calls.h"
-#include "unit/codecs/Base64Model.h"
-#include "unit/support/Random.h"
+#include "tests/reference/Base64Model.h"
+#include "tests/support/Random.h"
+#include "tests/unit/codecs/Base64Calls.h"
 
 using tavrel::system::ByteBuffer;
 using tavrel::test::Encoded;

@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "unit/codecs/Base64Calls.h"
-#include "unit/codecs/Base64Model.h"
-#include "unit/support/GuardedPages.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/reference/Base64Model.h"
+#include "tests/support/GuardedPages.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/unit/codecs/Base64Calls.h"
 
 using tavrel::system::InstructionSet;
 using tavrel::test::GuardedPages;

@@ -6,9 +6,9 @@
 #include <iterator>
 #include <string>
 
-#include "unit/codecs/Base64Calls.h"
-#include "unit/support/Random.h"
-#include "unit/support/TemporaryFolder.h"
+#include "tests/support/Random.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/codecs/Base64Calls.h"
 
 using tavrel::test::Decoded;
 using tavrel::test::Encoded;

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "codecs/Crc32.h"
-#include "unit/support/InstructionSets.h"
-#include "unit/support/Random.h"
+#include "tests/support/InstructionSets.h"
+#include "tests/support/Random.h"
 
 using tavrel::Crc32;
 using tavrel::system::InstructionSet;

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "unit/support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 using tavrel::dataWithUncompressedContentsOfFile;
 using tavrel::system::ByteBuffer;

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "codecs/Gzip.h"
-#include "unit/support/Random.h"
-#include "unit/support/TemporaryFolder.h"
+#include "tests/support/Random.h"
+#include "tests/support/TemporaryFolder.h"
 
 using tavrel::system::ByteBuffer;
 

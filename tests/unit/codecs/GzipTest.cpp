@@ -5,8 +5,8 @@
 
 #include "codecs/Gzip.h"
 #include "system/Files.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
 
 namespace faults = tavrel::system::faults;
 using tavrel::gzipDeflate;

@@ -5,9 +5,9 @@
 
 #include "codecs/Crc32.h"
 #include "codecs/Gzip.h"
-#include "unit/codecs/GzipModel.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
+#include "tests/reference/GzipModel.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
 
 using tavrel::system::ByteBuffer;
 using tavrel::test::ModelInflate;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "unit/xml/TreeText.h"
+#include "tests/unit/xml/TreeText.h"
 
 using tavrel::test::Parse;
 using tavrel::test::TreeOf;

@@ -6,9 +6,9 @@
 
 #include "codecs/Gzip.h"
 #include "system/Resources.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/xml/TreeText.h"
 #include "text/FileUrl.h"
-#include "unit/support/TemporaryFolder.h"
-#include "unit/xml/TreeText.h"
 
 namespace faults = tavrel::system::faults;
 using tavrel::system::ByteBuffer;

@@ -6,11 +6,11 @@
 #include <vector>
 
 #include "tests/reference/LiteralPass.h"
-#include "unit/support/InstructionSets.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
-#include "unit/xml/Sequences.h"
-#include "unit/xml/TreeText.h"
+#include "tests/support/InstructionSets.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/unit/xml/Sequences.h"
+#include "tests/unit/xml/TreeText.h"
 #include "xml/StructuralIndex.h"
 #include "xml/TreeBuilder.h"
 

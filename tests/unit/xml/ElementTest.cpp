@@ -1,7 +1,7 @@
 // Which tags make elements, and how elements hang together.
 #include <gtest/gtest.h>
 
-#include "unit/xml/TreeText.h"
+#include "tests/unit/xml/TreeText.h"
 
 using tavrel::test::ElementsOf;
 using tavrel::test::Parse;

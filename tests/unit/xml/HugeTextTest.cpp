@@ -10,9 +10,9 @@
 #include <cstring>
 #include <string>
 
-#include "unit/support/Sanitizers.h"
-#include "unit/support/TemporaryFolder.h"
-#include "unit/xml/TreeText.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/unit/xml/TreeText.h"
 #include "xml/TreeBuilder.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-#include "unit/support/InstructionSets.h"
+#include "tests/support/InstructionSets.h"
 #include "xml/StructuralIndex.h"
 #include "xml/TBXML.h"
 #include "xml/TreeBuilder.h"

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "system/Memory.h"
-#include "unit/support/Sanitizers.h"
-#include "unit/xml/TreeText.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/unit/xml/TreeText.h"
 #include "xml/TreeBuilder.h"
 
 namespace faults = tavrel::system::faults;

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "unit/support/GuardedPages.h"
-#include "unit/support/InstructionSets.h"
-#include "unit/xml/TreeText.h"
+#include "tests/support/GuardedPages.h"
+#include "tests/support/InstructionSets.h"
+#include "tests/unit/xml/TreeText.h"
 #include "xml/CDataSections.h"
 #include "xml/StructuralIndex.h"
 #include "xml/TreeBuilder.h"

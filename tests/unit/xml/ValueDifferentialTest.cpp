@@ -4,10 +4,10 @@
 #include <string>
 #include <string_view>
 
-#include "unit/support/GuardedPages.h"
-#include "unit/support/Random.h"
-#include "unit/support/Sanitizers.h"
-#include "unit/xml/Sequences.h"
+#include "tests/support/GuardedPages.h"
+#include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/unit/xml/Sequences.h"
 #include "xml/CDataSections.h"
 
 using namespace tavrel::test;

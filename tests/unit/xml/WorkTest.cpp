@@ -9,9 +9,9 @@
 #include <cstring>
 #include <string>
 
-#include "unit/support/Sanitizers.h"
-#include "unit/xml/HostileTexts.h"
-#include "unit/xml/TreeText.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/unit/xml/HostileTexts.h"
+#include "tests/unit/xml/TreeText.h"
 #include "xml/CDataSections.h"
 #include "xml/TreeBuilder.h"
 
