@@ -1,0 +1,1 @@
+// Nothing stands here: the headers of the test framework are precompiled with it.
