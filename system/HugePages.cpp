@@ -18,7 +18,6 @@ void PreferHugePages(const void* address, std::size_t bytes) noexcept {
   const auto start = reinterpret_cast<std::uintptr_t>(address);
   const std::uintptr_t first = (start + kHugePage - 1) / kHugePage * kHugePage;
   const std::uintptr_t last = (start + bytes) / kHugePage * kHugePage;
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): nothing is read through it
   madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
 }
 
