@@ -51,21 +51,16 @@ TAVREL_STEP __m256i CharactersOf(__m256i sextets) noexcept {
   return _mm256_add_epi8(sextets, _mm256_shuffle_epi8(offsets, place));
 }
 
-// Characters, and their upper and lower half bytes as places of a look-up. 0x2F is '/', and keeps
-// what a look-up needs: the lower half, and zero in the top bit.
-struct Characters {
-  TAVREL_STEP explicit Characters(const char* text) noexcept
-      : bytes(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(text))),
-        upper(_mm256_and_si256(_mm256_srli_epi32(bytes, 4), _mm256_set1_epi8('/'))),
-        lower(_mm256_and_si256(bytes, _mm256_set1_epi8('/'))) {}
+// Half bytes as places of a look-up: 0x2F, which is '/', keeps the lower half, and zero in the top bit.
+TAVREL_STEP __m256i LowerHalves(__m256i bytes) noexcept {
+  return _mm256_and_si256(bytes, _mm256_set1_epi8('/'));
+}
+TAVREL_STEP __m256i UpperHalves(__m256i bytes) noexcept {
+  return LowerHalves(_mm256_srli_epi32(bytes, 4));
+}
 
-  __m256i bytes;
-  __m256i upper;
-  __m256i lower;
-};
-
-// How many of them, from the front, belong to the alphabet.
-TAVREL_STEP std::size_t AlphabetPrefix(const Characters& in) noexcept {
+// How many characters, from the front, belong to the alphabet.
+TAVREL_STEP std::size_t AlphabetPrefix(__m256i text) noexcept {
   // Each upper half byte has a bit of its own kind, and each lower one the bits of the upper ones
   // with which it makes no character of the alphabet.
   const __m256i badWithLower =
@@ -74,20 +69,20 @@ TAVREL_STEP std::size_t AlphabetPrefix(const Characters& in) noexcept {
   const __m256i kindOfUpper =
       InBothHalves(_mm_setr_epi8(0x10, 0x10, 0x01, 0x02, 0x04, 0x08, 0x04, 0x08, 0x10, 0x10, 0x10,
                                  0x10, 0x10, 0x10, 0x10, 0x10));
-  const __m256i bad = _mm256_and_si256(_mm256_shuffle_epi8(badWithLower, in.lower),
-                                       _mm256_shuffle_epi8(kindOfUpper, in.upper));
+  const __m256i bad = _mm256_and_si256(_mm256_shuffle_epi8(badWithLower, LowerHalves(text)),
+                                       _mm256_shuffle_epi8(kindOfUpper, UpperHalves(text)));
   const __m256i good = _mm256_cmpeq_epi8(bad, _mm256_setzero_si256());
   const auto goods = static_cast<std::uint32_t>(_mm256_movemask_epi8(good));
   return static_cast<std::size_t>(std::countr_one(goods));
 }
 
-TAVREL_STEP __m256i SextetsOf(const Characters& in) noexcept {
+TAVREL_STEP __m256i SextetsOf(__m256i text) noexcept {
   // What leads from a character to its sextet, by the upper half byte; '/' takes the place before.
   const __m256i offsets = InBothHalves(_mm_setr_epi8(0, 63 - '/', 62 - '+', 52 - '0', -'A', -'A',
                                                      26 - 'a', 26 - 'a', 0, 0, 0, 0, 0, 0, 0, 0));
   const __m256i place =
-      _mm256_add_epi8(in.upper, _mm256_cmpeq_epi8(in.bytes, _mm256_set1_epi8('/')));
-  return _mm256_add_epi8(in.bytes, _mm256_shuffle_epi8(offsets, place));
+      _mm256_add_epi8(UpperHalves(text), _mm256_cmpeq_epi8(text, _mm256_set1_epi8('/')));
+  return _mm256_add_epi8(text, _mm256_shuffle_epi8(offsets, place));
 }
 
 // Joins four sextets to a number of 24 bits each, and packs the numbers' bytes in written order:
@@ -120,7 +115,7 @@ TAVREL_STEP __m256i BytesOfSextets(__m256i sextets) noexcept {
                                                std::size_t readable, std::uint8_t* bytes) noexcept {
   std::size_t done = 0;
   for (; done < size && readable - done >= 32; done += 32, bytes += 24) {
-    const Characters in(text + done);
+    const __m256i in = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(text + done));
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(bytes), BytesOfSextets(SextetsOf(in)));
     const std::size_t count = AlphabetPrefix(in);
     if (count >= size - done) return size / 4 * 4;
