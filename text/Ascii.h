@@ -22,13 +22,22 @@ namespace tavrel::text {
   return asDecimal < 10 ? asDecimal : orNone;
 }
 
+[[nodiscard]] constexpr char ToLowerCase(char c) noexcept {
+  return static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 'a' - 'A' : 0));
+}
+
 // How many bytes at the front of `text` are ASCII.
 [[nodiscard]] inline std::size_t AsciiPrefixLength(std::string_view text) noexcept {
   constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+  std::uint64_t words[4];
   std::size_t at = 0;
-  for (std::uint64_t word = 0; text.size() - at >= sizeof(word); at += sizeof(word)) {
-    std::memcpy(&word, text.data() + at, sizeof(word));
-    if ((word & kHighBits) != 0) break;
+  for (; text.size() - at >= sizeof words; at += sizeof words) {
+    std::memcpy(words, text.data() + at, sizeof words);
+    if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
+  }
+  for (; text.size() - at >= sizeof *words; at += sizeof *words) {
+    std::memcpy(words, text.data() + at, sizeof *words);
+    if ((words[0] & kHighBits) != 0) break;
   }
   while (at < text.size() && static_cast<unsigned char>(text[at]) < 0x80) ++at;
   return at;

@@ -5,18 +5,11 @@
 #include <new>
 
 #include "text/Ascii.h"
+#include "text/UrlCharacters.h"
 #include "text/Utf8.h"
 
 namespace tavrel::text {
 namespace {
-
-// The characters that RFC 2396 lets stand unescaped.
-bool IsUrlCharacter(char c) noexcept {
-  constexpr std::string_view kReserved = ";/?:@&=+$,";
-  constexpr std::string_view kMarks = "-_.!~*'()";
-  return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-         kReserved.find(c) != std::string_view::npos || kMarks.find(c) != std::string_view::npos;
-}
 
 bool IsWellFormed(std::string_view url) noexcept {
   bool inFragment = false;
@@ -68,8 +61,7 @@ std::string Unescape(std::string_view escaped) {
 bool EqualsIgnoringCase(std::string_view text, std::string_view lowerCase) noexcept {
   if (text.size() != lowerCase.size()) return false;
   for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i] >= 'A' && text[i] <= 'Z' ? static_cast<char>(text[i] + 32) : text[i];
-    if (c != lowerCase[i]) return false;
+    if (ToLowerCase(text[i]) != lowerCase[i]) return false;
   }
   return true;
 }

@@ -3,10 +3,9 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <limits>
 
-#include "system/Memory.h"
 #include "text/Ascii.h"
+#include "text/CombiningMarks.h"
 #include "text/Utf8.h"
 
 namespace tavrel::text {
@@ -54,87 +53,6 @@ CodePoint Compose(CodePoint first, CodePoint second) noexcept {
   return utf8proc_normalize_utf32(pair, 2, UTF8PROC_COMPOSE) == 1 ? pair[0] : 0;
 }
 
-struct Mark {
-  CodePoint point;
-  std::uint8_t combiningClass;
-};
-
-// The combining marks behind a character, as many as there are.
-class Marks {
- public:
-  Marks() noexcept = default;
-  Marks(const Marks&) = delete;
-  Marks& operator=(const Marks&) = delete;
-  ~Marks() { system::Release(block_); }
-
-  [[nodiscard]] bool Append(Mark mark) noexcept {
-    if (count_ == capacity_ && !Grow()) return false;
-    marks_[count_++] = mark;
-    return true;
-  }
-
-  // Puts the marks into their canonical order: by combining class, equal ones as they stand. Linear
-  // also for megabytes of marks. False when memory is exhausted.
-  [[nodiscard]] bool Order() noexcept;
-
-  void Clear() noexcept { count_ = 0; }
-  [[nodiscard]] std::size_t size() const noexcept { return count_; }
-  [[nodiscard]] const Mark* begin() const noexcept { return marks_; }
-  [[nodiscard]] const Mark* end() const noexcept { return marks_ + count_; }
-
- private:
-  static constexpr std::size_t kFew = 64;
-
-  bool Grow() noexcept;
-  void OrderFew() noexcept;
-
-  Mark few_[kFew];
-  Mark* marks_ = few_;
-  void* block_ = nullptr;  // none while the few suffice
-  std::size_t count_ = 0;
-  std::size_t capacity_ = kFew;
-};
-
-bool Marks::Grow() noexcept {
-  void* grown = system::Reallocate(block_, 2 * capacity_ * sizeof(Mark));
-  if (grown == nullptr) return false;
-  auto* marks = static_cast<Mark*>(grown);
-  if (block_ == nullptr) std::copy(begin(), end(), marks);
-  marks_ = marks;
-  block_ = grown;
-  capacity_ *= 2;
-  return true;
-}
-
-void Marks::OrderFew() noexcept {
-  for (std::size_t i = 1; i < count_; ++i) {
-    const Mark mark = marks_[i];
-    std::size_t at = i;
-    for (; at > 0 && marks_[at - 1].combiningClass > mark.combiningClass; --at) {
-      marks_[at] = marks_[at - 1];
-    }
-    marks_[at] = mark;
-  }
-}
-
-bool Marks::Order() noexcept {
-  if (count_ <= kFew) {
-    OrderFew();
-    return true;
-  }
-  auto* ordered = static_cast<Mark*>(system::Allocate(capacity_ * sizeof(Mark)));
-  if (ordered == nullptr) return false;
-  constexpr std::size_t kClasses = std::size_t{std::numeric_limits<std::uint8_t>::max()} + 1;
-  std::size_t places[kClasses + 1] = {};  // where the next mark of a class goes
-  for (const Mark& mark : *this) ++places[mark.combiningClass + 1u];
-  for (std::size_t i = 1; i <= kClasses; ++i) places[i] += places[i - 1];
-  for (const Mark& mark : *this) ordered[places[mark.combiningClass]++] = mark;
-  system::Release(block_);
-  block_ = ordered;
-  marks_ = ordered;
-  return true;
-}
-
 // Takes a text character by character and writes it character by character: each with the marks
 // that follow it.
 class Folder {
@@ -142,9 +60,10 @@ class Folder {
   Folder(const FoldingTarget& target, std::size_t at) noexcept
       : target_(target), start_(at), at_(at) {}
 
+  // All three: false when memory is exhausted.
   [[nodiscard]] bool Take(CodePoint point) noexcept;
   // Nothing that follows combines with an ASCII character but marks.
-  void TakeAscii(std::string_view characters) noexcept;
+  [[nodiscard]] bool TakeAscii(std::string_view characters) noexcept;
   [[nodiscard]] bool Finish() noexcept { return WriteMarks(); }
   [[nodiscard]] std::size_t at() const noexcept { return at_; }
 
@@ -156,7 +75,7 @@ class Folder {
   FoldingTarget target_;
   std::size_t start_;
   std::size_t at_;
-  Marks marks_;             // read, but not yet written
+  CombiningMarks marks_;    // read, but not yet written
   CodePoint composed_ = 0;  // what the last character has composed to; 0 behind a mark
 };
 
@@ -184,7 +103,7 @@ bool Folder::TakePart(CodePoint point) noexcept {
 bool Folder::WriteMarks() noexcept {
   if (marks_.size() == 0) return true;
   if (!marks_.Order()) return false;
-  for (const Mark& mark : marks_) WriteFolded(mark.point, true);
+  for (const CombiningMark& mark : marks_) WriteFolded(mark.point, true);
   marks_.Clear();
   return true;
 }
@@ -202,24 +121,37 @@ void Folder::WriteFolded(CodePoint point, bool joined) noexcept {
 }
 
 void FoldAscii(std::string_view text, char* target) noexcept {
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    target[i] = static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 'a' - 'A' : 0));
-  }
+  for (std::size_t i = 0; i < text.size(); ++i) target[i] = ToLowerCase(text[i]);
 }
 
-void Folder::TakeAscii(std::string_view characters) noexcept {
+bool Folder::TakeAscii(std::string_view characters) noexcept {
+  if (!WriteMarks()) return false;
   FoldAscii(characters, target_.bytes + at_);
   at_ += characters.size();
   composed_ = 0;
+  return true;
+}
+
+struct Character {
+  CodePoint point;
+  std::size_t length;  // in bytes
+};
+
+// The first character of a text that is valid and not empty.
+Character FirstCharacter(std::string_view text) noexcept {
+  Character first{};
+  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+  const utf8proc_ssize_t length =
+      utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &first.point);
+  first.length = static_cast<std::size_t>(std::max<utf8proc_ssize_t>(length, 1));
+  return first;
 }
 
 }  // namespace
 
 std::optional<std::size_t> FoldText(std::string_view text, const FoldingTarget& target,
                                     std::size_t at) noexcept {
-  std::size_t ascii = AsciiPrefixLength(text);
-  if (ascii == text.size()) {
+  if (IsAscii(text)) {
     FoldAscii(text, target.bytes + at);
     return text.size();
   }
@@ -227,20 +159,14 @@ std::optional<std::size_t> FoldText(std::string_view text, const FoldingTarget& 
 
   Folder folder(target, at);
   while (!text.empty()) {
-    if (ascii > 0) {
-      if (!folder.Finish()) return std::nullopt;
-      folder.TakeAscii(text.substr(0, ascii));
+    if (const std::size_t ascii = AsciiPrefixLength(text); ascii > 0) {
+      if (!folder.TakeAscii(text.substr(0, ascii))) return std::nullopt;
       text.remove_prefix(ascii);
     } else {
-      CodePoint point = 0;
-      const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
-      const utf8proc_ssize_t length =
-          utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &point);
-      if (length <= 0) return 0;
-      if (!folder.Take(point)) return std::nullopt;
-      text.remove_prefix(static_cast<std::size_t>(length));
+      const Character character = FirstCharacter(text);
+      if (!folder.Take(character.point)) return std::nullopt;
+      text.remove_prefix(character.length);
     }
-    ascii = AsciiPrefixLength(text);
   }
   if (!folder.Finish()) return std::nullopt;
   return folder.at() - at;

@@ -1,25 +1,12 @@
 #include "text/Utf8.h"
 
-#include <cstdint>
 #include <cstring>
 
+#include "text/Ascii.h"
 #include "text/Utf8Blocks.h"
 
 namespace tavrel::text {
 namespace {
-
-// Bytes from `bytes` on that are ASCII, in whole words; the byte loop takes the rest.
-std::size_t AsciiWords(const unsigned char* bytes, std::size_t length) noexcept {
-  constexpr std::size_t kStride = 4 * sizeof(std::uint64_t);
-  constexpr std::uint64_t kHighBits = 0x8080808080808080u;
-  std::size_t at = 0;
-  for (; length - at >= kStride; at += kStride) {
-    std::uint64_t words[4];
-    std::memcpy(words, bytes + at, kStride);
-    if (((words[0] | words[1] | words[2] | words[3]) & kHighBits) != 0) break;
-  }
-  return at;
-}
 
 bool IsContinuation(unsigned char byte) noexcept {
   return (byte & 0xC0u) == 0x80u;
@@ -49,8 +36,7 @@ std::size_t ValidUtf8Characters(const char* text, std::size_t length) noexcept {
   std::size_t at = 0;
   while (at < length) {
     if (bytes[at] < 0x80) {
-      at += AsciiWords(bytes + at, length - at);
-      while (at < length && bytes[at] < 0x80) ++at;
+      at += AsciiPrefixLength({text + at, length - at});
       continue;
     }
     const std::size_t size = CharacterLength(bytes + at, length - at);

@@ -17,13 +17,11 @@ class AttributeScanner {
   [[nodiscard]] bool Scan(char* from, char* end) noexcept;
 
  private:
-  [[nodiscard]] bool Append() noexcept;
+  [[nodiscard]] bool Append(char* name, char* value) noexcept;
 
   DocumentTree& tree_;
   TBXMLElement& element_;
   TBXMLAttribute* last_ = nullptr;
-  char* name_ = nullptr;
-  char* value_ = nullptr;
 };
 
 }  // namespace tavrel::xml

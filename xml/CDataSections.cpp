@@ -30,45 +30,74 @@ char* NextTagBehind(char* opener, const char* end) noexcept {
   return at;
 }
 
-// Takes the markers out of what a value still holds, whatever its sections are made of: `value` to
-// `done` holds no opener, `tail` to `end` is what follows.
-//
-// The value lies in three pieces while this runs: what is done; then `middle` to `middleEnd`, which
-// an end marker was taken out behind; then the tail. Each byte moves at most twice, and the search
-// for ends only goes forward.
-void RemoveJoiningMarkers(const char* value, char* done, char* tail, char* end) noexcept {
-  char* middle = tail;
-  char* middleEnd = tail;
-  while (middle != middleEnd || tail != end) {
-    *done++ = middle != middleEnd ? *middle++ : *tail++;
-    const auto doneLength = static_cast<std::size_t>(done - value);
-    if (done[-1] != '[' || doneLength < kSectionOpener.size() ||
-        !StartsWith(done - kSectionOpener.size(), done, kSectionOpener)) {
-      continue;
-    }
-    done -= kSectionOpener.size();
+bool EndsWithOpener(const char* from, const char* end) noexcept {
+  const auto length = static_cast<std::size_t>(end - from);
+  return end[-1] == '[' && length >= kSectionOpener.size() &&
+         StartsWith(end - kSectionOpener.size(), end, kSectionOpener);
+}
 
-    // The middle holds no end marker of its own, but one may begin with its last bytes.
-    std::size_t inMiddle = 0;
-    char* marker = nullptr;
-    for (std::size_t length = kSectionEnd.size() - 1; length > 0 && marker == nullptr; --length) {
-      if (static_cast<std::size_t>(middleEnd - middle) >= length &&
-          StartsWith(middleEnd - length, middleEnd, kSectionEnd.substr(0, length)) &&
-          StartsWith(tail, end, kSectionEnd.substr(length))) {
-        marker = tail;
-        inMiddle = length;
+// What follows the part of a value that is done. An end marker leaves the middle of it, so that it
+// lies in two pieces:
+//
+//     value       done    middle       middleEnd   tail        end
+//     │ no opener │╌╌╌╌╌╌╌│ no marker  │╌╌╌╌╌╌╌╌╌╌╌│ not seen  │
+//
+// Bytes are taken from the front, so that the gap before them grows; markers are looked for from the
+// tail on, and what they end joins the middle. So each byte moves twice at most, and is searched once.
+class Rest {
+ public:
+  Rest(char* from, char* end) noexcept : middle_(from), middleEnd_(from), tail_(from), end_(end) {}
+
+  [[nodiscard]] bool IsEmpty() const noexcept { return middle_ == middleEnd_ && tail_ == end_; }
+  [[nodiscard]] char Take() noexcept { return middle_ != middleEnd_ ? *middle_++ : *tail_++; }
+
+  // Takes the first end marker out; false when there is none.
+  [[nodiscard]] bool RemoveEndMarker() noexcept {
+    const std::size_t inMiddle = MarkerBytesInMiddle();
+    char* marker = inMiddle > 0 ? tail_ : FindNearText(tail_, end_, kSectionEnd);
+    if (marker == nullptr) return false;
+    if (middle_ == middleEnd_) middle_ = middleEnd_ = tail_;  // an empty piece can stand anywhere
+    middleEnd_ = MoveLeft(middleEnd_, tail_, marker) - inMiddle;
+    tail_ = marker + (kSectionEnd.size() - inMiddle);
+    return true;
+  }
+
+  // Moves all of it to `at`, which stands before it; returns its end.
+  [[nodiscard]] char* MoveTo(char* at) const noexcept {
+    return MoveLeft(MoveLeft(at, middle_, middleEnd_), tail_, end_);
+  }
+
+ private:
+  // How many bytes of a marker the middle ends with when the tail begins with its others.
+  [[nodiscard]] std::size_t MarkerBytesInMiddle() const noexcept {
+    for (std::size_t length = kSectionEnd.size() - 1; length > 0; --length) {
+      if (static_cast<std::size_t>(middleEnd_ - middle_) >= length &&
+          StartsWith(middleEnd_ - length, middleEnd_, kSectionEnd.substr(0, length)) &&
+          StartsWith(tail_, end_, kSectionEnd.substr(length))) {
+        return length;
       }
     }
-    if (marker == nullptr) marker = FindNearText(tail, end, kSectionEnd);
-    if (marker == nullptr) break;
-
-    if (middle == middleEnd) middle = middleEnd = tail;  // an empty piece can stand anywhere
-    middleEnd = MoveLeft(middleEnd, tail, marker) - inMiddle;
-    tail = marker + (kSectionEnd.size() - inMiddle);
+    return 0;
   }
-  done = MoveLeft(done, middle, middleEnd);
-  done = MoveLeft(done, tail, end);
-  *done = '\0';
+
+  char* middle_;
+  char* middleEnd_;
+  char* tail_;
+  char* end_;
+};
+
+// Takes the markers out of what a value still holds, whatever its sections are made of: `value` to
+// `done` holds no opener, `tail` to `end` is what follows. An opener may come about where a marker
+// has left, which is why openers are looked for in what was written.
+void RemoveJoiningMarkers(const char* value, char* done, char* tail, char* end) noexcept {
+  Rest rest(tail, end);
+  while (!rest.IsEmpty()) {
+    *done++ = rest.Take();
+    if (!EndsWithOpener(value, done)) continue;
+    done -= kSectionOpener.size();
+    if (!rest.RemoveEndMarker()) break;
+  }
+  *rest.MoveTo(done) = '\0';
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
-// Finding every '<' and '>' of a text, a block at a time, with the widest instructions of the
-// machine.
+// The structural index of a text: where every '<' and '>' stands, found a block at a time with the
+// widest instructions of the machine. It is the first stage of Langdale and Lemire ("Parsing
+// Gigabytes of JSON per Second", 2019), made while the second one goes on.
 #pragma once
 
 #include <cstddef>
