@@ -21,6 +21,6 @@ struct Utf8Blocks {
                                          system::InstructionSet set) noexcept;
 
 // The plain rule: as ValidUtf8Prefix().
-[[nodiscard]] std::size_t ValidUtf8Characters(const char* bytes, std::size_t length) noexcept;
+[[nodiscard]] std::size_t ValidUtf8Characters(const char* text, std::size_t length) noexcept;
 
 }  // namespace tavrel::text

@@ -21,7 +21,7 @@ inline constexpr std::array<TagBytes, 8> kComparedBits = [] {
 }();
 
 [[nodiscard]] inline std::uint64_t EightBytes(const void* bytes) noexcept {
-  std::uint64_t number;
+  std::uint64_t number = 0;
   std::memcpy(&number, bytes, sizeof number);
   return number;
 }
