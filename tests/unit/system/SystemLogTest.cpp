@@ -61,7 +61,7 @@ TEST(SystemLog, WritesTimeProgramAndProcessBeforeTheText) {
   const std::string line = Logged({"Open iTunes Library file error!"});
   EXPECT_THAT(line, testing::MatchesRegex(
                         "[0-9]{4}-[0-9]{2}-[0-9]{2} [0-9]{2}:[0-9]{2}:[0-9]{2}\\.[0-9]{3} "
-                        "platform_tests\\[" +
+                        "unit_tests\\[" +
                         std::to_string(getpid()) + "\\] Open iTunes Library file error!\n"));
 }
 
