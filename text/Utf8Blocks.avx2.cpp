@@ -35,30 +35,30 @@ namespace {
 
 }  // namespace
 
-[[gnu::target("avx2")]] Utf8Blocks PassAvx2(const std::uint8_t* bytes,
-                                            std::size_t length) noexcept {
+[[gnu::target("avx2")]] Utf8Blocks ValidateAvx2(const std::uint8_t* bytes,
+                                                std::size_t length) noexcept {
   const __m256i zero = _mm256_setzero_si256();
-  Utf8Blocks passed;
-  while (length - passed.length >= kUtf8Block) {
-    const std::uint8_t* block = bytes + passed.length;
+  Utf8Blocks checked;
+  while (length - checked.length >= kUtf8Block) {
+    const std::uint8_t* block = bytes + checked.length;
     const __m256i low = Load(block);
     const __m256i high = Load(block + sizeof low);
     const __m256i positive = _mm256_cmpgt_epi8(_mm256_min_epi8(low, high), zero);
     if (_mm256_movemask_epi8(positive) == -1) [[likely]] {
-      passed.length += kUtf8Block;
+      checked.length += kUtf8Block;
       continue;
     }
     const __m256i zeros = _mm256_cmpeq_epi8(_mm256_min_epu8(low, high), zero);
-    passed.hasZero |= _mm256_movemask_epi8(zeros) != 0;
-    if (passed.length < kLookBack) {
-      if (!PassCharacters(bytes, passed)) break;
+    checked.hasZero |= _mm256_movemask_epi8(zeros) != 0;
+    if (checked.length < kLookBack) {
+      if (!ValidateCharacters(bytes, checked)) break;
       continue;
     }
     const __m256i faults = _mm256_or_si256(Faults(block), Faults(block + sizeof low));
     if (_mm256_testz_si256(faults, faults) == 0) break;
-    passed.length += kUtf8Block - BytesCutOff(block + kUtf8Block);
+    checked.length += kUtf8Block - BytesCutOff(block + kUtf8Block);
   }
-  return passed;
+  return checked;
 }
 
 }  // namespace tavrel::text

@@ -12,11 +12,11 @@ Utf8Blocks ValidUtf8Blocks(const char* text, [[maybe_unused]] std::size_t length
                            [[maybe_unused]] InstructionSet set) noexcept {
   [[maybe_unused]] const auto* bytes = reinterpret_cast<const std::uint8_t*>(text);
   if constexpr (system::kForX86) {
-    if (set >= InstructionSet::kAvx2) return PassAvx2(bytes, length);
-    if (set >= InstructionSet::kBaseline) return PassSse2(bytes, length);
+    if (set >= InstructionSet::kAvx2) return ValidateAvx2(bytes, length);
+    if (set >= InstructionSet::kBaseline) return ValidateSse2(bytes, length);
   }
   if constexpr (system::kForArm64) {
-    if (set >= InstructionSet::kBaseline) return PassNeon(bytes, length);
+    if (set >= InstructionSet::kBaseline) return ValidateNeon(bytes, length);
   }
   return {};
 }

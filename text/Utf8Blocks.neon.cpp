@@ -21,29 +21,29 @@ uint8x16_t Faults(const std::uint8_t* at) noexcept {
 
 }  // namespace
 
-Utf8Blocks PassNeon(const std::uint8_t* bytes, std::size_t length) noexcept {
-  Utf8Blocks passed;
-  while (length - passed.length >= kUtf8Block) {
-    const std::uint8_t* block = bytes + passed.length;
+Utf8Blocks ValidateNeon(const std::uint8_t* bytes, std::size_t length) noexcept {
+  Utf8Blocks checked;
+  while (length - checked.length >= kUtf8Block) {
+    const std::uint8_t* block = bytes + checked.length;
     const uint8x16_t a = vld1q_u8(block);
     const uint8x16_t b = vld1q_u8(block + 16);
     const uint8x16_t c = vld1q_u8(block + 32);
     const uint8x16_t d = vld1q_u8(block + 48);
-    passed.hasZero |= vminvq_u8(vminq_u8(vminq_u8(a, b), vminq_u8(c, d))) == 0;
+    checked.hasZero |= vminvq_u8(vminq_u8(vminq_u8(a, b), vminq_u8(c, d))) == 0;
     if (vmaxvq_u8(vmaxq_u8(vmaxq_u8(a, b), vmaxq_u8(c, d))) < 0x80) [[likely]] {
-      passed.length += kUtf8Block;
+      checked.length += kUtf8Block;
       continue;
     }
-    if (passed.length < kLookBack) {
-      if (!PassCharacters(bytes, passed)) break;
+    if (checked.length < kLookBack) {
+      if (!ValidateCharacters(bytes, checked)) break;
       continue;
     }
     const uint8x16_t faults = vorrq_u8(vorrq_u8(Faults(block), Faults(block + 16)),
                                        vorrq_u8(Faults(block + 32), Faults(block + 48)));
     if (vmaxvq_u8(faults) != 0) break;
-    passed.length += kUtf8Block - BytesCutOff(block + kUtf8Block);
+    checked.length += kUtf8Block - BytesCutOff(block + kUtf8Block);
   }
-  return passed;
+  return checked;
 }
 
 }  // namespace tavrel::text

@@ -9,11 +9,11 @@
 
 namespace tavrel::text {
 
-Utf8Blocks PassSse2(const std::uint8_t* bytes, std::size_t length) noexcept;
-Utf8Blocks PassAvx2(const std::uint8_t* bytes, std::size_t length) noexcept;
-Utf8Blocks PassNeon(const std::uint8_t* bytes, std::size_t length) noexcept;
+Utf8Blocks ValidateSse2(const std::uint8_t* bytes, std::size_t length) noexcept;
+Utf8Blocks ValidateAvx2(const std::uint8_t* bytes, std::size_t length) noexcept;
+Utf8Blocks ValidateNeon(const std::uint8_t* bytes, std::size_t length) noexcept;
 
-// How most blocks are passed: each byte, taken as a signed number, is greater than zero. Such a
+// How most blocks are found valid: each byte, taken as a signed number, is greater than zero. Such a
 // block is ASCII and holds no zero byte.
 //
 // The others are judged by the look-up of Keiser and Lemire ("Validating UTF-8 In Less Than One
@@ -78,10 +78,10 @@ inline std::size_t BytesCutOff(const std::uint8_t* end) noexcept {
 }
 
 // Judges a block by the plain rule; false when it holds a fault.
-inline bool PassCharacters(const std::uint8_t* bytes, Utf8Blocks& passed) noexcept {
-  const auto* block = reinterpret_cast<const char*>(bytes + passed.length);
+inline bool ValidateCharacters(const std::uint8_t* bytes, Utf8Blocks& checked) noexcept {
+  const auto* block = reinterpret_cast<const char*>(bytes + checked.length);
   const std::size_t valid = ValidUtf8Characters(block, kUtf8Block);
-  passed.length += valid;
+  checked.length += valid;
   return valid >= kUtf8Block - kLookBack;
 }
 

@@ -1,4 +1,4 @@
-// The pass beside its literal form, on documents made of everything that it takes for special.
+// The parser beside its literal form, on documents made of everything that it takes for special.
 #include <gtest/gtest.h>
 
 #include <string>

@@ -147,7 +147,7 @@ TEST(TBXML, AnUnclosedElementKeepsItsPlace) {
   EXPECT_EQ(TreeOf("<a><b>x<c>y"), "a''[b'x'[c'y']]");
 }
 
-TEST(TBXML, AZeroByteInsideTheTextEndsThePass) {
+TEST(TBXML, AZeroByteInsideTheTextEndsTheParsing) {
   using namespace std::string_view_literals;
   const auto document = Parse("<a><b>x</b>\0<c/></a>"sv);
   EXPECT_EQ(TreeOf(document->rootXMLElement()), "a[b'x']");

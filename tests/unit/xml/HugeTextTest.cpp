@@ -49,7 +49,7 @@ class LongText {
   char* text_ = nullptr;
 };
 
-// A pass that loses its way in the text hands out records without end: they may not take more than
+// A parser that loses its way in the text hands out records without end: they may not take more than
 // this.
 class MemoryLimit {
  public:

@@ -181,7 +181,7 @@ TEST(RecordPool, ADocumentCostsFewAllocations) {
   faults::Stop();
 }
 
-TEST(RecordPool, ExhaustedMemoryEndsThePassAndKeepsTheTreeSoFar) {
+TEST(RecordPool, ExhaustedMemoryEndsTheParsingAndKeepsTheTreeSoFar) {
   const std::string text = Repeated("<r>", "<e a='1'>x</e>", 5000, "</r>");
   std::size_t former = 0;
   for (int successes = 0;; ++successes) {

@@ -1,4 +1,4 @@
-// Texts that end inside a comment, a CDATA section or a tag: the pass ends there, before anything
+// Texts that end inside a comment, a CDATA section or a tag: the parsing ends there, before anything
 // moves, keeps the records built so far, and never reads behind the text.
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ using tavrel::test::TreeOf;
 namespace {
 
 // The ending follows a document that is in order up to there: none of its bytes may change.
-void ExpectEndsThePass(const std::string& ending) {
+void ExpectEndsTheParsing(const std::string& ending) {
   const std::string before = "<a b='1'>text<c/>";
   const auto document = Parse(before + ending);
   EXPECT_EQ(TreeOf(document->rootXMLElement()), "a(b=1)'text'[c]") << ending;
@@ -61,45 +61,45 @@ void ParseGuarded(GuardedPages& pages, std::string_view text) {
 
 }  // namespace
 
-TEST(Unterminated, CommentEndsThePass) {
+TEST(Unterminated, CommentEndsTheParsing) {
   for (const char* ending :
        {"<!--", "<!-- x", "<!-- x --", "<!-- x ->", "<!---", "<!-- <d/></a>"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 
-TEST(Unterminated, SectionEndsThePass) {
+TEST(Unterminated, SectionEndsTheParsing) {
   for (const char* ending :
        {"<![CDATA[", "<![CDATA[x", "<![CDATA[x]]", "<![CDATA[x]] ></a>", "<![CDATA[<d/></a>"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 
-TEST(Unterminated, SectionWithNoTagBehindItEndsThePassUnmoved) {
+TEST(Unterminated, SectionWithNoTagBehindItEndsTheParsingUnmoved) {
   for (const char* ending : {"<![CDATA[x]]>", "<![CDATA[x]]>y", "<![CDATA[x]]><![CDATA[y]]>",
                              "<![CDATA[x]]> <![CDATA[y]]> z > ", "<![CDATA[<d></d>]]>"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 
-TEST(Unterminated, RunOfSectionsEndsThePassUnmovedWhenItsLastHasNoEnd) {
+TEST(Unterminated, RunOfSectionsEndsTheParsingUnmovedWhenItsLastHasNoEnd) {
   for (const char* ending : {"<![CDATA[x]]><![CDATA[", "<![CDATA[x]]>y<![CDATA[z]]<d/></a>"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 
-TEST(Unterminated, TagEndsThePass) {
+TEST(Unterminated, TagEndsTheParsing) {
   for (const char* ending : {"<", "<d", "<d e='1'", "</", "</a", "<?", "<?d?", "<!", "<!DOCTYPE",
                              "<d/", "<!-", "<![CDATA", "<d e='x"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 
-TEST(Unterminated, SectionInsideATagEndsThePass) {
+TEST(Unterminated, SectionInsideATagEndsTheParsing) {
   for (const char* ending : {"<d <![CDATA[", "<d e='<![CDATA[x'/></a>", "<d <![CDATA[x]] ></a>",
                              "<d <![CDATA[x]]> <![CDATA[y></a>", "</a <![CDATA[></a>",
                              "<? <![CDATA[ ?></a>", "<d <![CDATA[x]]>"}) {
-    ExpectEndsThePass(ending);
+    ExpectEndsTheParsing(ending);
   }
 }
 

@@ -1,4 +1,4 @@
-// The pass takes time linear in the length of its text, however hostile that is. The linker puts
+// Parsing takes time linear in the length of its text, however hostile that is. The linker puts
 // counting forms in the place of the C library's searches and moves, so that the work is counted
 // where it can be; what is left is timed with a generous bound.
 #include <gtest/gtest.h>
@@ -100,7 +100,7 @@ class Work : public testing::TestWithParam<HostileText> {
  protected:
   ~Work() override { tavrel::xml::ForceParsing(std::nullopt); }
 
-  static void ForEachPass(void (*body)(const HostileText&)) {
+  static void ForEachWay(void (*body)(const HostileText&)) {
     tavrel::xml::ForceParsing({{false, tavrel::system::InstructionSet::kPlain}});
     body(GetParam());
     tavrel::xml::ForceParsing({{true, tavrel::system::WidestSet()}});
@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(Hostile, Work, testing::ValuesIn(tavrel::test::kHostile
 }  // namespace
 
 TEST_P(Work, OfSearchingAndMovingIsLinearInTheLength) {
-  ForEachPass([](const HostileText& hostile) {
+  ForEachWay([](const HostileText& hostile) {
     const std::string text = hostile.OfSize(4 * kTextsLength);
     bytesTouched = 0;
     const auto document = Parse(text);
@@ -127,7 +127,7 @@ TEST_P(Work, OfSearchingAndMovingIsLinearInTheLength) {
 
 TEST_P(Work, TakesTimeLinearInTheLength) {
   if (tavrel::test::kSanitized) GTEST_SKIP() << "the sanitizer checks whole ranges at each search";
-  ForEachPass([](const HostileText& hostile) {
+  ForEachWay([](const HostileText& hostile) {
     const std::string small = hostile.OfSize(kTextsLength);
     const std::string large = hostile.OfSize(4 * kTextsLength);
     // Where nearly nothing is done, only the clock's noise would be compared.
