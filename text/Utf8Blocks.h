@@ -20,7 +20,4 @@ struct Utf8Blocks {
 [[nodiscard]] Utf8Blocks ValidUtf8Blocks(const char* text, std::size_t length,
                                          system::InstructionSet set) noexcept;
 
-// The plain rule: as ValidUtf8Prefix().
-[[nodiscard]] std::size_t ValidUtf8Characters(const char* text, std::size_t length) noexcept;
-
 }  // namespace tavrel::text

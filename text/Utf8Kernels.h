@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "text/Utf8Blocks.h"
+#include "text/Utf8Characters.h"
 
 namespace tavrel::text {
 
