@@ -181,8 +181,17 @@ class Objects(unittest.TestCase):
         low = self.read("void Above();\nvoid Below() { Above(); }\n", "low/A.cpp")
         high = self.read("void Below();\nvoid Above() { Below(); }\n", "high/B.cpp")
         found = check_objects.arrow_faults([low, high], table)
-        self.assertEqual(len(found), 1)
+        self.assertEqual(len(found), 2)
         self.assertIn("low may not reach high", found[0])
+        self.assertEqual(found[1], "files need each other: high/B -> low/A -> high/B")
+
+    def test_files_that_need_each_others_functions_are_heard(self):
+        one = self.read("void F();\nvoid G();\nvoid H() { F(); }\n", "low/One.cpp")
+        two = self.read("void H();\nvoid F() { H(); }\n", "low/Two.cpp")
+        parts = [self.read("void B();\nvoid A() { B(); }\n", "low/Three.cpp"),
+                 self.read("void A();\nvoid B() { A(); }\n", "low/Three.avx2.cpp")]
+        found = check_objects.arrow_faults([one, two, *parts], check_includes.table_of(TABLE))
+        self.assertEqual(found, ["files need each other: low/One -> low/Two -> low/One"])
 
     def test_the_source_of_an_object_is_found(self):
         for path, source in (("/b/CMakeFiles/objects.dir/xml/A.cpp.o", "xml/A.cpp"),

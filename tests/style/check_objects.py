@@ -8,7 +8,8 @@ needs:
 - nothing that asks the locale;
 - memory only where tests can make it fail.
 arrows:
-- no folder needs a function of one that docs/architecture.md does not let it reach.
+- no folder needs a function of one that docs/architecture.md does not let it reach;
+- no files need each other's functions: each is declared beside its body.
 """
 import re
 import subprocess
@@ -108,9 +109,11 @@ def reach_of(folder, table):
 
 def arrow_faults(objects, table):
     """Calls across folders that includes need not show: a function may be declared anywhere."""
-    homes = {name: read.source for read in objects for name, letter in read.defined.items() if letter in "TDBRC"}
-    examples = {}
+    homes = {name: read.source for read in objects
+             for name, letter in read.defined.items() if letter in "TDBRC"}
+    examples, arrows = {}, []
     for read in objects:
+        arrows += [(read.source, homes[name]) for name in read.needed & set(homes)]
         source = check_includes.folder_of(read.source, table)
         for name in sorted(read.needed & set(homes)):
             target = check_includes.folder_of(homes[name], table)
@@ -120,6 +123,8 @@ def arrow_faults(objects, table):
         reach = reach_of(source, table)
         if reach is not None and target not in reach:
             found.append(f"{source} may not reach {target}, but {example}")
+    for circle in check_includes.circles_in(check_includes.between(arrows, check_includes.unit_of)):
+        found.append("files need each other: " + " -> ".join(circle))
     return found
 
 
