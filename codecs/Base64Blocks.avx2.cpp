@@ -3,7 +3,7 @@
 
 #include <bit>
 
-#include "codecs/Base64Kernels.h"
+#include "codecs/Base64BlocksKernels.h"
 
 namespace tavrel {
 namespace {

@@ -1,6 +1,6 @@
 #include "codecs/Base64Blocks.h"
 
-#include "codecs/Base64Kernels.h"
+#include "codecs/Base64BlocksKernels.h"
 
 namespace tavrel {
 

@@ -1,6 +1,6 @@
 #include <immintrin.h>
 
-#include "text/Utf8Kernels.h"
+#include "text/Utf8BlocksKernels.h"
 
 namespace tavrel::text {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "text/Utf8Kernels.h"
+#include "text/Utf8BlocksKernels.h"
 
 namespace tavrel::text {
 

@@ -1,6 +1,6 @@
 #include <arm_neon.h>
 
-#include "text/Utf8Kernels.h"
+#include "text/Utf8BlocksKernels.h"
 
 namespace tavrel::text {
 namespace {

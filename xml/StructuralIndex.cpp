@@ -9,6 +9,8 @@ namespace tavrel::xml {
 
 using system::InstructionSet;
 
+namespace {
+
 std::size_t IndexPlain(const char* text, std::size_t length, std::uint32_t base,
                        std::uint32_t* positions) noexcept {
   std::size_t count = 0;
@@ -17,6 +19,8 @@ std::size_t IndexPlain(const char* text, std::size_t length, std::uint32_t base,
   }
   return count;
 }
+
+}  // namespace
 
 IndexFunction IndexFunctionFor([[maybe_unused]] InstructionSet set) noexcept {
   if constexpr (system::kForX86) {

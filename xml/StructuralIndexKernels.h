@@ -12,8 +12,6 @@
 
 namespace tavrel::xml {
 
-std::size_t IndexPlain(const char* text, std::size_t length, std::uint32_t base,
-                       std::uint32_t* positions) noexcept;
 std::size_t IndexSse2(const char* text, std::size_t length, std::uint32_t base,
                       std::uint32_t* positions) noexcept;
 std::size_t IndexAvx2(const char* text, std::size_t length, std::uint32_t base,
