@@ -12,6 +12,17 @@ target_compile_options(tavrel_options INTERFACE
   $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes>
   $<$<BOOL:${TAVREL_WARNINGS_AS_ERRORS}>:-Werror>)
 
+# Files, times and file numbers of 64 bits, also where words have 32.
+target_compile_definitions(tavrel_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+
+# Hardening: what is overrun is noticed, and ends the program. FORTIFY needs optimisation, and would hide
+# from the sanitizers what they look for.
+target_compile_options(tavrel_options INTERFACE -fstack-protector-strong)
+if(NOT TAVREL_SANITIZE)
+  target_compile_options(tavrel_options INTERFACE
+    $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+endif()
+
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel_options INTERFACE
     -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer

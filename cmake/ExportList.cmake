@@ -23,8 +23,9 @@ function(tavrel_limit_exports target)
     set(file ${PROJECT_BINARY_DIR}/exports.map)
     file(CONFIGURE OUTPUT ${file} CONTENT "{\n  global:\n    ${text};\n  local: *;\n};\n")
     target_link_options(${target} PRIVATE -Wl,--version-script=${file}
-      # Calls inside the library never go to a function of the same name in the host.
-      -Wl,-Bsymbolic-functions -Wl,-z,relro -Wl,-z,now)
+      # What the library refers to is its own, also where the host, or a second copy of the library in the
+      # same process, has a function or a variable of the same name.
+      -Wl,-Bsymbolic -Wl,-z,relro -Wl,-z,now)
     if(NOT TAVREL_SANITIZE)
       target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()

@@ -26,4 +26,18 @@ class BlockedSignals {
   sigset_t former_;
 };
 
+// Writing, in the thread that made the object, to a pipe that nobody reads is an error and nothing more,
+// whatever the program does with SIGPIPE. A signal that waited before stays.
+class NoPipeSignal {
+ public:
+  NoPipeSignal() noexcept;
+  NoPipeSignal(const NoPipeSignal&) = delete;
+  NoPipeSignal& operator=(const NoPipeSignal&) = delete;
+  ~NoPipeSignal();
+
+ private:
+  sigset_t former_;
+  bool waitedBefore_;
+};
+
 }  // namespace tavrel::system

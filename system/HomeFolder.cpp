@@ -3,12 +3,12 @@
 #include <pwd.h>
 #include <unistd.h>
 
-#include <cstdlib>
+#include "system/Environment.h"
 
 namespace tavrel::system {
 
 std::optional<std::string> HomeFolder() {
-  const char* home = std::getenv("HOME");  // NOLINT(concurrency-mt-unsafe): only reads
+  const char* home = TrustedVariable("HOME");
   if (home != nullptr && home[0] == '/') return home;
 
   passwd entry;

@@ -3,8 +3,8 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 
+#include "system/Environment.h"
 #include "system/FolderListing.h"
 #include "system/ScriptRunner.h"
 
@@ -23,13 +23,13 @@ std::optional<std::string> FindScriptRunner() {
 #if defined(__APPLE__)
   const char* path = "/usr/bin";
 #else
-  const char* path = std::getenv("PATH");  // NOLINT(concurrency-mt-unsafe): only reads
+  const char* path = TrustedVariable("PATH");
 #endif
   std::string_view rest = path == nullptr ? "" : path;
   while (!rest.empty()) {
     const std::string_view folder = rest.substr(0, rest.find(':'));
     rest.remove_prefix(std::min(folder.size() + 1, rest.size()));
-    if (folder.empty()) continue;
+    if (!folder.starts_with('/')) continue;
     std::string runner = PathIn(folder, "osascript");
     if (IsExecutableFile(runner)) return runner;
   }

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "system/BlockedSignals.h"
 #include "system/Uninterrupted.h"
 
 namespace tavrel::system {
@@ -74,6 +75,7 @@ void Log(std::initializer_list<std::string_view> pieces) noexcept {
     last = piece;
   }
   if (!last.ends_with('\n')) add("\n");
+  const NoPipeSignal noPipeSignal;  // a host whose standard error nobody reads lives on
   WriteAll(parts, count);
   errno = savedError;
 }

@@ -6,12 +6,19 @@
 #include "system/Memory.h"
 
 namespace tavrel::text {
+namespace {
+
+// Texts up to this length are folded and searched in blocks whose sizes there are numbers for. Only where
+// addresses have 32 bits can there be longer ones: there is no memory for them anyway.
+constexpr std::size_t kMostFoldable = std::numeric_limits<std::size_t>::max() / 32;
+
+}  // namespace
 
 // A term longer than 4 GiB is longer than any text: it is never found.
 SearchTerm::SearchTerm(std::string_view text, system::InstructionSet set) noexcept {
   constexpr std::size_t kLongest = std::numeric_limits<std::uint32_t>::max() / kFoldingGrowth;
   isPrepared_ = text.empty() || text.size() > kLongest;
-  if (isPrepared_) return;
+  if (isPrepared_ || text.size() > kMostFoldable) return;
   const std::size_t room = kFoldingGrowth * text.size();
   constexpr std::size_t kBorder = sizeof(std::uint32_t);
   block_ = static_cast<char*>(
@@ -45,6 +52,7 @@ std::size_t SearchTerm::FindIn(const FoldedTexts& texts, std::size_t from,
 }
 
 bool SearchTerm::IsIn(std::string_view text) const noexcept {
+  if (text.size() > kMostFoldable) return false;
   const std::size_t room = kFoldingGrowth * text.size() + 1;
   const std::size_t words = room / 64 + 1;
   auto* joined =
