@@ -13,13 +13,16 @@ target_compile_options(tavrel_options INTERFACE
   $<$<BOOL:${TAVREL_WARNINGS_AS_ERRORS}>:-Werror>)
 
 # Files, times and file numbers of 64 bits, also where words have 32.
-target_compile_definitions(tavrel_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  target_compile_definitions(tavrel_options INTERFACE _FILE_OFFSET_BITS=64 _TIME_BITS=64)
+endif()
 
-# Hardening: what is overrun is noticed, and ends the program. FORTIFY needs optimisation, and would hide
-# from the sanitizers what they look for.
-target_compile_options(tavrel_options INTERFACE -fstack-protector-strong)
+# Hardening of what is shipped, the library and the host: what is overrun is noticed, and ends the program.
+# FORTIFY needs optimisation, and would hide from the sanitizers what they look for.
+add_library(tavrel_hardening INTERFACE)
+target_compile_options(tavrel_hardening INTERFACE -fstack-protector-strong)
 if(NOT TAVREL_SANITIZE)
-  target_compile_options(tavrel_options INTERFACE
+  target_compile_options(tavrel_hardening INTERFACE
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
 

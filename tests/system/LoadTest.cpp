@@ -154,6 +154,18 @@ TEST(Unload, AFinalizerLeavesTheGlobalPointerAsItWas) {
   EXPECT_EQ(library.Global(), before);
 }
 
+TEST(Unload, FollowsWhatTheLoadMadeAndNotTheGlobalPointerThatHostsCanSet) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  GlobalState ofTheHost = {};
+  for (GlobalState* set : {static_cast<GlobalState*>(nullptr), &ofTheHost}) {
+    LoadedLibrary library(home.path());
+    *library.Get<GlobalState**>("g_pGlobal") = set;
+    EXPECT_EQ(library.Unload(), 0);
+    EXPECT_FALSE(IsLibraryMapped());
+  }
+}
+
 TEST(Unload, ALibraryCanBeLoadedAgainByTheHost) {
   const TemporaryHome home;
   home.WriteLibrary(SmallLibraryText());

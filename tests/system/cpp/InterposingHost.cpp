@@ -1,5 +1,5 @@
-// A host that happens to define functions of the names that the library uses inside: the library
-// must go on calling its own.
+// A host that happens to define functions and a variable of the names that the library uses inside: the
+// library must go on with its own.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -36,6 +36,12 @@ TAVREL_HOST_FUNCTION(AgentInitializerImp)
 TAVREL_HOST_FUNCTION(AgentFinalizer)
 TAVREL_HOST_FUNCTION(AgentFinalizerImp)
 TAVREL_HOST_FUNCTION(GetSongInfoImp)
+
+// Too small for a pointer, and not to be written to.
+extern "C" {
+__attribute__((visibility("default"))) extern const char g_pGlobal[1];
+const char g_pGlobal[1] = {'x'};
+}
 
 int main() {
   SongInfo info = {};

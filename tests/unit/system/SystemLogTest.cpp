@@ -55,7 +55,64 @@ std::string Message(const std::string& line) {
   return heading == std::string::npos ? "no heading: " + line : line.substr(heading + 2);
 }
 
+// While this lives, standard error is a pipe that nobody reads.
+class BrokenError {
+ public:
+  BrokenError() : saved_(dup(STDERR_FILENO)) {
+    int ends[2];
+    EXPECT_EQ(pipe(ends), 0);
+    dup2(ends[1], STDERR_FILENO);
+    close(ends[0]);
+    close(ends[1]);
+  }
+  BrokenError(const BrokenError&) = delete;
+  BrokenError& operator=(const BrokenError&) = delete;
+  ~BrokenError() {
+    dup2(saved_, STDERR_FILENO);
+    close(saved_);
+  }
+
+ private:
+  int saved_;
+};
+
+bool PipeSignalWaits() {
+  sigset_t waiting;
+  sigpending(&waiting);
+  return sigismember(&waiting, SIGPIPE) == 1;
+}
+
 }  // namespace
+
+TEST(SystemLog, ABrokenPipeDoesNotEndTheHost) {
+  struct sigaction former = {};
+  struct sigaction ending = {};
+  ending.sa_handler = SIG_DFL;
+  sigaction(SIGPIPE, &ending, &former);
+  {
+    const BrokenError error;
+    for (int i = 0; i < 3; ++i) Log({"nobody reads this"});
+  }
+  EXPECT_FALSE(PipeSignalWaits());
+  sigaction(SIGPIPE, &former, nullptr);
+}
+
+TEST(SystemLog, ABrokenPipeLeavesASignalThatWaitedBefore) {
+  sigset_t pipe;
+  sigset_t former;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  pthread_sigmask(SIG_BLOCK, &pipe, &former);
+  raise(SIGPIPE);
+  {
+    const BrokenError error;
+    Log({"nobody reads this"});
+  }
+  EXPECT_TRUE(PipeSignalWaits());
+  int taken = 0;
+  sigwait(&pipe, &taken);
+  pthread_sigmask(SIG_SETMASK, &former, nullptr);
+}
 
 TEST(SystemLog, WritesTimeProgramAndProcessBeforeTheText) {
   const std::string line = Logged({"Open iTunes Library file error!"});

@@ -39,6 +39,24 @@ TEST_F(ArtworkReader, OneBlockIsOneImage) {
   EXPECT_EQ(Image(0).fileOffset, 284U + 208U);
 }
 
+// As a host sees a handle's list that knows nothing but the order of the fields.
+TEST_F(ArtworkReader, AnImagesOffsetFollowsItsSizeAtOnce) {
+  ASSERT_NE(Open(CacheHeader(284) + Bytes({.image = Filler(1000)})), nullptr);
+  struct Flat {
+    std::int32_t format;
+    std::int32_t width;
+    std::int32_t height;
+    std::uint8_t* data;
+    std::int32_t dataSize;
+    std::uint32_t fileOffset;
+  };
+  ASSERT_EQ(sizeof(ArtworkImage), sizeof(Flat));
+  Flat flat = {};
+  std::memcpy(&flat, handle_->images[0], sizeof flat);
+  EXPECT_EQ(flat.dataSize, 1000);
+  EXPECT_EQ(flat.fileOffset, 284U + 208U);
+}
+
 TEST_F(ArtworkReader, HeaderIsKeptWithItsLengthConverted) {
   ASSERT_NE(Open(CacheHeader(284)), nullptr);
   EXPECT_EQ(handle_->header.length, 284U);
