@@ -8,7 +8,7 @@ say() { printf '%s\n' "$*" >&2; }
 die() { say "$*"; exit 1; }
 
 # What building and running the library and the host takes, and what the tests take beyond it.
-# One line each: package, and how to see that it is there already (a command, or a header file).
+# One line each: package, and how to see that it is there already (a command, or a file).
 run_needs() {
   cat <<'LIST'
 g++ g++
@@ -31,6 +31,8 @@ clang-format clang-format
 libgtest-dev gtest/gtest.h
 libjpeg-dev jpeglib.h
 libgmock-dev gmock/gmock.h
+unicode-data /usr/share/unicode/CaseFolding.txt
+bzip2 bzip2
 python3 python3
 binutils nm
 LIST
@@ -59,9 +61,10 @@ sanitizer_needs() {
   echo "libclang-rt-$version-dev sanitizer"
 }
 
-# A sign is a header file, a command, or "sanitizer".
+# A sign is a header file, another file by its whole path, a command, or "sanitizer".
 has() {
   case $1 in
+    /*) [ -e "$1" ] ;;
     sanitizer) echo 'int main() {}' | clang++ -x c++ - -fsanitize=address,undefined -o /dev/null 2>/dev/null ;;
     *.h|*.hpp) [ -e "/usr/include/$1" ] || [ -e "/usr/local/include/$1" ] || [ -e "/opt/homebrew/include/$1" ] ;;
     *) command -v "$1" >/dev/null 2>&1 ;;

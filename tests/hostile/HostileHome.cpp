@@ -24,11 +24,4 @@ Outcome HostileHome::LoadFile() const {
   return outcome;
 }
 
-std::string Repeated(std::string_view text, std::size_t count) {
-  std::string result;
-  result.reserve(text.size() * count);
-  while (count-- > 0) result += text;
-  return result;
-}
-
 }  // namespace tavrel::test

@@ -30,7 +30,4 @@ class HostileHome {
   TemporaryHome home_;
 };
 
-// The text `count` times.
-[[nodiscard]] std::string Repeated(std::string_view text, std::size_t count);
-
 }  // namespace tavrel::test

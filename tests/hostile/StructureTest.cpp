@@ -4,6 +4,7 @@
 
 #include "tests/hostile/HostileHome.h"
 #include "tests/support/LibraryTexts.h"
+#include "tests/support/Texts.h"
 
 using namespace tavrel::test;
 using testing::ElementsAre;

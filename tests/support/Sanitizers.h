@@ -1,20 +1,24 @@
-// How much of a randomised test to run: sanitizers make every step many times slower.
+// Whether sanitizers watch this build: they make every step many times slower, and some rules cannot be
+// tested under them.
 #pragma once
+
+#if defined(__SANITIZE_ADDRESS__)
+#define TAVREL_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
+#define TAVREL_SANITIZED 1
+#endif
+#endif
+#ifndef TAVREL_SANITIZED
+#define TAVREL_SANITIZED 0
+#endif
 
 namespace tavrel::test {
 
-#if defined(__SANITIZE_ADDRESS__)
-inline constexpr bool kSanitized = true;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(memory_sanitizer)
-inline constexpr bool kSanitized = true;
-#else
-inline constexpr bool kSanitized = false;
-#endif
-#else
-inline constexpr bool kSanitized = false;
-#endif
+// For tests that sanitizers leave without a meaning: `#if !TAVREL_SANITIZED` takes them out of the build.
+inline constexpr bool kSanitized = TAVREL_SANITIZED != 0;
 
+// How much of a randomised test to run.
 [[nodiscard]] constexpr int Rounds(int count) {
   return kSanitized ? count / 8 : count;
 }

@@ -14,23 +14,6 @@ std::string WithPath(const std::string& folder) {
 
 }  // namespace
 
-ScopedVariable::ScopedVariable(const char* name, const char* value)
-    : name_(name), wasSet_(getenv(name) != nullptr), former_(wasSet_ ? getenv(name) : "") {
-  if (value != nullptr) {
-    setenv(name, value, 1);
-  } else {
-    unsetenv(name);
-  }
-}
-
-ScopedVariable::~ScopedVariable() {
-  if (wasSet_) {
-    setenv(name_, former_.c_str(), 1);
-  } else {
-    unsetenv(name_);
-  }
-}
-
 void WriteProgram(const std::string& path, std::string_view body) {
   std::filesystem::create_directories(std::filesystem::path(path).parent_path());
   std::ofstream(path, std::ios::binary) << "#!/bin/sh\n" << body;

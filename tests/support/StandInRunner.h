@@ -4,23 +4,10 @@
 #include <string>
 #include <string_view>
 
+#include "tests/support/ScopedVariable.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tavrel::test {
-
-// Sets an environment variable, or takes it out, and puts it back at the end.
-class ScopedVariable {
- public:
-  ScopedVariable(const char* name, const char* value);  // null takes it out
-  ScopedVariable(const ScopedVariable&) = delete;
-  ScopedVariable& operator=(const ScopedVariable&) = delete;
-  ~ScopedVariable();
-
- private:
-  const char* name_;
-  bool wasSet_;
-  std::string former_;
-};
 
 // Writes an executable shell script of that body, with the folders above it.
 void WriteProgram(const std::string& path, std::string_view body);

@@ -15,6 +15,7 @@ namespace tavrel::test {
 
 [[nodiscard]] inline std::string Repeated(std::string_view text, std::size_t count) {
   std::string result;
+  result.reserve(text.size() * count);
   while (count-- > 0) result += text;
   return result;
 }

@@ -18,10 +18,9 @@ namespace {
 class Base64Program : public testing::Test {
  protected:
   void SetUp() override {
-    if (!Run("base64 --version > version") ||
-        Contents("version").find("GNU") == std::string::npos) {
-      GTEST_SKIP() << "there is no base64 program of the GNU kind";
-    }
+    ASSERT_TRUE(Run("base64 --version > version") &&
+                Contents("version").find("GNU") != std::string::npos)
+        << "there is no base64 program of the GNU kind";
   }
 
   // Runs a command of the shell inside the test's folder.

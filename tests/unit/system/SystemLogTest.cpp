@@ -11,40 +11,16 @@
 
 #include "system/Memory.h"
 #include "system/SystemLog.h"
+#include "tests/support/CapturedStderr.h"
 
 namespace faults = tavrel::system::faults;
 using tavrel::system::Log;
+using tavrel::test::CapturedStderr;
 
 namespace {
 
-// What is written to standard error while this lives goes to a file of its own.
-class CapturedError {
- public:
-  CapturedError() : file_(std::tmpfile()), saved_(dup(STDERR_FILENO)) {
-    dup2(fileno(file_), STDERR_FILENO);
-  }
-  CapturedError(const CapturedError&) = delete;
-  CapturedError& operator=(const CapturedError&) = delete;
-  ~CapturedError() {
-    dup2(saved_, STDERR_FILENO);
-    close(saved_);
-    std::fclose(file_);
-  }
-
-  [[nodiscard]] std::string Text() const {
-    std::string text(1 << 20, '\0');
-    const ssize_t length = pread(fileno(file_), text.data(), text.size(), 0);
-    text.resize(length < 0 ? 0 : static_cast<std::size_t>(length));
-    return text;
-  }
-
- private:
-  std::FILE* file_;
-  int saved_;
-};
-
 std::string Logged(std::initializer_list<std::string_view> pieces) {
-  const CapturedError error;
+  const CapturedStderr error;
   Log(pieces);
   return error.Text();
 }
@@ -149,7 +125,7 @@ TEST(SystemLog, WritesLongTextsWhole) {
 }
 
 TEST(SystemLog, WritesALineForEachMessage) {
-  const CapturedError error;
+  const CapturedStderr error;
   Log({"first"});
   Log({"second"});
   const std::string text = error.Text();
@@ -159,7 +135,7 @@ TEST(SystemLog, WritesALineForEachMessage) {
 }
 
 TEST(SystemLog, KeepsErrnoAndNeedsNoMemory) {
-  const CapturedError error;
+  const CapturedStderr error;
   errno = 77;
   faults::FailAfter(0, false);
   Log({"text"});

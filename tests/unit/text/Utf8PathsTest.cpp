@@ -67,7 +67,7 @@ void ForEachSequence(std::size_t length, Function function) {
 class Utf8Paths : public testing::TestWithParam<InstructionSet> {
  protected:
   void SetUp() override {
-    if (!tavrel::system::IsSupported(GetParam())) GTEST_SKIP() << "not on this processor";
+    if (!tavrel::system::IsSupported(GetParam())) GTEST_SKIP() << "this processor lacks the set";
   }
 
   [[nodiscard]] static bool Agrees(const char* text, std::size_t length) {

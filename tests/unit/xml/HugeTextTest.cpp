@@ -69,10 +69,9 @@ class MemoryLimit {
 }  // namespace
 
 TEST(HugeText, IsParsedBeyondFourGigabytes) {
-  if (tavrel::test::kSanitized) GTEST_SKIP() << "the sanitizer looks at every byte more than once";
   const MemoryLimit limit(rlim_t{6} << 30);
   const LongText huge;
-  if (huge.text() == nullptr) GTEST_SKIP() << "the address space is too small";
+  ASSERT_NE(huge.text(), nullptr) << "the address space is too small";
   const std::string ending = "<a>1</a><b>2</b><c/></r><k>v</k><k>v</k>";
   char* end = huge.text() + LongText::kBytes - 1;
   std::memcpy(huge.text(), "<r>", 3);

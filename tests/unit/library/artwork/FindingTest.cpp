@@ -1,7 +1,6 @@
 // Finding a song's cache file, against what trying every name finds.
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 
 #include "agent/Exports.h"
 #include "agent/Lifecycle.h"
@@ -87,48 +86,6 @@ TEST_F(ArtworkFinding, WhatTheCatalogueGainsIsFound) {
     CreateArtworkArray();
     EXPECT_NE(FindArtworkFile(*CurrentLibrary(), ids), nullptr);
   }
-}
-
-// A catalogue of `count` files that are not there: finding looks at names only.
-class ImaginaryCatalogue {
- public:
-  explicit ImaginaryCatalogue(std::size_t count) {
-    home_.WriteLibrary({});
-    home_.Load();
-    g_pGlobal->artworkFiles =
-        static_cast<ArtworkFileEntry**>(std::calloc(count, sizeof(ArtworkFileEntry*)));
-    for (std::size_t i = 0; i < count; ++i) {
-      const std::string path = "/" + CacheName(TrackId(i * 7919)) + ".itc2";
-      auto* entry = static_cast<ArtworkFileEntry*>(std::calloc(1, sizeof(ArtworkFileEntry)));
-      entry->path = strdup(path.c_str());
-      g_pGlobal->artworkFiles[i] = entry;
-    }
-    g_pGlobal->artworkFileCapacity = static_cast<std::int32_t>(count);
-    g_pGlobal->artworkFileCount = static_cast<std::int32_t>(count);
-  }
-
- private:
-  ArtworkHome home_;
-};
-
-// Processor time of finding each of `count` files, the index included.
-double Seconds(std::size_t count) {
-  const ImaginaryCatalogue catalogue(count);
-  ArtworkIds ids;
-  PersistentId2Buf(std::string(kLibraryId).c_str(), ids.data());
-  const std::clock_t start = std::clock();
-  for (std::size_t i = 0; i < count; ++i) {
-    PersistentId2Buf(TrackId(i * 7919).c_str(), ids.data() + 8);
-    EXPECT_EQ(FindArtworkFile(*CurrentLibrary(), ids), g_pGlobal->artworkFiles[i]->path);
-  }
-  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-TEST(ArtworkFindingCost, IsLinearInTheNumberOfSongsAndFiles) {
-  double small = 1e9;
-  for (int round = 0; round < 5; ++round) small = std::min(small, Seconds(8000));
-  const double large = Seconds(64000);
-  EXPECT_LT(large, small * 8 * 3.5) << "for 8 times as many";
 }
 
 }  // namespace

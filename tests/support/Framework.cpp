@@ -1,1 +1,0 @@
-// Nothing stands here: the headers of the test framework are precompiled with it.

@@ -1,0 +1,29 @@
+// The main function of the test programs. A test may be skipped for what this processor lacks, and for
+// nothing else: everything else that is missing is a failure.
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+class SkipWatch : public testing::EmptyTestEventListener {
+  void OnTestEnd(const testing::TestInfo& test) override {
+    const testing::TestResult& result = *test.result();
+    for (int i = 0; i < result.total_part_count(); ++i) {
+      const testing::TestPartResult& part = result.GetTestPartResult(i);
+      if (!part.skipped()) continue;
+      const std::string_view reason = part.message();
+      if (reason.find("this processor lacks ") != std::string_view::npos) continue;
+      ADD_FAILURE() << "a test was skipped, though not for what this processor lacks: " << reason;
+      return;
+    }
+  }
+};
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  testing::InitGoogleMock(&count, arguments);
+  testing::UnitTest::GetInstance()->listeners().Append(new SkipWatch);
+  return RUN_ALL_TESTS();
+}
