@@ -114,6 +114,11 @@ class Words(unittest.TestCase):
                 self.assertEqual(self.heard(path, words + "\n"), 1, words)
         self.assertEqual(self.heard("docs/a.md", "a special, specific and original text in /usr/lib/work/x\n"), 0)
 
+    def test_a_test_that_asks_a_clock_is_heard(self):
+        self.assertEqual(self.heard("tests/unit/T.cpp", "auto a = std::chrono::steady_clock::now();\n"), 1)
+        self.assertEqual(self.heard("tests/unit/T.cpp", "long a = std::clock();\n"), 1)
+        self.assertEqual(self.heard("bench/B.cpp", "auto a = std::chrono::steady_clock::now();\n"), 0)
+
     def test_a_torn_comment_is_heard(self):
         long = "// - every character outside the alphabet is skipped, but a character elsewhere makes"
         self.assertEqual(self.heard("xml/A.h", f"{long}\n// the\n// result empty\n"), 1)
