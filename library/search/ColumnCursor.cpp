@@ -7,12 +7,6 @@
 namespace tavrel {
 namespace {
 
-// Decoding once more, with no room for the result, writes the line.
-void LogFault(const char* source) noexcept {
-  char none = 0;
-  (void)DecodeXmlText(&none, source, 0);
-}
-
 // The run that holds the byte at `place`, which is not before the first one's text. It is mostly near:
 // steps that double find a stretch, in which it is searched for by halves.
 std::size_t RunAt(std::span<const TextRun> runs, std::size_t place) noexcept {
@@ -36,13 +30,13 @@ ColumnCursor::ColumnCursor(const text::FoldedTexts& texts, const SearchColumn& c
   NoteEvent();
 }
 
-bool ColumnCursor::Test(std::uint32_t track) const noexcept {
-  if (!faulty_.empty() && faulty_.front().firstTrack <= track) LogFault(faulty_.front().source);
-  return runs_.front().firstTrack <= track;
+// Decoding once more, with no room for the result, writes the line.
+void ColumnCursor::LogFault() const noexcept {
+  char none = 0;
+  (void)DecodeXmlText(&none, faulty_.front().source, 0);
 }
 
-void ColumnCursor::MoveTo(std::uint32_t track) noexcept {
-  if (track < eventEnd_) return;
+void ColumnCursor::LeaveEvent(std::uint32_t track) noexcept {
   if (!faulty_.empty() && faulty_.front().endTrack <= track) faulty_ = faulty_.subspan(1);
   if (runs_.size() > 1 && runs_[1].firstTrack <= track) {
     runs_ = runs_.subspan(1);

@@ -25,13 +25,24 @@ class ColumnCursor {
   // The first event, from the present track on or before it; the number of tracks when there is none.
   [[nodiscard]] std::uint32_t event() const noexcept { return event_; }
 
+  // Asked for every event of every column: the usual answers are given without a call.
+
   // Whether the text of `track`, to which the cursor has come, matches; logs its faults.
-  [[nodiscard]] bool Test(std::uint32_t track) const noexcept;
+  [[nodiscard]] bool Test(std::uint32_t track) const noexcept {
+    if (!faulty_.empty() && faulty_.front().firstTrack <= track) [[unlikely]] {
+      LogFault();
+    }
+    return runs_.front().firstTrack <= track;
+  }
 
   // Comes to `track`, which is at most one behind the event.
-  void MoveTo(std::uint32_t track) noexcept;
+  void MoveTo(std::uint32_t track) noexcept {
+    if (track >= eventEnd_) LeaveEvent(track);
+  }
 
  private:
+  void LogFault() const noexcept;
+  void LeaveEvent(std::uint32_t track) noexcept;
   void FindMatch() noexcept;
   void NoteEvent() noexcept;
 
