@@ -12,8 +12,8 @@
 #include "bench/support/Clocks.h"
 #include "bench/support/LoadedLibrary.h"
 #include "library/playlists/PlaylistTable.h"
-#include "library/tracks/TrackProperties.h"
 #include "system/Memory.h"
+#include "tests/reference/LiteralTrackProperties.h"
 
 namespace {
 
@@ -103,7 +103,7 @@ Run RunOurs(const std::string& file) {
 Run RunTenWalks(const std::string& file) {
   const LoadedLibrary library(file);
   PlaylistRecord* songs = OpenAllSongs();
-  const Run run = RunOn(songs, tavrel::LoadTrackPropertiesPlainly);
+  const Run run = RunOn(songs, tavrel::reference::LoadTrackPropertiesLiterally);
   for (std::int32_t i = 0; i < songs->count; ++i) ReleaseTexts(songs->tracks[i]->info);
   AgentFinalizer();
   return run;

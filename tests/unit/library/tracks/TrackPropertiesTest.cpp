@@ -15,6 +15,7 @@
 #include "library/playlists/PlaylistTable.h"
 #include "library/tracks/TrackProperties.h"
 #include "system/Memory.h"
+#include "tests/reference/LiteralTrackProperties.h"
 #include "tests/support/CapturedStderr.h"
 #include "tests/support/LibraryTexts.h"
 #include "tests/support/Random.h"
@@ -69,12 +70,13 @@ struct Read {
 };
 
 // From copies of the loaded library's tracks, which are then the caller's own.
-Read ReadPlainly() {
+template <class Load>
+Read ReadWith(Load load) {
   Read read;
   const CapturedStderr log;
   for (std::int32_t i = 0; i < g_pGlobal->trackCount; ++i) {
     TrackRecord copy = *g_pGlobal->tracks[i];
-    tavrel::LoadTrackPropertiesPlainly(copy);
+    load(copy);
     read.tracks.push_back(See(copy));
     ReleaseTexts(copy.info);
   }
@@ -93,13 +95,16 @@ Read ReadInOneWalk() {
   return read;
 }
 
-// Both ways on the library file below that home folder. Result: what they read.
+// Both ways, and as the rules state it, on the library file below that home folder. Result: what they read.
 Read ReadBothWays(const std::string& home) {
   setenv("HOME", home.c_str(), 1);
   EXPECT_EQ(AgentInitializer(), 0);
-  const Read plain = ReadPlainly();
+  const Read literal = ReadWith(tavrel::reference::LoadTrackPropertiesLiterally);
+  const Read plain = ReadWith(tavrel::LoadTrackPropertiesPlainly);
   const Read quick = ReadInOneWalk();
   AgentFinalizer();
+  EXPECT_EQ(plain.log, literal.log);
+  EXPECT_EQ(plain.tracks, literal.tracks);
   EXPECT_EQ(quick.log, plain.log);
   EXPECT_EQ(quick.tracks, plain.tracks);
   return plain;
