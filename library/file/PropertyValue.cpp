@@ -13,14 +13,6 @@
 namespace tavrel {
 namespace {
 
-// Most values are neither: one look at the first letter of the element's name tells.
-std::optional<bool> BooleanOf(const char* elementName) noexcept {
-  const char initial = elementName == nullptr ? '\0' : *elementName;
-  if (initial == 't' && std::strcmp(elementName, "true") == 0) return true;
-  if (initial == 'f' && std::strcmp(elementName, "false") == 0) return false;
-  return std::nullopt;
-}
-
 bool HoldsReference(const char* source, std::size_t length) noexcept {
   return std::memchr(source, '&', length) != nullptr;
 }
@@ -75,8 +67,11 @@ char* DecodedPath(const char* source, std::size_t& length, TextMemory memory) no
 // Whatever is asked for: a boolean never yields a text, but it does set the size of one. Kept.
 const char* TextOrNumber(const TBXMLElement* element, std::int32_t& number) noexcept {
   if (element == nullptr) return nullptr;
-  if (const std::optional<bool> boolean = BooleanOf(element->name)) {
-    number = *boolean ? 1 : 0;
+  // Most values are no booleans, as the first letter of the element's name tells.
+  const char initial = element->name == nullptr ? '\0' : *element->name;
+  const bool isTrue = initial == 't' && std::strcmp(element->name, "true") == 0;
+  if (isTrue || (initial == 'f' && std::strcmp(element->name, "false") == 0)) {
+    number = isTrue ? 1 : 0;
     return nullptr;
   }
   if (element->text == nullptr) number = 0;

@@ -36,11 +36,6 @@ std::int32_t CopyPlaylistName(const PlaylistRecord* playlist, char* buffer,
   return playlist->nameSize;
 }
 
-TrackRecord* SongAt(const PlaylistRecord* playlist, std::int32_t index) noexcept {
-  if (playlist == nullptr || index < 0 || index >= playlist->count) return nullptr;
-  return playlist->tracks[index];
-}
-
 PlaylistRecord* PlaylistOfTrack(const GlobalState* state, std::int32_t trackId,
                                 std::int32_t* index) noexcept {
   const std::int32_t groupCount = state == nullptr ? 0 : state->groupCount;

@@ -18,7 +18,11 @@ namespace tavrel {
 std::int32_t CopyPlaylistName(const PlaylistRecord* playlist, char* buffer,
                               std::int32_t bufferSize) noexcept;
 
-[[nodiscard]] TrackRecord* SongAt(const PlaylistRecord* playlist, std::int32_t index) noexcept;
+[[nodiscard]] inline TrackRecord* SongAt(const PlaylistRecord* playlist,
+                                         std::int32_t index) noexcept {
+  if (playlist == nullptr || index < 0 || index >= playlist->count) return nullptr;
+  return playlist->tracks[index];
+}
 
 // The first playlist that holds a track with that ID, groups and playlists in their order.
 // index:  receives the track's position in it; untouched when there is none; may be null.

@@ -42,9 +42,12 @@ inline constexpr std::array<std::size_t, 3> kSearchedFields = {0, 2, 3};
 
 namespace detail {
 
-constexpr const char* KeyOfField(std::size_t field) noexcept {
-  return field < kTrackFields.size() ? kTrackFields[field].key : kPersistentIdKey;
-}
+inline constexpr std::array<const char*, kNoField> kKeyOfField = [] {
+  std::array<const char*, kNoField> keys{};
+  for (std::size_t i = 0; i < kTrackFields.size(); ++i) keys[i] = kTrackFields[i].key;
+  keys[kPersistentIdField] = kPersistentIdKey;
+  return keys;
+}();
 
 // The keys differ in their first two bytes, which this tells apart.
 constexpr std::size_t SlotOfKey(const char* key) noexcept {
@@ -53,11 +56,11 @@ constexpr std::size_t SlotOfKey(const char* key) noexcept {
   return (first * 6u + second) % 64;
 }
 
-constexpr std::array<std::uint8_t, 64> kFieldOfSlot = [] {
+inline constexpr std::array<std::uint8_t, 64> kFieldOfSlot = [] {
   std::array<std::uint8_t, 64> fields{};
   for (std::uint8_t& field : fields) field = kNoField;
   for (std::size_t i = 0; i < kNoField; ++i) {
-    std::uint8_t& field = fields[SlotOfKey(KeyOfField(i))];
+    std::uint8_t& field = fields[SlotOfKey(kKeyOfField[i])];
     if (field != kNoField) throw "two keys share a slot";  // then this does not compile
     field = static_cast<std::uint8_t>(i);
   }
@@ -71,7 +74,7 @@ constexpr std::array<std::uint8_t, 64> kFieldOfSlot = [] {
 [[nodiscard]] inline std::size_t FieldOfKey(const char* key) noexcept {
   if (key == nullptr || key[0] == '\0') return kNoField;
   const std::size_t field = detail::kFieldOfSlot[detail::SlotOfKey(key)];
-  if (field == kNoField || std::strcmp(key, detail::KeyOfField(field)) != 0) return kNoField;
+  if (field == kNoField || std::strcmp(key, detail::kKeyOfField[field]) != 0) return kNoField;
   return field;
 }
 

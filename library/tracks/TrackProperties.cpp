@@ -13,13 +13,13 @@ namespace tavrel {
 namespace {
 
 // The value elements of all fields: of each the first, or none.
-using FieldValues = std::array<const TBXMLElement*, kNoField + 1>;
+using FieldValues = std::array<const TBXMLElement*, kNoField>;
 
 FieldValues ValuesOf(const TBXMLElement* dict) noexcept {
   FieldValues values = {};
   for (const auto [key, value] : Pairs(dict)) {
-    const TBXMLElement*& place = values[FieldOfKey(key->text)];
-    if (place == nullptr) place = value;
+    const std::size_t field = FieldOfKey(key->text);
+    if (field != kNoField && values[field] == nullptr) values[field] = value;
   }
   return values;
 }
@@ -44,6 +44,7 @@ void LoadTrackProperties(TrackRecord& track, LibraryState* loaded) noexcept {
   const FieldValues values = ValuesOf(track.pendingDict);
   const TextMemory memory(loaded->trackTexts);
   for (std::size_t i = 0; i < kTrackFields.size(); ++i) {
+    if (values[i] == nullptr) continue;
     const TrackField& field = kTrackFields[i];
     char** text = field.text == nullptr ? nullptr : &(track.info.*field.text);
     ReadValue(values[i], text, &(track.info.*field.number), field.flags, memory);
