@@ -161,8 +161,8 @@ std::int32_t GetSongCountImp(const PlaylistRecord* playlist) noexcept {
 }
 
 std::int32_t GetSongInfoImp(PlaylistRecord* playlist, std::int32_t index, SongInfo* info) noexcept {
-  TrackRecord* track = tavrel::SongAt(playlist, index);
-  if (track == nullptr || info == nullptr) return 0;
+  TrackRecord* track = info == nullptr ? nullptr : tavrel::SongAt(playlist, index);
+  if (track == nullptr) return 0;
   if (track->pendingDict != nullptr) tavrel::LoadTrackProperties(*track, tavrel::loadedState);
   return tavrel::CopySongInfo(track->info, *info);
 }

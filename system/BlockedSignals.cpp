@@ -1,5 +1,7 @@
 #include "system/BlockedSignals.h"
 
+#include <time.h>
+
 namespace tavrel::system {
 namespace {
 
@@ -46,9 +48,16 @@ NoPipeSignal::NoPipeSignal() noexcept : waitedBefore_(PipeSignalWaits()) {
 }
 
 NoPipeSignal::~NoPipeSignal() {
-  const sigset_t pipe = OnlyPipeSignal();
-  int taken = 0;
-  if (!waitedBefore_ && PipeSignalWaits()) sigwait(&pipe, &taken);
+  if (isBroken_ && !waitedBefore_ && PipeSignalWaits()) {
+    const sigset_t pipe = OnlyPipeSignal();
+#if defined(__linux__)
+    constexpr timespec kAtOnce{};
+    sigtimedwait(&pipe, nullptr, &kAtOnce);
+#else
+    int taken = 0;
+    sigwait(&pipe, &taken);
+#endif
+  }
   pthread_sigmask(SIG_SETMASK, &former_, nullptr);
 }
 

@@ -35,9 +35,14 @@ class NoPipeSignal {
   NoPipeSignal& operator=(const NoPipeSignal&) = delete;
   ~NoPipeSignal();
 
+  // To be told of a write that failed with EPIPE: only then is there a signal to take away. One that
+  // another process has sent meanwhile stays.
+  void NoteBrokenPipe() noexcept { isBroken_ = true; }
+
  private:
   sigset_t former_;
   bool waitedBefore_;
+  bool isBroken_ = false;
 };
 
 }  // namespace tavrel::system

@@ -8,9 +8,10 @@
 namespace tavrel::system {
 
 // The path of the runner: /usr/bin/osascript on macOS, elsewhere the first executable file of that
-// name in the folders of $PATH; none when there is none. An element of $PATH that is no absolute path
-// is passed over, the empty one too, which shells take for the current folder: the host may stand in
-// any folder. In a program that runs with other rights than its caller's, $PATH is not followed. May throw std::bad_alloc.
+// name in the folders of $PATH; none when there is none. An element of $PATH that is no absolute path is
+// passed over, the empty one too, which shells take for the current folder: the host may stand in any
+// folder. In a program that runs with other rights than its caller's, $PATH is not followed. May throw
+// std::bad_alloc.
 [[nodiscard]] std::optional<std::string> FindScriptRunner();
 
 // Runs a script and waits until the runner has ended. False when there is no runner, when it cannot

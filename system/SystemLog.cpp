@@ -38,11 +38,16 @@ std::string_view Heading(char* buffer, std::size_t size) noexcept {
   return {buffer, std::min(static_cast<std::size_t>(std::max(length, 0)), size - 1)};
 }
 
+// A host whose standard error nobody reads lives on.
 void WriteAll(iovec* parts, std::size_t count) noexcept {
+  NoPipeSignal noPipeSignal;
   while (count > 0) {
     const ssize_t written =
         Uninterrupted([&] { return writev(STDERR_FILENO, parts, static_cast<int>(count)); });
-    if (written < 0) return;  // there is nowhere to report it
+    if (written < 0) {  // there is nowhere to report it
+      if (errno == EPIPE) noPipeSignal.NoteBrokenPipe();
+      return;
+    }
     auto rest = static_cast<std::size_t>(written);
     while (count > 0 && rest >= parts->iov_len) {
       rest -= parts->iov_len;
@@ -75,7 +80,6 @@ void Log(std::initializer_list<std::string_view> pieces) noexcept {
     last = piece;
   }
   if (!last.ends_with('\n')) add("\n");
-  const NoPipeSignal noPipeSignal;  // a host whose standard error nobody reads lives on
   WriteAll(parts, count);
   errno = savedError;
 }
