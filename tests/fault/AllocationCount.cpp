@@ -5,7 +5,11 @@
 #include <cstdlib>
 #include <ostream>
 
+#include "tests/fault/FaultPlan.h"
+
+using tavrel::test::CallKind;
 using tavrel::test::HeldMemory;
+using tavrel::test::NextCallFails;
 
 namespace {
 
@@ -43,18 +47,21 @@ void* __wrap_mmap(void* address, std::size_t bytes, int protection, int flags, i
 int __wrap_munmap(void* address, std::size_t bytes);
 
 void* __wrap_malloc(std::size_t bytes) {
+  if (NextCallFails(CallKind::Memory)) return nullptr;
   void* block = __real_malloc(bytes);
   held.blocks += block != nullptr ? 1 : 0;
   return block;
 }
 
 void* __wrap_calloc(std::size_t count, std::size_t bytes) {
+  if (NextCallFails(CallKind::Memory)) return nullptr;
   void* block = __real_calloc(count, bytes);
   held.blocks += block != nullptr ? 1 : 0;
   return block;
 }
 
 void* __wrap_realloc(void* block, std::size_t bytes) {
+  if (NextCallFails(CallKind::Memory)) return nullptr;
   void* grown = __real_realloc(block, bytes);
   held.blocks += block == nullptr && grown != nullptr ? 1 : 0;
   return grown;
@@ -66,6 +73,7 @@ void __wrap_free(void* block) {
 }
 
 void* __wrap_mmap(void* address, std::size_t bytes, int protection, int flags, int file, off_t at) {
+  if (NextCallFails(CallKind::Memory)) return MAP_FAILED;
   void* pages = __real_mmap(address, bytes, protection, flags, file, at);
   if (pages != MAP_FAILED) held.mappedBytes += static_cast<std::ptrdiff_t>(bytes);
   return pages;

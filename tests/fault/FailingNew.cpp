@@ -5,10 +5,8 @@
 
 namespace {
 
-constinit int depth = 0;
-
 void* NewBlock(std::size_t bytes, std::size_t alignment) noexcept {
-  if (depth > 0 && !tavrel::system::AllocationAllowed()) return nullptr;
+  if (tavrel::test::IsInsideLibrary() && !tavrel::system::AllocationAllowed()) return nullptr;
   // No type of the library asks for more alignment than malloc gives.
   if (alignment > alignof(std::max_align_t)) std::abort();
   return std::malloc(bytes == 0 ? 1 : bytes);
@@ -23,18 +21,6 @@ void* NewBlockOrThrow(std::size_t bytes, std::size_t alignment) {
 constexpr std::size_t kUsual = alignof(std::max_align_t);
 
 }  // namespace
-
-namespace tavrel::test {
-
-InsideLibrary::InsideLibrary() noexcept {
-  ++depth;
-}
-
-InsideLibrary::~InsideLibrary() {
-  --depth;
-}
-
-}  // namespace tavrel::test
 
 void* operator new(std::size_t bytes) {
   return NewBlockOrThrow(bytes, kUsual);

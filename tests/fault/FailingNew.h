@@ -6,23 +6,9 @@
 
 #include "system/Memory.h"
 #include "tests/fault/AllocationCount.h"
+#include "tests/fault/InsideLibrary.h"
 
 namespace tavrel::test {
-
-// While one of these exists, what runs is the library.
-class InsideLibrary {
- public:
-  InsideLibrary() noexcept;
-  InsideLibrary(const InsideLibrary&) = delete;
-  InsideLibrary& operator=(const InsideLibrary&) = delete;
-  ~InsideLibrary();
-};
-
-template <class Call>
-auto Inside(Call call) {
-  const InsideLibrary inside;
-  return call();
-}
 
 // Prepares, and runs the steps with the n-th allocation failing, for every n until none is left to
 // fail: that one alone, and then all later ones as well. After each run as much memory must be held

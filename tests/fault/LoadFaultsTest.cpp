@@ -4,9 +4,11 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <cerrno>
 
 #include "agent/Exports.h"
 #include "tests/fault/FailingNew.h"
+#include "tests/fault/FaultPlan.h"
 #include "tests/fault/StateCheck.h"
 #include "tests/support/CapturedStderr.h"
 #include "tests/support/LibraryTexts.h"
@@ -105,22 +107,52 @@ INSTANTIATE_TEST_SUITE_P(Of, LoadFaultsOn, testing::Values(&SmallLibraryText, &L
                            return parameter.index == 0 ? "ASmallLibrary" : "ALargerLibrary";
                          });
 
+namespace {
+
 // So large that its buffer and its records are mapped from the system.
-TEST(HugeLibraryFaults, LeaveASmallerLibraryThatCanBeUnloaded) {
-  const TemporaryHome home;
-  std::string tracks;
-  for (int id = 1; id <= 12000; ++id) tracks += Track(id, IntegerPair("Total Time", 1));
-  home.WriteLibrary(LibraryText({tracks, Playlist(TextPair("Name", "p"), {1, 12000})}));
-  setenv("HOME", home.path().c_str(), 1);
-  const CapturedStderr log;
-  std::int32_t most = 0;
-  WithEachAllocationFailing(20, [&most] {
+class HugeLibraryFaults : public testing::Test {
+ protected:
+  static constexpr std::int32_t kSongs = 12000;
+
+  HugeLibraryFaults() {
+    std::string tracks;
+    for (int id = 1; id <= kSongs; ++id) tracks += Track(id, IntegerPair("Total Time", 1));
+    home_.WriteLibrary(LibraryText({tracks, Playlist(TextPair("Name", "p"), {1, kSongs})}));
+    setenv("HOME", home_.path().c_str(), 1);
+  }
+
+  void LoadAndUnload() {
     Load();
     ExpectConsistentState();
-    most = std::max(most, kLinkedFunctions.getSongCount(kLinkedFunctions.openAllSongs()));
+    most_ = std::max(most_, kLinkedFunctions.getSongCount(kLinkedFunctions.openAllSongs()));
     Unload();
-  });
-  EXPECT_EQ(most, 12000);
+  }
+
+  const TemporaryHome home_;
+  const CapturedStderr log_;
+  std::int32_t most_ = 0;
+};
+
+}  // namespace
+
+TEST_F(HugeLibraryFaults, LeaveASmallerLibraryThatCanBeUnloaded) {
+  WithEachAllocationFailing(20, [this] { LoadAndUnload(); });
+  EXPECT_EQ(most_, kSongs);
+}
+
+TEST_F(HugeLibraryFaults, OfMappingsLeaveASmallerLibraryThatCanBeUnloaded) {
+  for (const bool once : {true, false}) {
+    std::int64_t met = 1;
+    for (std::int64_t n = 0; met > 0; ++n) {
+      const HeldMemory held = Held();
+      BeginFaults({CallKind::Memory, n, once, ENOMEM});
+      LoadAndUnload();
+      EndFaults();
+      met = FaultsMet();
+      EXPECT_EQ(Held(), held) << n;
+    }
+    EXPECT_EQ(most_, kSongs);
+  }
 }
 
 TEST(LoadFaults, OfTheGlobalRecordLeaveNothing) {
