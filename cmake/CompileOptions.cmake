@@ -26,6 +26,14 @@ if(NOT TAVREL_SANITIZE)
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
 
+# tavrel_optimise_little(SOURCES...): for the few files of the current folder that hold a large library of
+# templates and never the time that matters, reading arguments for instance. They take half as long to
+# compile, or less. (FORTIFY needs the first level.)
+function(tavrel_optimise_little)
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS
+    $<$<NOT:$<CONFIG:Debug>>:$<IF:$<BOOL:${TAVREL_SANITIZE}>,-O0,-O1>>)
+endfunction()
+
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel_options INTERFACE
     -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer

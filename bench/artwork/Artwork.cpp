@@ -9,7 +9,6 @@
 #include <stdlib.h>
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <stdexcept>
@@ -173,12 +172,11 @@ void Measure(int songs, std::uint32_t rounds, Report& report) {
 
 int main(int argc, char** argv) {
   using namespace tavrel::bench;
-  int songs = 100000;
+  std::uint32_t songs = 100000;
   Benchmark benchmark("artwork", "Measures the artwork functions.", 5);
-  benchmark.app()
-      .add_option("--songs", songs, "Songs and cache files of the largest library")
-      ->check(CLI::Range(1600, 1000000))
-      ->capture_default_str();
-  return benchmark.Run(argc, argv,
-                       [&](Report& report) { Measure(songs, benchmark.rounds(), report); });
+  benchmark.arguments().Number("--songs", songs, "Songs and cache files of the largest library",
+                               1600, 1000000);
+  return benchmark.Run(argc, argv, [&](Report& report) {
+    Measure(static_cast<int>(songs), benchmark.rounds(), report);
+  });
 }

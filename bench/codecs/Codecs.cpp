@@ -2,7 +2,6 @@
 #include <fmt/format.h>
 #include <zlib.h>
 
-#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -27,7 +26,7 @@ constexpr char kFooter[] =
     "  generate_library --tracks 42000 -o library.xml && codecs library.xml";
 
 struct Options {
-  std::size_t megabytes = 64;
+  std::uint64_t megabytes = 64;
   std::string file;
 };
 
@@ -52,10 +51,8 @@ int main(int argc, char** argv) {
                       "Measures base64 and gzip beside OpenSSL, zlib and the gzip program.", 15);
   benchmark.Explain(kFooter);
   benchmark.Take(options.file);
-  benchmark.app()
-      .add_option("--megabytes", options.megabytes, "Random bytes for base64")
-      ->check(CLI::Range(1, 1024))
-      ->capture_default_str();
+  benchmark.arguments().Number("--megabytes", options.megabytes, "Random bytes for base64", 1,
+                               1024);
   return benchmark.Run(argc, argv,
                        [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

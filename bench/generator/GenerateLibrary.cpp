@@ -1,18 +1,15 @@
 // generate_library: writes a library file of any size, the same one for the same arguments.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
-#include <charconv>
 #include <cstdint>
 #include <cstdio>
 #include <string>
-#include <system_error>
 
 #include "bench/generator/GeneratedPlaylists.h"
 #include "bench/generator/GeneratedTracks.h"
 #include "bench/generator/OutputFile.h"
 #include "bench/generator/PlistWriter.h"
-#include "bench/report/RunProgram.h"
+#include "bench/report/Arguments.h"
 #include "bench/support/Clocks.h"
 #include "bench/support/Random.h"
 
@@ -38,18 +35,6 @@ struct Options {
   std::uint64_t seed = 1;
   std::string path;
 };
-
-// CLI11 itself takes "-1" for the largest number there is, and what is too large as well.
-CLI::Validator WholeNumber() {
-  const auto check = [](const std::string& text) -> std::string {
-    std::uint64_t number = 0;
-    const char* end = text.data() + text.size();
-    const std::from_chars_result parsed = std::from_chars(text.data(), end, number);
-    const bool whole = parsed.ec == std::errc() && parsed.ptr == end;
-    return whole ? "" : "\"" + text + "\" is not a whole number below 2^64";
-  };
-  return CLI::Validator(check, "");
-}
 
 void WriteLibraryHead(PlistWriter& writer, std::uint64_t seed) {
   writer.Integer("Major Version", 1);
@@ -81,15 +66,13 @@ void Generate(const Options& options) {
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app("Writes a library file in the layout of iTunes, filled with made-up music.",
-               "generate_library");
-  app.footer(kFooter);
-  app.add_option("--tracks", options.tracks, "Number of tracks")
-      ->required()
-      ->check(CLI::Range(std::uint32_t{0}, kMostTracks));
-  app.add_option("--seed", options.seed, "Another number gives another library")
-      ->check(WholeNumber())
-      ->capture_default_str();
-  app.add_option("-o,--output", options.path, "File to write; - is standard output")->required();
-  return RunProgram(app, argc, argv, [&] { Generate(options); });
+  Arguments arguments("generate_library",
+                      "Writes a library file in the layout of iTunes, filled with made-up music.");
+  arguments.Explain(kFooter);
+  arguments.Number("--tracks", options.tracks, "Number of tracks", 0, kMostTracks);
+  arguments.Require();
+  arguments.Number("--seed", options.seed, "Another number gives another library");
+  arguments.Text("-o,--output", options.path, "File to write; - is standard output");
+  arguments.Require();
+  return arguments.Run(argc, argv, [&] { Generate(options); });
 }

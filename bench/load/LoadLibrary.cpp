@@ -1,6 +1,5 @@
 // load_library: measures how long the library takes to load library files, as a host sees it,
 // beside the parsers that others use.
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <string>
@@ -97,16 +96,13 @@ int main(int argc, char** argv) {
   Benchmark benchmark("load_library", "Measures loading and unloading library files.", 9);
   benchmark.Explain(kFooter);
   benchmark.Take(options.files);
-  CLI::App& app = benchmark.app();
-  app.add_option("--peer-rounds", options.slowRounds, "The same for peers that take over a second")
-      ->check(CLI::Range(1, 10000))
-      ->capture_default_str();
-  app.add_option("--peers", options.peers,
-                 "all; largest (libxml2, libplist and plistlib with the largest file only); fast "
-                 "(without those); none")
-      ->check(CLI::IsMember({"all", "largest", "fast", "none"}))
-      ->capture_default_str();
-  app.add_option("--library", options.library, "Shared library to load")->capture_default_str();
+  Arguments& arguments = benchmark.arguments();
+  arguments.Number("--peer-rounds", options.slowRounds,
+                   "The same for peers that take over a second", 1, 10000);
+  arguments.OneOf("--peers", options.peers, {"all", "largest", "fast", "none"},
+                  "all; largest (libxml2, libplist and plistlib with the largest file only); fast "
+                  "(without those); none");
+  arguments.Text("--library", options.library, "Shared library to load");
   return benchmark.Run(argc, argv,
                        [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

@@ -3,15 +3,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/report/Arguments.h"
 #include "bench/report/Report.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tavrel::bench {
 
@@ -19,26 +15,23 @@ class Benchmark {
  public:
   // A program with the options --rounds and --json. rounds: how many, unless the option says otherwise.
   Benchmark(const std::string& name, const std::string& purpose, std::uint32_t rounds);
-  ~Benchmark();
-  Benchmark(const Benchmark&) = delete;
-  Benchmark& operator=(const Benchmark&) = delete;
 
   // What --help says last.
-  void Explain(const std::string& text);
+  void Explain(const std::string& text) { arguments_.Explain(text); }
   // The arguments without a name are files, which must be there.
-  void Take(std::string& file);
-  void Take(std::vector<std::string>& files);
+  void Take(std::string& file) { arguments_.File("FILE", file, "Library file"); }
+  void Take(std::vector<std::string>& files) { arguments_.Files("FILE", files, "Library files"); }
   // For options of its own.
-  [[nodiscard]] CLI::App& app() { return *app_; }
+  [[nodiscard]] Arguments& arguments() { return arguments_; }
 
   [[nodiscard]] std::uint32_t rounds() const { return rounds_; }
 
   // Reads the arguments and calls `measure` with a report that begins with what is known of the
-  // machine; prints its targets and writes its file. Result: the exit code, as of RunProgram.
+  // machine; prints its targets and writes its file. Result: the exit code, as of Arguments::Run.
   int Run(int argc, char** argv, const std::function<void(Report&)>& measure);
 
  private:
-  std::unique_ptr<CLI::App> app_;
+  Arguments arguments_;
   std::uint32_t rounds_;
   std::string jsonFile_;
 };

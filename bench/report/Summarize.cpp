@@ -1,7 +1,6 @@
 // summarize: puts the reports of all benchmarks together, and ends with a line for each target.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
@@ -10,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "bench/report/RunProgram.h"
+#include "bench/report/Arguments.h"
 #include "bench/report/Target.h"
 
 namespace {
@@ -95,11 +94,13 @@ void Summarize(const Options& options) {
 
 int main(int argc, char** argv) {
   Options options;
-  CLI::App app(
-      "Puts the JSON reports of the benchmarks together. Ends with 1 if a target is missed.",
-      "summarize");
-  app.add_option("--commit", options.commit, "What was measured")->required();
-  app.add_option("--json", options.jsonFile, "File to write")->required();
-  app.add_option("REPORT", options.reports, "Reports")->required()->check(CLI::ExistingFile);
-  return RunProgram(app, argc, argv, [&] { Summarize(options); });
+  Arguments arguments(
+      "summarize",
+      "Puts the JSON reports of the benchmarks together. Ends with 1 if a target is missed.");
+  arguments.Text("--commit", options.commit, "What was measured");
+  arguments.Require();
+  arguments.Text("--json", options.jsonFile, "File to write");
+  arguments.Require();
+  arguments.Files("REPORT", options.reports, "Reports");
+  return arguments.Run(argc, argv, [&] { Summarize(options); });
 }

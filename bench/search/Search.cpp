@@ -1,7 +1,6 @@
 // search: measures the song search beside other ways to search the same texts.
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -198,8 +197,8 @@ int main(int argc, char** argv) {
   Benchmark benchmark("search", "Measures the song search.", 9);
   benchmark.Explain(kFooter);
   benchmark.Take(options.files);
-  benchmark.app().add_option("--term", options.terms,
-                             "Terms to search for, the first a frequent one");
+  benchmark.arguments().Texts("--term", options.terms,
+                              "Terms to search for, the first a frequent one");
   return benchmark.Run(argc, argv,
                        [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }

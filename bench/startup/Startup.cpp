@@ -4,7 +4,6 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -90,9 +89,7 @@ int main(int argc, char** argv) {
   Benchmark benchmark("startup", "Measures the time from dlopen() to the first answer.", 100);
   benchmark.Explain(kFooter);
   benchmark.Take(options.file);
-  benchmark.app()
-      .add_option("--library", options.library, "Shared library to load")
-      ->capture_default_str();
+  benchmark.arguments().Text("--library", options.library, "Shared library to load");
   return benchmark.Run(argc, argv,
                        [&](Report& report) { Measure(options, benchmark.rounds(), report); });
 }
