@@ -101,13 +101,19 @@ apt_get() {
     apt-get -qq -y -o Dpkg::Use-Pty=0 -o DPkg::Lock::Timeout=120 --no-install-recommends "$@" >&2
 }
 
-# Configures and builds a preset in build/PRESET; the build's own output is shown only when it fails.
-build() {
+# Building a preset in build/PRESET; the build's own output is shown only when it fails.
+logged() {
   local preset=$1 log="$root/build/$1.log"
   shift
   mkdir -p "$root/build"
-  { (cd "$root" && cmake --preset "$preset" "$@" && cmake --build --preset "$preset"); } >"$log" 2>&1 || {
+  (cd "$root" && "$@") >"$log" 2>&1 || {
     tail -n 60 "$log" >&2
     die "The build failed; all of its output is in build/$preset.log"
   }
+}
+configure_preset() { logged "$1" cmake --preset "$@"; }
+build_targets() { logged "$1" cmake --build --preset "$1" --target "${@:2}"; }
+build() {
+  configure_preset "$@"
+  logged "$1" cmake --build --preset "$1"
 }
