@@ -3,12 +3,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "tests/host/DecodedPicture.h"
 #include "tests/host/Fixture.h"
 #include "tests/support/CacheFiles.h"
+#include "tests/support/Json.h"
 
 namespace tavrel::tests {
 namespace {
@@ -93,7 +93,7 @@ TEST_F(ArtworkCommand, EveryCoverOfTheSampleOpensInAnIndependentDecoder) {
   const Outcome outcome = Sample({"--all", "--unclaimed", "-o", Path("covers"), "--json"});
   EXPECT_EQ(outcome.exitCode, 1) << "some files of the sample are damaged";
   EXPECT_EQ(outcome.errors, "");
-  const auto summary = nlohmann::json::parse(outcome.output);
+  const test::Json summary = test::Json::Parse(outcome.output);
   EXPECT_EQ(summary["written"], 22);
   EXPECT_EQ(summary["kept"], 0);
   EXPECT_EQ(summary["damaged"].size(), 4U);
@@ -352,7 +352,7 @@ TEST_F(ArtworkCommand, ListShowsTheImages) {
   EXPECT_THAT(Lines(outcome.output), testing::ElementsAre("#  Format  Width  Height  Bytes",
                                                           "0  ARGB        2       2     16",
                                                           "1  JPEG      600     600     30"));
-  const auto list = nlohmann::json::parse(Artwork({"Music", "0", "--list", "--json"}).output);
+  const test::Json list = test::Json::Parse(Artwork({"Music", "0", "--list", "--json"}).output);
   ASSERT_EQ(list.size(), 2U);
   EXPECT_EQ(list[0]["format"], "ARGB");
   EXPECT_EQ(list[1]["size"], 30);

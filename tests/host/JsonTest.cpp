@@ -1,15 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <nlohmann/json.hpp>
-
 #include "host/output/Json.h"
 #include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
 #include "text/Utf8.h"
 
 namespace tavrel::host {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using test::Json;
 using tests::HostTest;
 using tests::Outcome;
 
@@ -20,15 +19,19 @@ TEST(Json, AMissingTextIsNull) {
 
 TEST(Json, EveryPairOfBytesGivesValidUtf8) {
   for (int first = 0; first < 256; ++first) {
+    std::vector<std::string> texts;
+    JsonArray array;
     for (int second = 0; second < 256; ++second) {
-      const std::string text{static_cast<char>(first), static_cast<char>(second)};
-      const std::string line = JsonObject{{"name", text}}.Text();
-      ASSERT_TRUE(text::IsValidUtf8(line)) << first << ' ' << second;
-      const Json parsed = Json::parse(line);
-      if (text::IsValidUtf8(text)) {
-        ASSERT_EQ(parsed["name"], text) << first << ' ' << second;
-      }
-      for (const char byte : line) ASSERT_GE(static_cast<unsigned char>(byte), 0x20);
+      texts.push_back({static_cast<char>(first), static_cast<char>(second)});
+      array.Add(texts.back());
+    }
+    const std::string line = array.Text();
+    ASSERT_TRUE(text::IsValidUtf8(line)) << first;
+    for (const char byte : line) ASSERT_GE(static_cast<unsigned char>(byte), 0x20);
+    const Json parsed = Json::Parse(line);
+    for (std::size_t second = 0; second < 256; ++second) {
+      if (!text::IsValidUtf8(texts[second])) continue;
+      ASSERT_EQ(parsed[second], texts[second]) << first << ' ' << second;
     }
   }
 }
@@ -59,17 +62,17 @@ TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
   const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
   EXPECT_EQ(songs.exitCode, 0) << songs.errors;
   EXPECT_TRUE(text::IsValidUtf8(songs.output));
-  const Json parsed = Json::parse(songs.output);
+  const Json parsed = Json::Parse(songs.output);
   ASSERT_EQ(parsed.size(), 1u);
   EXPECT_EQ(parsed[0]["name"], "caf\xEF\xBF\xBD \"\x1b\\ \xC2\x9B");
-  EXPECT_TRUE(parsed[0]["artist"].is_null());
-  EXPECT_TRUE(parsed[0]["location"].is_null());
-  EXPECT_TRUE(parsed[0]["totalTime"].is_number_integer());
+  EXPECT_TRUE(parsed[0]["artist"].IsNull());
+  EXPECT_TRUE(parsed[0]["location"].IsNull());
+  EXPECT_TRUE(parsed[0]["totalTime"].IsWhole());
   EXPECT_EQ(parsed[0]["movie"], false);
 
   const Outcome overview = Run({"--library", file, "--json"});
   EXPECT_EQ(overview.exitCode, 0) << overview.errors;
-  EXPECT_EQ(Json::parse(overview.output)["songs"], 1);
+  EXPECT_EQ(Json::Parse(overview.output)["songs"], 1);
 }
 
 TEST_F(JsonOutput, AListWithoutElementsIsAnEmptyArray) {
@@ -88,8 +91,7 @@ TEST_F(JsonOutput, APathThatIsNotUtf8IsShownAllTheSame) {
   const Outcome overview = Run({"--library", file, "--json"});
   EXPECT_EQ(overview.exitCode, 0) << overview.errors;
   EXPECT_TRUE(text::IsValidUtf8(overview.output));
-  EXPECT_TRUE(
-      Json::parse(overview.output)["library"].get<std::string>().ends_with("caf\uFFFD.xml"));
+  EXPECT_TRUE(Json::Parse(overview.output)["library"].Text().ends_with("caf\uFFFD.xml"));
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
 
 namespace tavrel::tests {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using test::Json;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -41,7 +40,7 @@ std::string MakeLibrary() {
 
 std::vector<std::string> Names(const Json& list) {
   std::vector<std::string> names;
-  for (const Json& entry : list) names.push_back(entry["name"]);
+  for (const Json& entry : list.Values()) names.push_back(entry["name"].Text());
   return names;
 }
 
@@ -50,7 +49,7 @@ class Overview : public HostTest {
   Json ReadJson(const std::string& library) const {
     const Outcome outcome = Run({"--library", Write("library.xml", library), "--json"});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-    return Json::parse(outcome.output);
+    return Json::Parse(outcome.output);
   }
 };
 
@@ -60,7 +59,7 @@ TEST_F(Overview, CountsSongsMoviesTimeAndPlaylists) {
   EXPECT_EQ(overview["songs"], 7);
   EXPECT_EQ(overview["movies"], 1);
   EXPECT_EQ(overview["totalTime"], 5 * kHour + 60000) << "a negative time counts as none";
-  EXPECT_GE(overview["playlists"]["library"], 2);
+  EXPECT_GE(overview["playlists"]["library"].Number(), 2);
   EXPECT_EQ(overview["playlists"]["genius"], 1);
   EXPECT_EQ(overview["playlists"]["other"], 1);
 }
@@ -122,7 +121,7 @@ TEST_F(Overview, ListsHaveAtMostFiveEntries) {
 
 TEST_F(Overview, AMissingNameIsNull) {
   const Json overview = ReadJson(LibraryText({{1, Number("Play Count", 2)}}));
-  EXPECT_TRUE(overview["mostPlayed"][0]["name"].is_null());
+  EXPECT_TRUE(overview["mostPlayed"][0]["name"].IsNull());
   EXPECT_TRUE(overview["artists"].empty());
 }
 

@@ -1,13 +1,12 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
 
 namespace tavrel::tests {
 namespace {
 
-using Json = nlohmann::ordered_json;
+using test::Json;
 
 class Playlists : public HostTest {
  protected:
@@ -40,10 +39,10 @@ TEST_F(Playlists, StandGroupByGroup) {
 TEST_F(Playlists, AsJson) {
   const Outcome outcome = Run({"--library", WriteLibrary(), "playlists", "--json"});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-  const Json list = Json::parse(outcome.output);
-  EXPECT_EQ(list[0], Json::parse(R"({"group":0,"position":0,"kind":4,"songs":1,"name":"Music"})"));
-  const Json& unnamed = list[list.size() - 2];
-  EXPECT_EQ(unnamed, Json::parse(R"({"group":2,"position":1,"kind":0,"songs":1,"name":null})"));
+  const Json list = Json::Parse(outcome.output);
+  EXPECT_EQ(list[0], Json::Parse(R"({"group":0,"position":0,"kind":4,"songs":1,"name":"Music"})"));
+  const Json unnamed = list[list.size() - 2];
+  EXPECT_EQ(unnamed, Json::Parse(R"({"group":2,"position":1,"kind":0,"songs":1,"name":null})"));
 }
 
 }  // namespace

@@ -3,16 +3,16 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <nlohmann/json.hpp>
 
 #include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
 #include "tests/support/StandInRunner.h"
 
 namespace tavrel::tests {
 namespace {
 
-using Json = nlohmann::ordered_json;
 using test::Contents;
+using test::Json;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
@@ -71,18 +71,18 @@ TEST_F(RingtonesCommand, ListsNamesAndFiles) {
 
 TEST_F(RingtonesCommand, ListsLocationsBesideTheLibraryFileAsJson) {
   Put("My.Tone.m4r");
-  const Json list = Json::parse(Ringtones({"--json"}, InFolder()).output);
+  const Json list = Json::Parse(Ringtones({"--json"}, InFolder()).output);
   const std::string location = Path("itunes/iTunes Media/Ringtones/My.Tone.m4r");
-  EXPECT_EQ(list, Json::parse(R"([{"position":0,"name":"My","location":")" + location + R"("}])"));
+  EXPECT_EQ(list, Json::Parse(R"([{"position":0,"name":"My","location":")" + location + R"("}])"));
   const Json songs =
-      Json::parse(Run({"--library", library, "songs", "Ringtones", "--json"}).output);
+      Json::Parse(Run({"--library", library, "songs", "Ringtones", "--json"}).output);
   EXPECT_EQ(songs[0]["location"], location);
 }
 
 TEST_F(RingtonesCommand, ListsLocationsBelowTheHomeFolderAsJson) {
   Write("home/Music/iTunes/iTunes Music Library.xml", LibraryWithName("Nimrod"));
   const std::string tone = Write("home/Music/iTunes/iTunes Media/Ringtones/Bell", "");
-  const Json list = Json::parse(Run({"--home", Path("home"), "ringtones", "--json"}).output);
+  const Json list = Json::Parse(Run({"--home", Path("home"), "ringtones", "--json"}).output);
   EXPECT_EQ(list[0]["location"], tone);
 }
 
@@ -162,10 +162,10 @@ TEST_F(RingtonesCommand, AddAnswersInJson) {
     InstallRunner(result == 0 ? "exit 0" : "exit 1");
     const Outcome outcome = Ringtones({"add", tone, "--json"}, InFolder());
     EXPECT_EQ(outcome.exitCode, result == 0 ? 0 : 1);
-    const Json answer = Json::parse(outcome.output);
+    const Json answer = Json::Parse(outcome.output);
     EXPECT_EQ(answer["file"], tone);
     EXPECT_EQ(answer["result"], result);
-    EXPECT_TRUE(answer["meaning"].is_string());
+    EXPECT_TRUE(answer["meaning"].IsText());
   }
 }
 

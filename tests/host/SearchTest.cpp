@@ -1,8 +1,7 @@
 #include <gmock/gmock.h>
 
-#include <nlohmann/json.hpp>
-
 #include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
 
 namespace tavrel::tests {
 namespace {
@@ -83,7 +82,7 @@ TEST_F(Search, ColumnsThatNothingFillsAreLeftOut) {
 TEST_F(Search, GivesJson) {
   const Outcome outcome = Find({"--json", "dvo\u0159\u00E1k"});
   EXPECT_EQ(outcome.exitCode, 0);
-  const auto list = nlohmann::json::parse(outcome.output);
+  const test::Json list = test::Json::Parse(outcome.output);
   ASSERT_EQ(list.size(), 3u);
   EXPECT_EQ(list[1]["name"], "Rusalka");
   EXPECT_EQ(list[1]["artist"], "Dvo\u0159\u00E1k");
@@ -91,7 +90,7 @@ TEST_F(Search, GivesJson) {
   EXPECT_EQ(list[1]["playlist"]["index"], 0);
   EXPECT_EQ(list[1]["playlist"]["name"], "Evening");
   EXPECT_EQ(list[1]["playlist"]["position"], 0);
-  EXPECT_TRUE(list[2]["playlist"].is_null());
+  EXPECT_TRUE(list[2]["playlist"].IsNull());
 }
 
 TEST_F(Search, NothingFoundIsSaidAndEndsWithOne) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <utf8proc.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -66,6 +67,18 @@ class Folded {
     EXPECT_EQ(answers.back(), answers.front()) << text << " / " << term;
   }
   return answers.front();
+}
+
+// Whether a loop over all characters should look at this one: of the hundreds of thousands that are alike
+// (unassigned, private, ideographs, Korean syllables), some stand for the others.
+[[nodiscard]] inline bool IsWorthATest(std::int32_t point) {
+  const bool isSurrogate = point >= 0xD800 && point < 0xE000;
+  const utf8proc_category_t category = utf8proc_category(point);
+  const bool isOneOfMany = category == UTF8PROC_CATEGORY_CN || category == UTF8PROC_CATEGORY_CO ||
+                           (point >= 0x3400 && point < 0xD7A4) ||
+                           (point >= 0x17000 && point < 0x1BC00) || point >= 0x30000 ||
+                           (point >= 0x20000 && point < 0x2F800);
+  return !isSurrogate && (!isOneOfMany || point % 53 == 0 || (point & 0xFFFE) == 0xFFFE);
 }
 
 }  // namespace tavrel::test
