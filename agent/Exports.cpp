@@ -25,7 +25,7 @@ using tavrel::LibraryState;
 
 namespace {
 
-// What builders and destroyers answer.
+// What builders and destroyers answer; to a record of the host's own they do nothing.
 template <class Step>
 std::int32_t WithCurrent(Step step) noexcept {
   if (LibraryState* state = CurrentLibrary()) step(*state);
@@ -113,7 +113,8 @@ std::int32_t AppendRingtone(const char* path) noexcept {
 // ---- Additions -----------------------------------------------------------------------------------
 
 PlaylistRecord* OpenAllSongs() noexcept {
-  return g_pGlobal == nullptr ? nullptr : tavrel::AllSongs(*CurrentLibrary());
+  LibraryState* state = CurrentLibrary();
+  return state == nullptr ? nullptr : tavrel::AllSongs(*state);
 }
 
 ArtworkHandle* OpenArtworkAny(PlaylistRecord* playlist, std::int32_t index) noexcept {
@@ -170,7 +171,7 @@ std::int32_t GetSongInfoImp(PlaylistRecord* playlist, std::int32_t index, SongIn
 std::int32_t SearchSongImp(const SongInfo* terms, SearchSongCallback callback,
                            void* context) noexcept {
   if (terms == nullptr || callback == nullptr) return 0;
-  return tavrel::SearchSongs(g_pGlobal, *terms, callback, context);
+  return tavrel::SearchSongs(g_pGlobal, CurrentLibrary(), *terms, callback, context);
 }
 
 ArtworkHandle* OpenArtworkImp(PlaylistRecord* playlist, std::int32_t index) noexcept {
@@ -210,9 +211,9 @@ std::int32_t CreatePlaylistArray() noexcept {
 
 std::int32_t CreatePlaylistTrack(PlaylistRecord* playlist,
                                  const TBXMLElement* playlistDict) noexcept {
-  if (playlist == nullptr || playlistDict == nullptr) return 0;
-  return WithCurrent(
-      [&](const LibraryState& state) { tavrel::AppendTracks(state, *playlist, playlistDict); });
+  if (playlist == nullptr || playlistDict == nullptr || g_pGlobal == nullptr) return 0;
+  tavrel::AppendTracks(*g_pGlobal, *playlist, playlistDict);
+  return 0;
 }
 
 // The ringtone playlist goes first: its songs and its name are not the table's.
@@ -242,7 +243,8 @@ std::int32_t DestroyArtworkArray() noexcept {
 // ---- Readers -------------------------------------------------------------------------------------
 
 TBXML* OpenXML() noexcept {
-  return tavrel::OpenLibraryFile(g_pGlobal == nullptr ? nullptr : CurrentLibrary()->home);
+  const LibraryState* state = CurrentLibrary();
+  return tavrel::OpenLibraryFile(state == nullptr ? nullptr : state->home);
 }
 
 PlaylistRecord* GetPlaylistByTrackId(std::int32_t trackId, std::int32_t* index) noexcept {

@@ -21,6 +21,9 @@ constinit LibraryState* loadedState = nullptr;
 
 namespace {
 
+// What loads have made and no unload has released, the latest first; the loaded one is that, if any.
+constinit LibraryState* madeStates = nullptr;
+
 char* OwnedHomeFolder() noexcept {
   return system::Guarded<char*>(nullptr, [] {
     const auto home = system::HomeFolder();
@@ -33,15 +36,25 @@ char* OwnedHomeFolder() noexcept {
 }  // namespace
 
 LibraryState* CurrentLibrary() noexcept {
-  return static_cast<LibraryState*>(g_pGlobal);
+  LibraryState* state = madeStates;
+  while (state != nullptr && state != g_pGlobal) state = state->former;
+  return state;
 }
 
-std::int32_t Load() noexcept {
+LibraryState* MakeLibrary() noexcept {
   auto* state = static_cast<LibraryState*>(system::AllocateZeroed(sizeof(LibraryState)));
   loadedState = state;
   g_pGlobal = state;
-  if (state == nullptr) return -1;
+  if (state == nullptr) return nullptr;
+  state->former = madeStates;
+  madeStates = state;
   state->pool = &state->ownPool;
+  return state;
+}
+
+std::int32_t Load() noexcept {
+  LibraryState* state = MakeLibrary();
+  if (state == nullptr) return -1;
   state->home = OwnedHomeFolder();
   state->document = OpenLibraryFile(state->home);
   if (state->document == nullptr) return -1;
@@ -57,6 +70,7 @@ std::int32_t Unload() noexcept {
   if (loadedState == nullptr) return 0;
   LibraryState& state = *loadedState;
   loadedState = nullptr;
+  madeStates = state.former;
   ReleaseSearchIndex(state);
   DestroyArtworkCatalogue(state);
   DestroyRingtones(state);

@@ -16,8 +16,12 @@ namespace tavrel {
 // its value, and callers can set it.
 extern constinit LibraryState* loadedState;
 
-// The library that calls work on, the one behind `g_pGlobal`; none when none is loaded.
+// The library that calls work on, the one behind `g_pGlobal`; none when none is loaded, and none for a
+// record of the host's own, behind whose fields nothing stands.
 [[nodiscard]] LibraryState* CurrentLibrary() noexcept;
+
+// A fresh state, which `g_pGlobal` leads to from here on; none when memory is exhausted.
+LibraryState* MakeLibrary() noexcept;
 
 // As AgentInitializer() and AgentFinalizer().
 std::int32_t Load() noexcept;

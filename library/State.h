@@ -63,6 +63,7 @@ struct LibraryState : GlobalState {
   ArtworkIndex* artworkIndex;  // owned; none before artwork was first asked for
   bool artworkDestroyed;
   SearchIndex* searchIndex;  // owned; none before the first search
+  LibraryState* former;      // what the load before has made, while that is not released
 };
 
 }  // namespace tavrel

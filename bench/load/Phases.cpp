@@ -33,10 +33,7 @@ Cost CostOf(const Work& work) {
 
 // The global record, as a load makes it.
 void MakeGlobalRecord() {
-  auto* state = static_cast<LibraryState*>(system::AllocateZeroed(sizeof(LibraryState)));
-  if (state == nullptr) throw std::bad_alloc();
-  g_pGlobal = state;
-  g_pGlobal->pool = &state->ownPool;
+  if (MakeLibrary() == nullptr) throw std::bad_alloc();
 }
 
 std::size_t CountElements(const TBXML& document) {

@@ -40,13 +40,9 @@ SearchIndex* PreparedIndex(LibraryState& state) noexcept {
 // One search.
 class IndexedSearch {
  public:
-  IndexedSearch(GlobalState* const& current, SearchIndex& index, SearchSongCallback callback,
-                void* context) noexcept
-      : current_(current),
-        state_(static_cast<LibraryState*>(current)),
-        index_(index),
-        callback_(callback),
-        context_(context) {}
+  IndexedSearch(GlobalState* const& current, LibraryState& own, SearchIndex& index,
+                SearchSongCallback callback, void* context) noexcept
+      : current_(current), state_(&own), index_(index), callback_(callback), context_(context) {}
 
   // False when there is no memory for the terms.
   [[nodiscard]] bool Prepare(const SongInfo& terms) noexcept;
@@ -141,13 +137,13 @@ void IndexedSearch::MoveTo(std::uint32_t track) noexcept {
 
 }  // namespace
 
-std::int32_t SearchSongs(GlobalState* const& current, const SongInfo& terms,
+std::int32_t SearchSongs(GlobalState* const& current, LibraryState* own, const SongInfo& terms,
                          SearchSongCallback callback, void* context) noexcept {
   if (current == nullptr) return 0;
   const TBXMLElement* tracks = TrackDictionary(current->document);
   if (tracks == nullptr) return 0;
-  if (SearchIndex* index = PreparedIndex(static_cast<LibraryState&>(*current))) {
-    IndexedSearch search(current, *index, callback, context);
+  if (SearchIndex* index = own == nullptr ? nullptr : PreparedIndex(*own)) {
+    IndexedSearch search(current, *own, *index, callback, context);
     if (search.Prepare(terms)) return search.Run();
   }
   return SearchPlainly(current, tracks, terms, callback, context);

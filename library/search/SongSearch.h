@@ -11,8 +11,11 @@ namespace tavrel {
 // As SearchSong().
 // current: the loaded library, which is searched. A callback may load another one, whose playlists count
 //          from then on: so it is looked at afresh for each match.
-[[nodiscard]] std::int32_t SearchSongs(GlobalState* const& current, const SongInfo& terms,
-                                       SearchSongCallback callback, void* context) noexcept;
+// own:     the same with what searches keep in it; none when it is a record of the host's own, for which
+//          nothing can be kept.
+[[nodiscard]] std::int32_t SearchSongs(GlobalState* const& current, LibraryState* own,
+                                       const SongInfo& terms, SearchSongCallback callback,
+                                       void* context) noexcept;
 
 // Gives back what searches have made.
 void ReleaseSearchIndex(LibraryState& state) noexcept;
