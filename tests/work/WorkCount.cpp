@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "tests/support/Soak.h"
+
 namespace {
 
 constinit tavrel::test::WorkCount work;
@@ -121,6 +123,20 @@ void ExpectLinear(const WorkCount& small, const WorkCount& large, std::uint64_t 
       << "steps, against " << small.steps << " for " << growth << " times less";
   EXPECT_LE(large.bytes, most(std::max(small.bytes, 32 * input)))
       << "bytes, against " << small.bytes << " for " << growth << " times less";
+}
+
+void ExpectDoubled(const WorkCount& small, const WorkCount& large, const std::string& what) {
+  constexpr double kMost = 2.1;
+  const auto ratio = [](std::uint64_t of, std::uint64_t to) {
+    return static_cast<double>(of) / static_cast<double>(std::max<std::uint64_t>(to, 1));
+  };
+  const double steps = ratio(large.steps, small.steps);
+  const double bytes = ratio(large.bytes, small.bytes);
+  EXPECT_GT(small.steps, 0u) << what;
+  EXPECT_LE(steps, kMost) << what << ": steps";
+  EXPECT_LE(bytes, kMost) << what << ": bytes";
+  PrintFigure(static_cast<std::int64_t>(100 * std::max(steps, bytes)),
+              "hundredths of the work for twice the input: " + what);
 }
 
 }  // namespace tavrel::test

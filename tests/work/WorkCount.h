@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <ostream>
+#include <string>
 
 namespace tavrel::test {
 
@@ -31,5 +32,9 @@ template <class Call>
 // input: bytes or pieces of the smaller one; work below one step and 32 bytes for each counts as that.
 void ExpectLinear(const WorkCount& small, const WorkCount& large, std::uint64_t growth,
                   std::uint64_t input);
+
+// Fails the test when the work for twice the input is more than 2.1 times the work. What sorts costs a
+// logarithm more, which is less than that. scripts/soak shows the ratio.
+void ExpectDoubled(const WorkCount& small, const WorkCount& large, const std::string& what);
 
 }  // namespace tavrel::test

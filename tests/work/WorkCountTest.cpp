@@ -36,5 +36,11 @@ TEST(WorkCounter, AQuadraticCostIsNoLinearOne) {
   ExpectLinear({1000, 100000}, {8000, 800000}, 8, 100);
 }
 
+TEST(WorkCounter, WorkThatGrowsFasterThanTheInputHasNotDoubled) {
+  EXPECT_NONFATAL_FAILURE(ExpectDoubled({1000, 1000}, {2200, 2000}, "a thing"), "a thing: steps");
+  EXPECT_NONFATAL_FAILURE(ExpectDoubled({1000, 1000}, {2000, 2200}, "a thing"), "a thing: bytes");
+  ExpectDoubled({1000, 1000}, {2100, 2000}, "a thing");
+}
+
 }  // namespace
 }  // namespace tavrel::test
