@@ -7,8 +7,13 @@
 
 namespace tavrel::system {
 
-// Those with which users and systems end a program.
-inline constexpr std::array kEndingSignals{SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+// Those with which users and systems end a program, unless it has made them mean something else.
+inline constexpr std::array kEndingSignals {
+  SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGUSR1, SIGUSR2, SIGALRM, SIGPROF, SIGVTALRM, SIGXCPU,
+#if defined(__linux__)
+      SIGIO, SIGPWR, SIGSTKFLT,
+#endif
+};
 
 // Signals that wait, in the thread that made the object, until the object ends. A process that is
 // forked off meanwhile begins with them blocked.

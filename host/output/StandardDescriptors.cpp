@@ -13,6 +13,7 @@ void PrepareStandardDescriptors() noexcept {
     if (::fcntl(descriptor, F_GETFD) < 0 && errno == EBADF) ::open("/dev/null", O_RDONLY);
   }
   ::signal(SIGPIPE, SIG_IGN);
+  ::signal(SIGXFSZ, SIG_IGN);
 }
 
 }  // namespace tavrel::host

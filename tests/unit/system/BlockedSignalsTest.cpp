@@ -52,15 +52,15 @@ TEST(BlockedSignals, AnEndingSignalWaitsForTheEndOfTheObject) {
 }
 
 TEST(BlockedSignals, OtherSignalsWaitOnlyWhenAllDo) {
-  const Caught counting(SIGUSR1);
+  const Caught counting(SIGURG);
   {
     const auto blocked = BlockedSignals::Ending();
-    raise(SIGUSR1);
+    raise(SIGURG);
     EXPECT_EQ(caught, 1);
   }
   {
     const auto blocked = BlockedSignals::All();
-    raise(SIGUSR1);
+    raise(SIGURG);
     EXPECT_EQ(caught, 1);
   }
   EXPECT_EQ(caught, 2);
