@@ -3,6 +3,9 @@
 #include <fcntl.h>
 #include <signal.h>
 #include <sys/mman.h>
+#if defined(__linux__)
+#include <sys/prctl.h>
+#endif
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -108,7 +111,21 @@ void TakeDescriptors(int script) noexcept {
   CloseFrom(kFirstFreeDescriptor);
 }
 
-[[noreturn]] void BecomeRunner(const char* runner) noexcept {
+// Has this process killed when the one that has forked it off ends, however that ends. Where the system
+// knows no such thing, it goes on.
+void EndWith(pid_t parent) noexcept {
+#if defined(__linux__)
+  prctl(PR_SET_PDEATHSIG, SIGKILL, 0, 0, 0);
+  const pid_t now =
+      getppid();  // 0: one that this process cannot see, in another space of process IDs
+  if (now != parent && now != 0) _exit(EXIT_FAILURE);  // it has ended before
+#else
+  (void)parent;
+#endif
+}
+
+[[noreturn]] void BecomeRunner(const char* runner, pid_t supervisor) noexcept {
+  EndWith(supervisor);
   sigset_t none;
   sigemptyset(&none);
   pthread_sigmask(SIG_SETMASK, &none, nullptr);
@@ -118,19 +135,23 @@ void TakeDescriptors(int script) noexcept {
 }
 
 // Runs with all signals blocked, so that it outlives the runner.
-[[noreturn]] void Supervise(const char* runner, int script, const SharedFlag& success) noexcept {
+[[noreturn]] void Supervise(const char* runner, int script, const SharedFlag& success,
+                            pid_t host) noexcept {
+  EndWith(host);
   ResetSignalActions();
   TakeDescriptors(script);
+  const pid_t supervisor = getpid();
   const pid_t process = fork();
-  if (process == 0) BecomeRunner(runner);
+  if (process == 0) BecomeRunner(runner, supervisor);
   if (process > 0 && WaitFor(process)) success.Set();
   _exit(EXIT_SUCCESS);
 }
 
 pid_t StartSupervisor(const char* runner, int script, const SharedFlag& success) noexcept {
   const auto blocked = BlockedSignals::All();
+  const pid_t host = getpid();
   const pid_t process = fork();
-  if (process == 0) Supervise(runner, script, success);
+  if (process == 0) Supervise(runner, script, success, host);
   return process;
 }
 

@@ -20,7 +20,8 @@ namespace tavrel::system {
 // The runner gets the script as its standard input, the host's standard error for both of its
 // outputs and the host's environment; no other descriptor, no blocked or ignored signal. Nothing
 // that the host does with SIGCHLD changes the result, and a runner that leaves its input unread
-// raises no signal in the host.
+// raises no signal in the host. On Linux the runner is killed when the host ends before it, however
+// that ends; what the runner itself has started is its own affair.
 [[nodiscard]] bool RunScript(std::string_view script) noexcept;
 
 }  // namespace tavrel::system

@@ -325,6 +325,32 @@ TEST(RunScript, ASignalToTheWholeProcessGroupDoesNotCutTheWaitShort) {
   EXPECT_EQ(status, 0);
 }
 
+#if defined(__linux__)
+// Everything that writes to the pipe has ended when its end is read.
+TEST(RunScript, TheRunnerDoesNotGoOnWhenTheHostIsKilled) {
+  const StandInRunner runner("echo up; sleep 2 >&- 2>&-; echo went on");
+  for (const int number : {SIGKILL, SIGTERM}) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t host = fork();
+    if (host == 0) {
+      dup2(ends[1], STDERR_FILENO);
+      _exit(RunScript("x") ? 0 : 1);
+    }
+    close(ends[1]);
+    std::string said;
+    char piece[64];
+    for (ssize_t count; (count = read(ends[0], piece, sizeof piece)) > 0;) {
+      said.append(piece, static_cast<std::size_t>(count));
+      if (said == "up\n") kill(host, number);
+    }
+    close(ends[0]);
+    EXPECT_EQ(said, "up\n");
+    waitpid(host, nullptr, 0);
+  }
+}
+#endif
+
 TEST(RunScript, WorksInAHostWithoutStandardDescriptors) {
   const StandInRunner runner("echo noise; echo noise >&2; cat > \"$0.script\"");
   const std::string script(100000, 'x');
