@@ -9,6 +9,7 @@
 #include <sstream>
 #include <thread>
 
+#include "system/BlockedSignals.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::tests {
@@ -57,10 +58,40 @@ TEST_P(EndingSignal, RemovesTheFolderAndStillEndsTheProgram) {
   EXPECT_TRUE(fs::exists(Path("export/library.xml")));
 }
 
-INSTANTIATE_TEST_SUITE_P(TemporaryHome, EndingSignal,
-                         testing::Values(SIGHUP, SIGINT, SIGQUIT, SIGTERM), [](const auto& signal) {
+INSTANTIATE_TEST_SUITE_P(TemporaryHome, EndingSignal, testing::ValuesIn(system::kEndingSignals),
+                         [](const auto& signal) {
                            return "Signal" + std::to_string(signal.param);
                          });
+
+TEST_F(TemporaryHome, WhatOthersPutInItsPlaceStays) {
+  const auto child = StartAndWait();
+  const std::string name = TemporaryFiles().at(0);
+  fs::rename(Path("temporary/" + name), Path("temporary/moved"));
+  const std::string theirs =
+      Write("temporary/" + name + "/Music/iTunes/iTunes Music Library.xml", "not ours");
+  child->Signal(SIGTERM);
+  EXPECT_EQ(child->Finish().signal, SIGTERM);
+  EXPECT_TRUE(fs::exists(theirs));
+  EXPECT_TRUE(fs::is_empty(Path("temporary/moved"))) << "what was made is removed";
+}
+
+TEST_F(TemporaryHome, AnEmptyFolderThatOthersPutInItsPlaceStays) {
+  const auto child = StartAndWait();
+  const std::string name = TemporaryFiles().at(0);
+  fs::rename(Path("temporary/" + name), Path("temporary/moved"));
+  fs::create_directory(Path("temporary/" + name));
+  child->Signal(SIGTERM);
+  EXPECT_EQ(child->Finish().signal, SIGTERM);
+  EXPECT_TRUE(fs::exists(Path("temporary/" + name)));
+}
+
+TEST_F(TemporaryHome, ASignalOfALimitOnFilesDoesNotEndTheProgram) {
+  const auto child = StartAndWait();
+  child->Signal(SIGXFSZ);
+  child->Signal(SIGTERM);
+  EXPECT_EQ(child->Finish().signal, SIGTERM);
+  EXPECT_THAT(TemporaryFiles(), IsEmpty());
+}
 
 TEST_F(TemporaryHome, ASignalThatWasIgnoredStaysIgnored) {
   Command command;
