@@ -51,9 +51,8 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
         .Discard();  // the diagnosis says more, and where none is needed nobody wants to hear it
     RequireLibrary(line.need, path);
   }
-  messages.KeepForTerminalsOnly();
   const Terminal terminal = DescribeStandardOutput();
-  Session session{line.options, path, home, library, terminal, messages, output};
+  Session session{line.options, path, home, library, terminal, output};
   return line.run(session);
 }
 

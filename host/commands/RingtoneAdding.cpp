@@ -66,7 +66,6 @@ ExitCode AddRingtone(const RingtoneArguments& arguments, Session& session) {
   if (!arguments.force) RequireSafePath(path);
 
   Complain("iTunes will be started, play " + path + " and then get the keys Command-L");
-  session.messages.Show();
   const std::int32_t result = session.library.appendRingtone(path.c_str());
 
   const std::string_view meaning = Explain(result);

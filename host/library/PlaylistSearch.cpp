@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "host/output/EditDistance.h"
 #include "host/output/Failure.h"
 #include "host/output/Text.h"
 
@@ -74,21 +75,32 @@ Failure SeveralMatches(const std::string& wanted, const Matches& matches) {
   return {ExitCode::Failed, message};
 }
 
-// How far a name is from the wanted one; nothing when that is too far to be meant. Both are folded.
-std::optional<std::size_t> Distance(const std::string& name, const std::string& wanted) {
-  if (name.size() > kLongestCompared || wanted.size() > kLongestCompared) return std::nullopt;
-  const bool contained = !wanted.empty() && name.find(wanted) != std::string::npos;
-  const std::size_t distance = EditDistance(name, wanted);
-  if (contained || distance <= std::max<std::size_t>(1, wanted.size() / 3)) return distance;
-  return std::nullopt;
-}
+// How far names are from the wanted one; nothing when that is too far to be meant. All are folded.
+class Nearness {
+ public:
+  explicit Nearness(const std::string& wanted)
+      : wanted_(wanted), distance_(wanted.size() > kLongestCompared ? "" : wanted) {}
+
+  [[nodiscard]] std::optional<std::size_t> To(const std::string& name) const {
+    if (name.size() > kLongestCompared || wanted_.size() > kLongestCompared) return std::nullopt;
+    const bool contained = !wanted_.empty() && name.find(wanted_) != std::string::npos;
+    const std::size_t distance = distance_.To(name);
+    if (contained || distance <= std::max<std::size_t>(1, wanted_.size() / 3)) return distance;
+    return std::nullopt;
+  }
+
+ private:
+  const std::string& wanted_;
+  EditDistance distance_;
+};
 
 Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted) {
   std::vector<std::pair<std::size_t, const Playlist*>> near;
   const std::string folded = Fold(wanted);
+  const Nearness nearness(folded);
   for (const Playlist& playlist : playlists) {
     if (!playlist.name) continue;
-    const std::optional<std::size_t> distance = Distance(Fold(*playlist.name), folded);
+    const std::optional<std::size_t> distance = nearness.To(Fold(*playlist.name));
     if (distance) near.emplace_back(*distance, &playlist);
   }
   std::stable_sort(near.begin(), near.end(),

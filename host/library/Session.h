@@ -20,7 +20,6 @@ struct Session {
   const std::optional<std::string>& home;  // where the library was told to read; none: the user's
   const Library& library;
   const Terminal& terminal;
-  MessageGuard& messages;
   Output& output;
 };
 

@@ -2,7 +2,10 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <nlohmann/json.hpp>
+
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
@@ -12,21 +15,30 @@ std::string Quoted(std::string_view text) {
   return Library(text).dump(-1, ' ', false, Library::error_handler_t::replace);
 }
 
-// Escapes DEL and C1.
-std::string WithoutControls(const std::string& plain) {
+void AppendEscaped(std::string& escaped, std::int32_t code) {
+  if (code < 0x10000) {
+    escaped += fmt::format("\\u{:04x}", code);
+    return;
+  }
+  const std::int32_t rest = code - 0x10000;  // two halves of ten bits each
+  escaped += fmt::format("\\u{:04x}\\u{:04x}", 0xD800 + (rest >> 10), 0xDC00 + (rest & 0x3FF));
+}
+
+// Escapes what JSON lets stand but nobody sees: DEL, C1, what orders or tags text, and line ends.
+std::string WithoutUnseen(const std::string& plain) {
+  constexpr std::int32_t kLineSeparator = 0x2028;
+  constexpr std::int32_t kParagraphSeparator = 0x2029;
   std::string escaped;
   escaped.reserve(plain.size());
-  for (std::size_t i = 0; i < plain.size(); ++i) {
-    const auto byte = static_cast<unsigned char>(plain[i]);
-    const auto next = static_cast<unsigned char>(i + 1 < plain.size() ? plain[i + 1] : '\0');
-    if (byte == 0x7F) {
-      escaped += "\\u007f";
-    } else if (byte == 0xC2 && next >= 0x80 && next <= 0x9F) {
-      escaped += fmt::format("\\u{:04x}", next);  // U+0080 to U+009F: the second byte is the number
-      ++i;
+  for (std::string_view text = plain; !text.empty();) {
+    const Character first = FirstCharacter(text);
+    const bool isLineEnd = first.code == kLineSeparator || first.code == kParagraphSeparator;
+    if (isLineEnd || (first.code >= 0 && IsUnseen(first.code))) {
+      AppendEscaped(escaped, first.code);
     } else {
-      escaped += plain[i];
+      escaped += text.substr(0, first.length);
     }
+    text.remove_prefix(first.length);
   }
   return escaped;
 }
@@ -39,7 +51,7 @@ void AppendWithComma(std::string& list, std::string_view name, const std::string
 
 }  // namespace
 
-JsonValue::JsonValue(std::string_view text) : text_(WithoutControls(Quoted(text))) {}
+JsonValue::JsonValue(std::string_view text) : text_(WithoutUnseen(Quoted(text))) {}
 
 JsonValue::JsonValue(const JsonArray& array) : text_(array.Text()) {}
 

@@ -17,8 +17,8 @@ class JsonArray;
 class JsonObject;
 
 // A value, written out on one line of valid UTF-8. Texts may hold anything: bytes that are not UTF-8
-// become U+FFFD, and control characters are escaped, also those that JSON would let stand (DEL and
-// C1), so that the text is harmless on a terminal.
+// become U+FFFD, and what nobody sees is escaped, also what JSON would let stand (DEL, C1, what orders or
+// tags text), so that the text is harmless on a terminal.
 class JsonValue {
  public:
   JsonValue(std::string_view text);

@@ -1,79 +1,111 @@
 #include "host/output/MessageGuard.h"
 
+#include <errno.h>
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <new>
 #include <string>
 
+#include "host/output/Failure.h"
 #include "host/output/Output.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
 
-// A file without a name; negative when there can be none.
-int OpenNamelessFile() noexcept {
+constexpr std::size_t kPieceSize = 1 << 16;
+
+MessageGuard* active = nullptr;
+
+std::string CleanLines(std::string_view text) {
+  std::string clean;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    AppendClean(clean, text.substr(0, end));
+    if (end < text.size()) clean += '\n';
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return clean;
+}
+
+// A file without a name.
+system::FileDescriptor OpenNamelessFile() noexcept {
+#if defined(__linux__)
+  const int inMemory = ::memfd_create("messages", MFD_CLOEXEC);
+  if (inMemory >= 0) return system::FileDescriptor(inMemory);
+#endif
   char path[] = P_tmpdir "/tavrel-XXXXXX";
   const int descriptor = ::mkostemp(path, O_CLOEXEC);
   if (descriptor >= 0) ::unlink(path);
-  return descriptor;
+  return system::FileDescriptor(descriptor);
 }
 
-std::string ReadFromStart(int descriptor) {
-  std::string text;
-  char piece[4096];
-  ::lseek(descriptor, 0, SEEK_SET);
-  for (ssize_t count; (count = ::read(descriptor, piece, sizeof piece)) > 0;) {
-    text.append(piece, static_cast<std::size_t>(count));
+// How much of `text`, which goes on, can be shown now: its whole lines, or of a very long line all but a
+// character that may not be complete.
+std::size_t ReadyPart(std::string_view text) {
+  const std::size_t lines = text.rfind('\n') + 1;  // 0 when there is none
+  if (lines > 0 || text.size() < kPieceSize) return lines;
+  std::size_t end = text.size();
+  while (end > 0 && (static_cast<unsigned char>(text[end - 1]) & 0xC0u) == 0x80u) --end;
+  return end > 0 ? end - 1 : text.size();
+}
+
+void CopyCleaned(int from, int to) {
+  std::string waiting;
+  char piece[kPieceSize];
+  ::lseek(from, 0, SEEK_SET);
+  for (;;) {
+    const std::ptrdiff_t count = system::ReadFully(from, piece, sizeof piece);
+    if (count <= 0) break;
+    waiting.append(piece, static_cast<std::size_t>(count));
+    const std::size_t ready = ReadyPart(waiting);
+    WriteAll(to, CleanLines(std::string_view(waiting).substr(0, ready)));
+    waiting.erase(0, ready);
   }
-  return text;
+  if (!waiting.empty()) WriteAll(to, CleanLines(waiting) + '\n');
 }
 
 }  // namespace
 
-MessageGuard::MessageGuard() noexcept
+void Complain(const std::string& message) {
+  const std::string text = CleanLines("tavrel: " + message) + '\n';
+  if (active != nullptr) active->Show();
+  WriteAll(active != nullptr ? active->original_.get() : STDERR_FILENO, text);
+}
+
+MessageGuard::MessageGuard()
     : kept_(OpenNamelessFile()),
       original_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
-  if (IsKeeping()) ::dup2(kept_, STDERR_FILENO);
+  if (!kept_ || !original_ || ::dup2(kept_.get(), STDERR_FILENO) < 0) {
+    throw Failure(ExitCode::Failed,
+                  std::string("cannot keep the library's messages: ") + std::strerror(errno));
+  }
+  active = this;
 }
 
 MessageGuard::~MessageGuard() {
   Show();
-  if (IsKeeping()) ::dup2(original_, STDERR_FILENO);
-  ::close(kept_);
-  ::close(original_);
+  active = nullptr;
+  ::dup2(original_.get(), STDERR_FILENO);
 }
 
 void MessageGuard::Show() noexcept {
-  if (!IsKeeping()) return;
-  ::dup2(original_, STDERR_FILENO);
   try {
-    const std::string text = ReadFromStart(kept_);
-    if (::isatty(original_) == 1) {
-      ShowMessages(text);
-    } else {
-      PassOnMessages(text);
-    }
+    CopyCleaned(kept_.get(), original_.get());
   } catch (const std::bad_alloc&) {
     // Messages that there is no memory for are lost.
   }
   Discard();
-  ::dup2(kept_, STDERR_FILENO);
 }
 
 void MessageGuard::Discard() noexcept {
-  if (kept_ < 0 || ::ftruncate(kept_, 0) != 0) return;
-  ::lseek(kept_, 0, SEEK_SET);
-}
-
-void MessageGuard::KeepForTerminalsOnly() noexcept {
-  if (!IsKeeping() || ::isatty(original_) == 1) return;
-  Show();
-  ::dup2(original_, STDERR_FILENO);
-  ::close(kept_);
-  kept_ = -1;
+  if (::ftruncate(kept_.get(), 0) == 0) ::lseek(kept_.get(), 0, SEEK_SET);
 }
 
 }  // namespace tavrel::host

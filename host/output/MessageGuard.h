@@ -1,14 +1,26 @@
-// What the library writes to standard error while it works.
+// What is said on standard error: the library's messages, and this program's own.
 #pragma once
+
+#include <string>
+
+#include "system/Files.h"
 
 namespace tavrel::host {
 
-// Keeps what is written to standard error, and shows it when the object goes: the library's own
-// messages may quote any text of the library file, and this program may have a better one. On a
-// terminal messages are made fit for it; anything else gets them as they are.
+// Shows a message, which may have several lines, with "tavrel: " before it; behind what the library has
+// said so far. Made fit for a terminal, wherever it goes.
+void Complain(const std::string& message);
+
+// Keeps what is written to standard error, and shows it, cleaned, when the object goes: the library's own
+// messages may quote any text of the library file, and this program may have a better one. They are cleaned
+// for pipes and files as well, which somebody shows on a terminal one day. One at a time.
+//
+// They are kept in memory, else in a file without a name. One that there is no room for is lost; none comes
+// through as it is.
 class MessageGuard {
  public:
-  MessageGuard() noexcept;
+  // A Failure when nothing can be kept.
+  MessageGuard();
   MessageGuard(const MessageGuard&) = delete;
   MessageGuard& operator=(const MessageGuard&) = delete;
   ~MessageGuard();
@@ -19,14 +31,11 @@ class MessageGuard {
   // Forgets what was written so far.
   void Discard() noexcept;
 
-  // Keeps nothing from now on but for a terminal: a log gets each message at its time.
-  void KeepForTerminalsOnly() noexcept;
-
  private:
-  [[nodiscard]] bool IsKeeping() const noexcept { return kept_ >= 0 && original_ >= 0; }
+  friend void Complain(const std::string& message);
 
-  int kept_ = -1;      // the file that takes the messages
-  int original_ = -1;  // standard error as it was
+  system::FileDescriptor kept_;      // the file that takes the messages
+  system::FileDescriptor original_;  // standard error as it was
 };
 
 }  // namespace tavrel::host

@@ -4,18 +4,17 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstring>
 
 #include "host/output/Failure.h"
-#include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kBufferSize = 1 << 16;
 
-// Result: 0, or the error's number.
+}  // namespace
+
 int WriteAll(int descriptor, std::string_view text) noexcept {
   while (!text.empty()) {
     const ssize_t written = ::write(descriptor, text.data(), text.size());
@@ -32,8 +31,6 @@ int WriteAll(int descriptor, std::string_view text) noexcept {
   return 0;
 }
 
-}  // namespace
-
 void Output::Write(std::string_view text) {
   buffer_ += text;
   if (buffer_.size() >= kBufferSize) Flush();
@@ -47,25 +44,6 @@ void Output::Flush() {
     throw Failure(ExitCode::Failed,
                   std::string("cannot write to standard output: ") + std::strerror(error));
   }
-}
-
-void ShowMessages(std::string_view lines) {
-  std::string text;
-  while (!lines.empty()) {
-    const std::size_t end = std::min(lines.find('\n'), lines.size());
-    AppendClean(text, lines.substr(0, end));
-    text += '\n';
-    lines.remove_prefix(std::min(end + 1, lines.size()));
-  }
-  WriteAll(STDERR_FILENO, text);
-}
-
-void PassOnMessages(std::string_view lines) noexcept {
-  WriteAll(STDERR_FILENO, lines);
-}
-
-void Complain(const std::string& message) {
-  ShowMessages("tavrel: " + message);
 }
 
 }  // namespace tavrel::host

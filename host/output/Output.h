@@ -1,4 +1,4 @@
-// What the program prints: data on standard output, messages on standard error.
+// What the program prints on standard output.
 #pragma once
 
 #include <string>
@@ -21,15 +21,7 @@ class Output {
   std::string buffer_;
 };
 
-// Shows lines, made fit for a terminal, on standard error. The line feed behind the last one may be
-// missing.
-void ShowMessages(std::string_view lines);
-
-// The same for what is no terminal: as they are.
-void PassOnMessages(std::string_view lines) noexcept;
-
-// Shows a message of this program, which may have several lines, in the same way, with "tavrel: "
-// before it.
-void Complain(const std::string& message);
+// Writes all of the text, and waits where it must. Result: 0, or the error's number.
+int WriteAll(int descriptor, std::string_view text) noexcept;
 
 }  // namespace tavrel::host

@@ -13,19 +13,7 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
-struct Character {
-  utf8proc_int32_t code;  // -1: the first byte is not UTF-8
-  std::size_t length;     // in bytes
-};
-
-Character FirstCharacter(std::string_view text) noexcept {
-  utf8proc_int32_t code = -1;
-  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
-  const auto size = static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4));
-  const utf8proc_ssize_t length = utf8proc_iterate(bytes, size, &code);
-  if (length <= 0) return {-1, 1};
-  return {code, static_cast<std::size_t>(length)};
-}
+constexpr std::size_t kMostMarks = 30;
 
 std::size_t CharacterWidth(utf8proc_int32_t code) noexcept {
   // The vowels and final consonants of decomposed Hangul join the syllable before them.
@@ -33,24 +21,38 @@ std::size_t CharacterWidth(utf8proc_int32_t code) noexcept {
   return static_cast<std::size_t>(utf8proc_charwidth(code));
 }
 
-bool Reorders(utf8proc_int32_t code) noexcept {
-  return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
-}
-
 bool IsLineEndOrTab(utf8proc_int32_t code) noexcept {
   return (code >= '\t' && code <= '\r') || code == 0x85 || code == 0x2028 || code == 0x2029;
 }
 
-std::size_t AppendCharacter(std::string& destination, std::string_view bytes,
-                            utf8proc_int32_t code) {
-  if (code < 0) {
-    destination += kReplacement;
-    return 1;
+// Appends characters one by one, and counts the marks that follow each other.
+class Appender {
+ public:
+  explicit Appender(std::string& destination) : destination_(destination) {}
+
+  // Result: the columns that it takes.
+  std::size_t Append(std::string_view bytes, std::int32_t code) {
+    if (code < 0) {
+      marks_ = 0;
+      destination_ += kReplacement;
+      return 1;
+    }
+    if (IsUnseen(code)) return 0;
+    const std::size_t width = CharacterWidth(code);
+    marks_ = width > 0 ? 0 : marks_ + 1;
+    if (marks_ <= kMostMarks) destination_ += bytes;
+    return width;
   }
-  if (Reorders(code) || utf8proc_category(code) == UTF8PROC_CATEGORY_CC) return 0;
-  destination += bytes;
-  return CharacterWidth(code);
-}
+
+  void AppendPlain(std::string_view text) {
+    if (!text.empty()) marks_ = 0;
+    destination_ += text;
+  }
+
+ private:
+  std::string& destination_;
+  std::size_t marks_ = 0;
+};
 
 // Removes the blanks at the end of what stands from `start` on. Result: how many there were.
 std::size_t RemoveBlanks(std::string& text, std::size_t start) {
@@ -79,6 +81,14 @@ std::size_t PlainAsciiPrefix(std::string_view text) noexcept {
   return static_cast<std::size_t>(end - text.begin());
 }
 
+std::string LowerCase(std::string_view ascii) {
+  std::string lower(ascii);
+  for (char& letter : lower) {
+    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
+  }
+  return lower;
+}
+
 std::string Map(std::string_view text, int options) {
   const std::string clean = Clean(text);  // always valid UTF-8
   utf8proc_uint8_t* mapped = nullptr;
@@ -92,36 +102,51 @@ std::string Map(std::string_view text, int options) {
   return {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(length)};
 }
 
-std::u32string Characters(std::string_view text) {
-  std::u32string characters;
-  while (!text.empty()) {
-    const Character first = FirstCharacter(text);
-    characters += static_cast<char32_t>(first.code);
-    text.remove_prefix(first.length);
-  }
-  return characters;
+}  // namespace
+
+Character FirstCharacter(std::string_view text) noexcept {
+  utf8proc_int32_t code = -1;
+  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+  const auto size = static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4));
+  const utf8proc_ssize_t length = utf8proc_iterate(bytes, size, &code);
+  if (length <= 0) return {-1, 1};
+  return {code, static_cast<std::size_t>(length)};
 }
 
-}  // namespace
+bool IsUnseen(std::int32_t code) noexcept {
+  constexpr std::int32_t kSoftHyphen = 0xAD;
+  constexpr std::int32_t kMongolianSeparator = 0x180E;
+  constexpr std::int32_t kNonJoiner = 0x200C;
+  constexpr std::int32_t kJoiner = 0x200D;
+  const utf8proc_property_t& property = *utf8proc_get_property(code);
+  if (property.category == UTF8PROC_CATEGORY_CC) return true;
+  // Around notes between the lines, and what is not assigned yet but never to be shown.
+  if ((code >= 0xFFF0 && code <= 0xFFFB) || (code >= 0x2060 && code <= 0x206F)) return true;
+  if (code >= 0xE0000 && code <= 0xE0FFF) return property.category != UTF8PROC_CATEGORY_MN;
+  const bool isFormat = property.ignorable && property.category == UTF8PROC_CATEGORY_CF;
+  return isFormat && code != kSoftHyphen && code != kMongolianSeparator && code != kNonJoiner &&
+         code != kJoiner;
+}
 
 std::size_t AppendClean(std::string& destination, std::string_view text) {
   const std::size_t start = destination.size();
+  Appender appender(destination);
   std::size_t width = 0;
   while (!text.empty()) {
     const std::size_t plain = PlainAsciiPrefix(text);
-    destination += text.substr(0, plain);
+    appender.AppendPlain(text.substr(0, plain));
     width += plain;
     text.remove_prefix(plain);
     if (text.empty()) break;
     const Character first = FirstCharacter(text);
     if (IsLineEndOrTab(first.code)) {
       width -= RemoveBlanks(destination, start);
-      destination += ' ';
+      appender.AppendPlain(" ");
       ++width;
       text.remove_prefix(LengthOfBlanks(text));
       continue;
     }
-    width += AppendCharacter(destination, text.substr(0, first.length), first.code);
+    width += appender.Append(text.substr(0, first.length), first.code);
     text.remove_prefix(first.length);
   }
   return width;
@@ -190,6 +215,7 @@ std::vector<std::string> FoldLine(const std::vector<std::string>& cleanParts, st
 }
 
 std::string Fold(std::string_view text) {
+  if (PlainAsciiPrefix(text) == text.size()) return LowerCase(text);
   return Map(text, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD);
 }
 
@@ -200,25 +226,6 @@ std::string FoldFileName(std::string_view name) {
 std::string Compose(std::string_view text) {
   if (PlainAsciiPrefix(text) == text.size()) return std::string(text);
   return Map(text, UTF8PROC_STABLE | UTF8PROC_COMPOSE);
-}
-
-std::size_t EditDistance(std::string_view left, std::string_view right) {
-  const std::u32string from = Characters(left);
-  const std::u32string to = Characters(right);
-  // row[j]: the distance of the part of `from` that was walked so far to the first j characters of
-  // `to`.
-  std::vector<std::size_t> row(to.size() + 1);
-  for (std::size_t j = 0; j < row.size(); ++j) row[j] = j;
-  for (std::size_t i = 0; i < from.size(); ++i) {
-    std::size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (std::size_t j = 0; j < to.size(); ++j) {
-      const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
 }
 
 }  // namespace tavrel::host

@@ -2,16 +2,29 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace tavrel::host {
 
-// Appends `text` without anything that a terminal could take for a command: control characters (C0,
-// DEL, C1) and the marks that reorder bidirectional text go, tabs and line ends become one blank,
-// together with the blanks around them, and every byte that is not UTF-8 becomes U+FFFD. Result: the
-// columns that the appended text takes.
+// The character that a text, which is not empty, begins with.
+struct Character {
+  std::int32_t code;   // -1: the first byte is not UTF-8
+  std::size_t length;  // in bytes
+};
+[[nodiscard]] Character FirstCharacter(std::string_view text) noexcept;
+
+// Whether a character only does something to what is around it, a terminal included: control characters
+// (C0, DEL, C1), the marks that order, isolate or tag text, and those that show nothing. Joiners are not
+// among them, nor soft hyphens and variation selectors: what they do is part of how a text is written.
+[[nodiscard]] bool IsUnseen(std::int32_t code) noexcept;
+
+// Appends `text` without anything that a terminal could take for a command: unseen characters go, tabs and
+// line ends become one blank, together with the blanks around them, every byte that is not UTF-8 becomes
+// U+FFFD, and of the marks that follow a character the first 30 stay, which is as many as Unicode's
+// stream-safe texts have. Result: the columns that the appended text takes.
 std::size_t AppendClean(std::string& destination, std::string_view text);
 [[nodiscard]] std::string Clean(std::string_view text);
 
@@ -42,8 +55,5 @@ std::size_t AppendClean(std::string& destination, std::string_view text);
 
 // The text with its accents composed, so that texts that look alike are alike.
 [[nodiscard]] std::string Compose(std::string_view text);
-
-// How many characters must be inserted, removed or replaced to turn one text into the other.
-[[nodiscard]] std::size_t EditDistance(std::string_view left, std::string_view right);
 
 }  // namespace tavrel::host

@@ -41,6 +41,15 @@ TEST(Json, ControlCharactersAreEscaped) {
             "\"\\u001b[31m\\u007f\\u009b|\xC2\xA0\"");
 }
 
+TEST(Json, WhatNobodySeesIsEscaped) {
+  EXPECT_EQ(JsonValue("a\u202Eb\u2066c\u200Fd\u200Be\u2028f\uFEFF").Text(),
+            R"("a\u202eb\u2066c\u200fd\u200be\u2028f\ufeff")");
+  EXPECT_EQ(JsonValue("\U0001F3F4\U000E0067\U000E007F").Text(),
+            "\"\U0001F3F4\\udb40\\udc67\\udb40\\udc7f\"");
+  const std::string text = "\u061C\U000E0001\u2029 \u200D";
+  EXPECT_EQ(Json::Parse(JsonValue(text).Text()), text) << "readers get what was there";
+}
+
 TEST(Json, ValuesStandInValuesAsTheyAreNamed) {
   JsonArray array;
   EXPECT_EQ(array.Text(), "[]");

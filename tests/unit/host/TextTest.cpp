@@ -54,6 +54,34 @@ TEST(Text, ALineBreakWithTheBlanksAroundItBecomesOneBlank) {
 
 TEST(Text, MarksThatReorderTextGo) {
   EXPECT_EQ(Clean("a\u202Eb\u202Cc\u2066d\u2069e"), "abcde");
+  EXPECT_EQ(Clean("a\u061Cb\u200Ec\u200Fd"), "abcd");
+}
+
+TEST(Text, CharactersThatShowNothingGo) {
+  EXPECT_EQ(Clean("a\u200Bb\u2060c\u2064d\uFEFFe\u206Ff\uFFF9g"), "abcdefg");
+  EXPECT_EQ(Clean("\U0001F3F4\U000E0067\U000E0062\U000E007F."), "\U0001F3F4.") << "tags";
+  EXPECT_EQ(Clean("a\U000E0001b\U000E0FFFc\uFFF0d\u2065"), "abcd");
+}
+
+TEST(Text, WhatIsPartOfHowATextIsWrittenStays) {
+  for (const char* text : {"\u0646\u0645\u06CC\u200C\u062E\u0648\u0627\u0647\u0645",  // non-joiner
+                           "\U0001F468\u200D\U0001F467",                              // joiner
+                           "\u2764\uFE0F", "\u845B\U000E0100",  // variation selectors
+                           "zusammen\u00ADgesetzt", "\u180E", "\u0600\u0661"}) {
+    EXPECT_EQ(Clean(text), text);
+  }
+}
+
+TEST(Text, MarksPileUpToAHeightOnly) {
+  const auto marks = [](std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) text += "\u0301";
+    return text;
+  };
+  EXPECT_EQ(Clean("e" + marks(30) + "x" + marks(30)), "e" + marks(30) + "x" + marks(30));
+  EXPECT_EQ(Clean("e" + marks(31)), "e" + marks(30));
+  EXPECT_EQ(Clean("\u4E00" + marks(5000) + "e\u0301"), "\u4E00" + marks(30) + "e\u0301");
+  EXPECT_EQ(Clean(marks(100) + "\u200B" + marks(100)), marks(30)) << "across what goes";
 }
 
 TEST(Text, EachByteThatIsNotUtf8BecomesAReplacementCharacter) {
@@ -122,14 +150,6 @@ TEST(Text, ComposingJoinsAccents) {
   EXPECT_EQ(Compose("Dvor\u030Ca\u0301k"), "Dvořák");
   EXPECT_EQ(Compose("Nimrod"), "Nimrod");
   EXPECT_EQ(Compose("\xE9\x1b"), kReplacement);
-}
-
-TEST(Text, EditDistanceCountsCharacters) {
-  EXPECT_EQ(EditDistance("", ""), 0u);
-  EXPECT_EQ(EditDistance("", "abc"), 3u);
-  EXPECT_EQ(EditDistance("kitten", "sitting"), 3u);
-  EXPECT_EQ(EditDistance("Dvořák", "Dvorak"), 2u);
-  EXPECT_EQ(EditDistance("交響曲", "交響"), 1u);
 }
 
 }  // namespace
