@@ -24,7 +24,7 @@ std::string JoinNames(std::initializer_list<std::optional<std::string_view>> par
 }
 
 // The part of each song.
-std::vector<Part> GroupSongs(const Library& library, AlbumGrouping& grouping) {
+std::vector<Part> GroupSongs(const LibraryFunctions& library, AlbumGrouping& grouping) {
   std::vector<Part> parts;
   ForEachSong(library, library.openAllSongs(),
               [&](std::int32_t, const Song& song) { parts.push_back(grouping.Add(song)); });
@@ -47,7 +47,7 @@ std::string SongFileName(const Song& song) {
   return JoinNames({song.artist, song.album, song.name});
 }
 
-std::vector<Album> ReadAlbums(const Library& library) {
+std::vector<Album> ReadAlbums(const LibraryFunctions& library) {
   AlbumGrouping grouping;
   const std::vector<Part> parts = GroupSongs(library, grouping);
   const std::vector<std::size_t> albumOf = grouping.Albums();
@@ -75,7 +75,7 @@ std::vector<Album> ReadAlbums(const Library& library) {
   return albums;
 }
 
-std::vector<std::int32_t> SongsOnAlbumOf(const Song& song, const Library& library) {
+std::vector<std::int32_t> SongsOnAlbumOf(const Song& song, const LibraryFunctions& library) {
   AlbumGrouping grouping;
   const std::vector<Part> parts = GroupSongs(library, grouping);
   const Part wanted = grouping.Find(song);

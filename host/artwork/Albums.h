@@ -15,10 +15,11 @@ struct Album {
 };
 
 // A song without an album stands alone. In the order of their first songs.
-[[nodiscard]] std::vector<Album> ReadAlbums(const Library& library);
+[[nodiscard]] std::vector<Album> ReadAlbums(const LibraryFunctions& library);
 
 // The positions among all songs of those on the song's album; none for a song without an album.
-[[nodiscard]] std::vector<std::int32_t> SongsOnAlbumOf(const Song& song, const Library& library);
+[[nodiscard]] std::vector<std::int32_t> SongsOnAlbumOf(const Song& song,
+                                                       const LibraryFunctions& library);
 
 // "Artist - Album - Name", safe as a part of a file name; what the song lacks is left out.
 [[nodiscard]] std::string SongFileName(const Song& song);

@@ -33,7 +33,7 @@ struct Picture {
 class Artwork {
  public:
   // Takes over the handle; null is allowed.
-  Artwork(const Library& library, ArtworkHandle* handle)
+  Artwork(const LibraryFunctions& library, ArtworkHandle* handle)
       : library_(library), handle_(handle, library.closeArtwork) {}
 
   [[nodiscard]] bool IsOpen() const noexcept { return handle_ != nullptr; }
@@ -48,7 +48,7 @@ class Artwork {
   [[nodiscard]] std::optional<Picture> ReadPicture(std::int32_t index,
                                                    const ImageFacts& facts) const;
 
-  const Library& library_;
+  const LibraryFunctions& library_;
   std::unique_ptr<ArtworkHandle, decltype(&::CloseArtwork)> handle_;
 };
 

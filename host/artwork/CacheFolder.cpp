@@ -1,7 +1,6 @@
 #include "host/artwork/CacheFolder.h"
 
 #include <optional>
-#include <unordered_set>
 
 #include "system/Files.h"
 #include "system/FolderListing.h"
@@ -34,7 +33,7 @@ std::string TrackIdIn(std::string_view path, const std::string& library) {
 CacheFolder::CacheFolder(const std::string& libraryFile) {
   const system::ByteBuffer text = system::ReadFileBytes(libraryFile.c_str());
   if (text) ids_ = FindPersistentIds(text.view());
-  const std::unordered_set<std::string> known(ids_.tracks.begin(), ids_.tracks.end());
+  const TextSet known(ids_.tracks.begin(), ids_.tracks.end());
   const std::string folder = libraryFile.substr(0, libraryFile.rfind('/') + 1) + "Album Artwork";
   system::FolderWalk walk(folder);
   while (const auto name = walk.Next()) {

@@ -3,10 +3,10 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "host/artwork/PersistentIds.h"
+#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -18,12 +18,15 @@ class CacheFolder {
   // The path of the cache file of a song of the library, by its position; empty when there is none.
   [[nodiscard]] std::string FileOf(std::size_t song) const;
 
+  // Whether there is no cache file at all.
+  [[nodiscard]] bool IsEmpty() const noexcept { return files_.empty() && unclaimed_.empty(); }
+
   // The files that belong to no song of the library, in the order of their paths.
   [[nodiscard]] const std::vector<std::string>& Unclaimed() const noexcept { return unclaimed_; }
 
  private:
   PersistentIds ids_;
-  std::unordered_map<std::string, std::string> files_;  // the first file of each track ID
+  TextMap<std::string> files_;  // the first file of each track ID
   std::vector<std::string> unclaimed_;
 };
 

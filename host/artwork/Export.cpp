@@ -1,5 +1,6 @@
 #include "host/artwork/Export.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <optional>
 #include <set>
@@ -8,6 +9,7 @@
 #include "host/artwork/Albums.h"
 #include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
+#include "host/artwork/Covers.h"
 #include "host/artwork/FileNames.h"
 #include "host/library/Diagnosis.h"
 #include "host/library/SongReader.h"
@@ -41,7 +43,8 @@ class Exporter {
       : options_(options),
         session_(session),
         songs_(session.library.openAllSongs()),
-        cache_(session.libraryPath) {}
+        cache_(session.libraryPath),
+        covers_(session.library, cache_) {}
 
   const Tally& Run() {
     const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
@@ -54,55 +57,41 @@ class Exporter {
     const std::vector<Album> albums = ReadAlbums(session_.library);
     Progress progress(albums.size() + files, session_.terminal, session_.output);
     for (const Album& album : albums) {
-      ExportAlbum(album);
+      if (options_.perSong) ExportSongs(album);
+      if (!options_.perSong) ExportAlbum(album);
       progress.Step();
     }
     for (std::size_t i = 0; i < files; ++i) {
       ExportUnclaimed(cache_.Unclaimed()[i]);
       progress.Step();
     }
+    tally_.damaged.insert(covers_.Damaged().begin(), covers_.Damaged().end());
     return tally_;
   }
 
  private:
-  // The song's own cover. A cache file without one, although it should hold one, is damaged.
-  std::optional<Picture> CoverOf(std::int32_t song) {
-    const Artwork artwork(session_.library, session_.library.openArtworkAny(songs_, song));
-    const std::string file = cache_.FileOf(static_cast<std::size_t>(song));
-    if (!artwork.IsOpen()) {
-      if (!file.empty()) tally_.damaged.insert(file);
-      return std::nullopt;
-    }
-    return Largest(artwork, file);
-  }
-
-  std::optional<Picture> Largest(const Artwork& artwork, const std::string& file) {
-    auto picture = artwork.LargestPicture();
-    const bool isDamaged = !picture && !artwork.Images().empty();
-    if (isDamaged) tally_.damaged.insert(file);
-    return picture;
-  }
-
   void ExportAlbum(const Album& album) {
-    std::optional<Picture> shared;
-    std::vector<std::optional<Picture>> own;
     for (const std::int32_t song : album.songs) {
-      std::optional<Picture> cover = CoverOf(song);
-      if (!shared && cover) shared = cover;
-      if (shared && !options_.perSong) break;
-      own.push_back(std::move(cover));
+      if (const auto cover = covers_.Of(song)) return Write(album.name, *cover);
     }
-    if (!shared) {
-      tally_.songsWithoutCover += static_cast<std::int64_t>(album.songs.size());
-      return;
-    }
-    if (!options_.perSong) {
-      Write(album.name, *shared);
-      return;
-    }
+    tally_.songsWithoutCover += static_cast<std::int64_t>(album.songs.size());
+  }
+
+  // A song without a cover of its own has that of the first song on the album which has one.
+  void ExportSongs(const Album& album) {
+    OneCover cover(covers_, cache_);
+    const auto first =
+        std::find_if(album.songs.begin(), album.songs.end(),
+                     [&cover](std::int32_t song) { return cover.Of(song) != nullptr; });
     SongReader reader(session_.library);
-    for (std::size_t i = 0; i < album.songs.size(); ++i) {
-      Write(SongFileName(reader.Read(songs_, album.songs[i])), own[i] ? *own[i] : *shared);
+    for (const std::int32_t song : album.songs) {
+      const Picture* picture = first == album.songs.end() ? nullptr : cover.Of(song);
+      if (picture == nullptr && first != album.songs.end()) picture = cover.Of(*first);
+      if (picture == nullptr) {
+        ++tally_.songsWithoutCover;
+      } else {
+        Write(SongFileName(reader.Read(songs_, song)), *picture);
+      }
     }
   }
 
@@ -114,7 +103,7 @@ class Exporter {
     }
     const std::string_view base = text::SplitExtension(file).base;
     const std::string name = SafeName(base.substr(base.rfind('/') + 1));
-    if (const auto picture = Largest(artwork, file)) Write(name, *picture);
+    if (const auto picture = covers_.In(artwork, file)) Write(name, *picture);
   }
 
   void Write(std::string_view name, const Picture& picture) {
@@ -132,6 +121,7 @@ class Exporter {
   Session& session_;
   PlaylistRecord* songs_;
   CacheFolder cache_;
+  Covers covers_;
   FileNames names_;
   Tally tally_;
 };

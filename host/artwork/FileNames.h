@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
+
+#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -38,10 +38,10 @@ class FileNames {
  private:
   [[nodiscard]] bool IsFree(const std::string& name);
 
-  std::unordered_set<std::string> taken_;  // as they compare
+  TextSet taken_;  // as they compare
   // The next number for a name that is taken, by the folded rest of the name. How much of a long stem
   // is left depends on the number of its digits, so each such number counts for itself.
-  std::unordered_map<std::string, std::size_t> next_;
+  TextMap<std::size_t> next_;
   std::size_t tried_ = 0;
 };
 

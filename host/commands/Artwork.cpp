@@ -3,10 +3,11 @@
 
 #include <charconv>
 #include <filesystem>
-#include <functional>
 #include <optional>
 
 #include "host/artwork/Albums.h"
+#include "host/artwork/CacheFolder.h"
+#include "host/artwork/Covers.h"
 #include "host/artwork/Export.h"
 #include "host/artwork/FileNames.h"
 #include "host/commands/Commands.h"
@@ -67,18 +68,20 @@ ExitCode ListImages(const Artwork& artwork, Session& session) {
     return ExitCode::Failed;
   }
   if (session.options.json) return ExitCode::Done;
-  Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
-               {.title = "Format"},
-               {.title = "Width", .align = Align::Right},
-               {.title = "Height", .align = Align::Right},
-               {.title = "Bytes", .align = Align::Right}});
-  for (std::size_t i = 0; i < images.size(); ++i) {
-    table.Add(static_cast<std::int64_t>(i));
-    table.Add(FormatName(images[i].format));
-    table.Add(images[i].width);
-    table.Add(images[i].height);
-    table.Add(images[i].size);
-  }
+  const Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
+                     {.title = "Format"},
+                     {.title = "Width", .align = Align::Right},
+                     {.title = "Height", .align = Align::Right},
+                     {.title = "Bytes", .align = Align::Right}},
+                    [&](Rows& rows) {
+                      for (std::size_t i = 0; i < images.size(); ++i) {
+                        rows.Add(static_cast<std::int64_t>(i));
+                        rows.Add(FormatName(images[i].format));
+                        rows.Add(images[i].width);
+                        rows.Add(images[i].height);
+                        rows.Add(images[i].size);
+                      }
+                    });
   table.Print(session.terminal, session.output);
   return ExitCode::Done;
 }
@@ -144,15 +147,37 @@ ExitCode ShowFile(const ArtworkArguments& arguments, Session& session) {
   return ExitCode::Done;
 }
 
-// The first cache file of the songs on the song's album that `fits`; a closed one when there is none.
-Artwork OpenFromAlbum(const Song& song, const Library& library,
-                      const std::function<bool(const Artwork&)>& fits) {
-  for (const std::int32_t position : SongsOnAlbumOf(song, library)) {
-    Artwork artwork(library, library.openArtworkAny(library.openAllSongs(), position));
-    if (artwork.IsOpen() && fits(artwork)) return artwork;
+// The covers of a song's album.
+class AlbumCovers {
+ public:
+  AlbumCovers(const Song& song, const Session& session)
+      : songs_(SongsOnAlbumOf(song, session.library)),
+        cache_(session.libraryPath),
+        library_(session.library),
+        covers_(library_, cache_) {}
+
+  // The first cache file that can be opened; a closed one when there is none.
+  Artwork FirstFile() {
+    for (const std::int32_t song : songs_) {
+      Artwork artwork = covers_.Open(song);
+      if (artwork.IsOpen()) return artwork;
+    }
+    return {library_, nullptr};
   }
-  return {library, nullptr};
-}
+
+  std::optional<Picture> FirstPicture() {
+    for (const std::int32_t song : songs_) {
+      if (auto picture = covers_.Of(song)) return picture;
+    }
+    return std::nullopt;
+  }
+
+ private:
+  std::vector<std::int32_t> songs_;
+  CacheFolder cache_;
+  const Library& library_;
+  Covers covers_;
+};
 
 // A cover often has one cache file for the whole album.
 ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
@@ -165,18 +190,14 @@ ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   const Artwork own(library, library.openArtworkAny(playlist.handle, position));
   if (arguments.list) {
     if (own.IsOpen()) return ListImages(own, session);
-    const Artwork shared = OpenFromAlbum(song, library, [](const Artwork&) { return true; });
+    const Artwork shared = AlbumCovers(song, session).FirstFile();
     if (!shared.IsOpen()) throw NoPicture(own);
     return ListImages(shared, session);
   }
 
   std::optional<Picture> picture = own.LargestPicture();
   const bool isDamaged = !picture && !own.Images().empty();
-  const auto takePicture = [&picture](const Artwork& artwork) {
-    picture = artwork.LargestPicture();
-    return picture.has_value();
-  };
-  if (!picture) OpenFromAlbum(song, library, takePicture);
+  if (!picture) picture = AlbumCovers(song, session).FirstPicture();
   if (!picture) throw NoPicture(own);
   WritePicture(*picture, SongFileName(song), arguments, session);
   if (!isDamaged) return ExitCode::Done;

@@ -5,10 +5,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "host/library/SongReader.h"
+#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -46,7 +46,7 @@ class AlbumGrouping {
     std::string artist;
     std::size_t earlier;  // a part of the same album, or this one when it is the album's first
   };
-  using Numbers = std::unordered_map<std::string, std::size_t>;
+  using Numbers = TextMap<std::size_t>;
 
   void Join(std::size_t part, std::size_t other);
 

@@ -6,7 +6,7 @@
 namespace tavrel::host {
 namespace {
 
-std::optional<std::string> ReadName(const Library& library, std::int32_t group,
+std::optional<std::string> ReadName(const LibraryFunctions& library, std::int32_t group,
                                     std::int32_t position) {
   const std::int32_t size = library.getPlaylistName(group, position, nullptr, 0);
   if (size <= 0) return std::nullopt;
@@ -23,7 +23,7 @@ std::string_view GroupName(std::int32_t group) {
   return kNames.at(static_cast<std::size_t>(group));
 }
 
-std::vector<Playlist> ReadPlaylists(const Library& library) {
+std::vector<Playlist> ReadPlaylists(const LibraryFunctions& library) {
   std::vector<Playlist> playlists;
   for (std::int32_t group = 0; group < kGroupCount; ++group) {
     const std::int32_t count = library.getPlaylistCount(group);

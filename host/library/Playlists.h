@@ -26,6 +26,6 @@ struct Playlist {
 };
 
 // Every playlist, group by group.
-[[nodiscard]] std::vector<Playlist> ReadPlaylists(const Library& library);
+[[nodiscard]] std::vector<Playlist> ReadPlaylists(const LibraryFunctions& library);
 
 }  // namespace tavrel::host

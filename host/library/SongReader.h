@@ -26,13 +26,13 @@ struct Song {
 // Reads songs one after the other into one buffer.
 class SongReader {
  public:
-  explicit SongReader(const Library& library) : library_(library) {}
+  explicit SongReader(const LibraryFunctions& library) : library_(library) {}
 
   // The texts stay valid until the next call. position: must be one of the playlist's.
   const Song& Read(PlaylistRecord* playlist, std::int32_t position);
 
  private:
-  const Library& library_;
+  const LibraryFunctions& library_;
   std::vector<char> buffer_ = std::vector<char>(1024);
   Song song_;
 };
@@ -40,7 +40,7 @@ class SongReader {
 // Calls visit(position, song) for each song of the playlist, in its order. The song's texts are valid
 // for that call.
 template <typename Visit>
-void ForEachSong(const Library& library, PlaylistRecord* playlist, Visit visit) {
+void ForEachSong(const LibraryFunctions& library, PlaylistRecord* playlist, Visit visit) {
   SongReader reader(library);
   const std::int32_t count = library.getSongCount(playlist);
   for (std::int32_t position = 0; position < count; ++position) {

@@ -40,7 +40,7 @@ bool Contains(const std::optional<std::string_view>& text,
 
 // Looks through the tracks that the library has told nothing of but that they are there: a song
 // without a playlist is told of like one that does not match.
-void AddUnplaced(const Library& library, const SearchTerms& terms, std::int32_t tracks,
+void AddUnplaced(const LibraryFunctions& library, const SearchTerms& terms, std::int32_t tracks,
                  std::vector<FoundSong>& found) {
   std::optional<text::SearchTerm> name;
   std::optional<text::SearchTerm> artist;
@@ -68,7 +68,7 @@ void AddUnplaced(const Library& library, const SearchTerms& terms, std::int32_t 
 
 }  // namespace
 
-std::vector<FoundSong> FindSongs(const Library& library, const SearchTerms& terms,
+std::vector<FoundSong> FindSongs(const LibraryFunctions& library, const SearchTerms& terms,
                                  std::size_t limit) {
   const SongInfo info = InfoOf(terms);
   Listener listener{limit};
@@ -79,7 +79,8 @@ std::vector<FoundSong> FindSongs(const Library& library, const SearchTerms& term
   return std::move(found);
 }
 
-std::size_t CountSongs(const Library& library, const SearchTerms& terms, std::size_t limit) {
+std::size_t CountSongs(const LibraryFunctions& library, const SearchTerms& terms,
+                       std::size_t limit) {
   const SongInfo info = InfoOf(terms);
   Listener listener{limit};
   const auto count = static_cast<std::size_t>(library.searchSong(&info, Listen, &listener));

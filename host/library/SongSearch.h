@@ -24,11 +24,11 @@ struct FoundSong {
 };
 
 // The first `limit` songs that are found, in the file's order; 0 for all.
-[[nodiscard]] std::vector<FoundSong> FindSongs(const Library& library, const SearchTerms& terms,
-                                               std::size_t limit);
+[[nodiscard]] std::vector<FoundSong> FindSongs(const LibraryFunctions& library,
+                                               const SearchTerms& terms, std::size_t limit);
 
 // The number of them alone, which takes less time.
-[[nodiscard]] std::size_t CountSongs(const Library& library, const SearchTerms& terms,
+[[nodiscard]] std::size_t CountSongs(const LibraryFunctions& library, const SearchTerms& terms,
                                      std::size_t limit);
 
 }  // namespace tavrel::host

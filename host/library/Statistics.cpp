@@ -4,22 +4,14 @@
 #include <optional>
 #include <string_view>
 #include <tuple>
-#include <unordered_map>
 
 #include "host/library/AlbumGrouping.h"
 #include "host/library/SongReader.h"
+#include "host/library/TextHash.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
-
-// Hashes a text of any type, so that a look-up copies nothing.
-struct TextHash {
-  using is_transparent = void;
-  std::size_t operator()(std::string_view text) const noexcept {
-    return std::hash<std::string_view>()(text);
-  }
-};
 
 void Count(Tally& tally, std::int64_t time) {
   ++tally.songs;
@@ -57,7 +49,7 @@ class Names {
 
  private:
   // As the file writes them and composed.
-  std::unordered_map<std::string, std::size_t, TextHash, std::equal_to<>> numbers_;
+  TextMap<std::size_t> numbers_;
   std::vector<Tally> tallies_;
 };
 
@@ -116,7 +108,7 @@ class MostPlayed {
 
 }  // namespace
 
-Statistics CollectStatistics(const Library& library) {
+Statistics CollectStatistics(const LibraryFunctions& library) {
   Statistics statistics;
   Names artists;
   Albums albums;

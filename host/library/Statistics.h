@@ -39,6 +39,6 @@ struct Statistics {
 
 inline constexpr std::size_t kTopCount = 5;
 
-[[nodiscard]] Statistics CollectStatistics(const Library& library);
+[[nodiscard]] Statistics CollectStatistics(const LibraryFunctions& library);
 
 }  // namespace tavrel::host

@@ -9,6 +9,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/CacheFiles.h"
 #include "tests/support/Json.h"
+#include "tests/support/Sanitizers.h"
 
 namespace tavrel::tests {
 namespace {
@@ -416,6 +417,47 @@ TEST_F(ArtworkCommand, FolderThatCannotBeMadeOrFileThatCannotBeWrittenFails) {
   EXPECT_THAT(outcome.errors, HasSubstr("cannot write"));
   EXPECT_THAT(NamesIn(Path("here/out")), UnorderedElementsAre("A - One.png"));
 }
+
+TEST_F(ArtworkCommand, AFileThatMayNotGrowIsAMessageAndNothingIsHalfWritten) {
+  AddSong(Named("A", "One", "x"), OnePicture());
+  WriteLibrary();
+  Command command;
+  command.fileSize = 20;
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"artwork", "--all", "-o", Path("out")},
+        {"artwork", "Music", "0", "-o", Path("out/x.png")}}) {
+    std::vector<std::string> all{"--home", Path("home")};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    const Outcome outcome = Run(all, command);
+    EXPECT_EQ(outcome.signal, 0);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, HasSubstr("File too large"));
+    EXPECT_THAT(NamesIn(Path("out")), IsEmpty());
+  }
+}
+
+#if !TAVREL_SANITIZED  // which take more address space than there is
+// Twelve songs of one album, each with a cover of its own.
+TEST_F(ArtworkCommand, OneCoverIsInMemoryAtATime) {
+  constexpr std::uint32_t kSize = 16 << 20;
+  constexpr std::string_view kEnd("\0\0\0\0IEND\xAE\x42\x60\x82", 12);
+  std::string picture = "\x89PNG\r\n\x1A\n" + test::Number(kSize) + "junk";
+  picture.append(kSize + 4, '\0').append(kEnd);
+  for (int i = 0; i < 12; ++i) AddSong(Named("A", "One", std::to_string(i)));
+  Cache("0000000000000000-0000000000000011.itc2", CacheHeader() + Bytes({.image = picture}));
+  for (int number = 12; number <= 22; ++number) {
+    const std::string folder =
+        Path("home/Music/iTunes/Album Artwork/0000000000000000-00000000000000");
+    fs::create_hard_link(folder + "11.itc2", folder + std::to_string(number) + ".itc2");
+  }
+  WriteLibrary();
+  Command command;
+  command.addressSpace = rlim_t{140} << 20;
+  const Outcome outcome =
+      Run({"--home", Path("home"), "artwork", "--all", "--per-song", "-o", Path("out")}, command);
+  EXPECT_EQ(outcome.output, "12 covers written\n") << outcome.errors;
+}
+#endif
 
 TEST_F(ArtworkCommand, ProgressIsShownOnATerminalOnly) {
   for (int i = 0; i < 3; ++i) AddSong(Named("A", "One", "x"), OnePicture());

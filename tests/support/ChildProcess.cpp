@@ -72,9 +72,11 @@ void UseStream(int end, int descriptor) {
   }
 }
 
-void LimitAddressSpace(rlim_t bytes) {
-  const rlimit limit{bytes, bytes};
-  if (bytes > 0) ::setrlimit(RLIMIT_AS, &limit);
+void SetLimits(const Command& command) {
+  const rlimit space{command.addressSpace, command.addressSpace};
+  if (command.addressSpace > 0) ::setrlimit(RLIMIT_AS, &space);
+  const rlimit size{command.fileSize.value_or(0), command.fileSize.value_or(0)};
+  if (command.fileSize) ::setrlimit(RLIMIT_FSIZE, &size);
 }
 
 [[noreturn]] void RunChild(const Command& command, const Ends& output, const Ends& errors) {
@@ -94,7 +96,7 @@ void LimitAddressSpace(rlim_t bytes) {
   }
   if (!command.folder.empty() && ::chdir(command.folder.c_str()) != 0) ::_exit(126);
   if (command.user != 0 && ::setuid(command.user) != 0) ::_exit(126);
-  LimitAddressSpace(command.addressSpace);
+  SetLimits(command);
 
   std::vector<char*> arguments;
   for (const std::string& argument : command.arguments) {

@@ -29,8 +29,9 @@ struct Command {
   Stream errors = Stream::Pipe;
   unsigned short columns = 80;  // of terminals; 0: the terminal does not know
   std::vector<int> ignoredSignals;
-  uid_t user = 0;           // run as this user, where this process may choose; 0: no change
-  rlim_t addressSpace = 0;  // limit in bytes; 0: none
+  uid_t user = 0;                  // run as this user, where this process may choose; 0: no change
+  rlim_t addressSpace = 0;         // limit in bytes; 0: none
+  std::optional<rlim_t> fileSize;  // limit in bytes of what it writes
 };
 
 struct Outcome {
