@@ -24,47 +24,50 @@ GroupCounts CountPlaylists(const Library& library) {
   return counts;
 }
 
-// ---- On screen ----
+// ---- On screen: the tables borrow the lists ----
 
 constexpr std::size_t kLeastWidthForTwo = 72;  // narrower terminals show one list below the other
 constexpr std::string_view kBetweenLists = "    ";
 
 Table TallyTable(std::string_view title, const std::vector<Tally>& tallies) {
-  Table table({{.title = title, .weight = 1},
-               {.title = "Songs", .align = Align::Right},
-               {.title = "Time", .align = Align::Right, .style = Style::Dim}});
-  for (const Tally& tally : tallies) {
-    table.Add(tally.name);
-    table.Add(Grouped(tally.songs));
-    table.Add(Clock(tally.time));
-  }
-  return table;
+  return {{{.title = title, .weight = 1},
+           {.title = "Songs", .align = Align::Right},
+           {.title = "Time", .align = Align::Right, .style = Style::Dim}},
+          [&tallies](Rows& rows) {
+            for (const Tally& tally : tallies) {
+              rows.Add(tally.name);
+              rows.Add(Grouped(tally.songs));
+              rows.Add(Clock(tally.time));
+            }
+          }};
 }
 
 Table AlbumTable(const std::vector<Tally>& albums) {
-  Table table({{.title = "Album", .weight = 3},
-               {.title = "Artist", .weight = 2, .rank = 1},
-               {.title = "Songs", .align = Align::Right},
-               {.title = "Time", .align = Align::Right, .style = Style::Dim}});
-  for (const Tally& album : albums) {
-    table.Add(album.name);
-    table.Add(album.artist);
-    table.Add(Grouped(album.songs));
-    table.Add(Clock(album.time));
-  }
-  return table;
+  return {{{.title = "Album", .weight = 3},
+           {.title = "Artist", .weight = 2, .rank = 1},
+           {.title = "Songs", .align = Align::Right},
+           {.title = "Time", .align = Align::Right, .style = Style::Dim}},
+          [&albums](Rows& rows) {
+            for (const Tally& album : albums) {
+              rows.Add(album.name);
+              rows.Add(album.artist);
+              rows.Add(Grouped(album.songs));
+              rows.Add(Clock(album.time));
+            }
+          }};
 }
 
 Table PlayedTable(const std::vector<PlayedSong>& songs) {
-  Table table({{.title = "Most played", .weight = 3, .cut = Cut::Middle},
-               {.title = "Artist", .weight = 2, .rank = 1},
-               {.title = "Plays", .align = Align::Right}});
-  for (const PlayedSong& song : songs) {
-    table.Add(song.name.value_or(""));
-    table.Add(song.artist.value_or(""));
-    table.Add(Grouped(song.plays));
-  }
-  return table;
+  return {{{.title = "Most played", .weight = 3, .cut = Cut::Middle},
+           {.title = "Artist", .weight = 2, .rank = 1},
+           {.title = "Plays", .align = Align::Right}},
+          [&songs](Rows& rows) {
+            for (const PlayedSong& song : songs) {
+              rows.Add(song.name.value_or(""));
+              rows.Add(song.artist.value_or(""));
+              rows.Add(Grouped(song.plays));
+            }
+          }};
 }
 
 void Print(const Table& table, Session& session) {

@@ -11,20 +11,23 @@ namespace tavrel::host {
 namespace {
 
 void PrintTable(const std::vector<Playlist>& playlists, Session& session) {
-  Table table({
-      {.title = "Group", .style = Style::Dim},
-      {.title = "Position", .align = Align::Right},
-      {.title = "Kind", .align = Align::Right, .style = Style::Dim, .rank = 1},
-      {.title = "Songs", .align = Align::Right},
-      {.title = "Name", .weight = 1},
-  });
-  for (const Playlist& playlist : playlists) {
-    table.Add(GroupName(playlist.group));
-    table.Add(fmt::format("{}:{}", playlist.group, playlist.position));
-    table.Add(playlist.kind);
-    table.Add(playlist.songCount);
-    table.Add(playlist.name.value_or(""));
-  }
+  const Table table(
+      {
+          {.title = "Group", .style = Style::Dim},
+          {.title = "Position", .align = Align::Right},
+          {.title = "Kind", .align = Align::Right, .style = Style::Dim, .rank = 1},
+          {.title = "Songs", .align = Align::Right},
+          {.title = "Name", .weight = 1},
+      },
+      [&](Rows& rows) {
+        for (const Playlist& playlist : playlists) {
+          rows.Add(GroupName(playlist.group));
+          rows.Add(fmt::format("{}:{}", playlist.group, playlist.position));
+          rows.Add(playlist.kind);
+          rows.Add(playlist.songCount);
+          rows.Add(playlist.name.value_or(""));
+        }
+      });
   table.Print(session.terminal, session.output);
 }
 

@@ -20,14 +20,17 @@ std::string_view FileName(std::string_view path) {
 }
 
 void PrintTable(PlaylistRecord* ringtones, Session& session) {
-  Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
-               {.title = "Name", .weight = 1},
-               {.title = "File", .weight = 1, .rank = 1}});
-  ForEachSong(session.library, ringtones, [&](std::int32_t position, const Song& ringtone) {
-    table.Add(position);
-    table.Add(ringtone.name.value_or(""));
-    table.Add(FileName(ringtone.location.value_or("")));
-  });
+  const Table table({{.title = "#", .align = Align::Right, .style = Style::Dim},
+                     {.title = "Name", .weight = 1},
+                     {.title = "File", .weight = 1, .rank = 1}},
+                    [&](Rows& rows) {
+                      ForEachSong(session.library, ringtones,
+                                  [&](std::int32_t position, const Song& ringtone) {
+                                    rows.Add(position);
+                                    rows.Add(ringtone.name.value_or(""));
+                                    rows.Add(FileName(ringtone.location.value_or("")));
+                                  });
+                    });
   table.Print(session.terminal, session.output);
 }
 

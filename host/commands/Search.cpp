@@ -1,5 +1,6 @@
 // tavrel search: the songs whose name, artist or album holds a text.
 #include <map>
+#include <memory>
 
 #include "host/commands/Commands.h"
 #include "host/commands/SongJson.h"
@@ -22,52 +23,47 @@ Places ReadPlaces(const Library& library) {
   return places;
 }
 
-// A term's matches in the cells of a table.
-class Marker {
- public:
-  explicit Marker(const std::optional<std::string>& term) {
-    if (term) term_.emplace(*term);
-  }
+// Finds a term's match in a cell; none without a term.
+FindMark MarkOf(const std::optional<std::string>& term) {
+  if (!term) return [](std::string_view) { return std::nullopt; };
+  const auto wanted = std::make_shared<const text::SearchTerm>(*term);
+  return [wanted](std::string_view clean) { return FindRange(clean, *wanted); };
+}
 
-  void Add(const std::optional<std::string_view>& text, const Terminal& terminal, Table& table) {
-    const std::string clean = Clean(text.value_or(""));
-    std::optional<TextRange> range;
-    if (terminal.styled && term_) range = FindRange(clean, *term_);
-    if (!range) range = TextRange{0, 0};
-    table.AddMarked(clean, range->from, range->to);
+void AddPlace(const FoundSong& found, const Places& places, Rows& rows) {
+  const auto place = places.find(found.playlist);
+  if (place == places.end()) {
+    for (int i = 0; i < 3; ++i) rows.Add("");
+    return;
   }
-
- private:
-  std::optional<text::SearchTerm> term_;
-};
+  const Playlist& playlist = place->second;
+  rows.Add(playlist.name.value_or(""));
+  rows.Add(std::to_string(playlist.group) + ":" + std::to_string(playlist.position));
+  rows.Add(found.position);
+}
 
 void PrintTable(const std::vector<FoundSong>& found, const SearchTerms& terms, Session& session) {
-  Table table({{.title = "Name", .weight = 3},
-               {.title = "Artist", .weight = 2, .rank = 1},
-               {.title = "Album", .weight = 2, .rank = 2},
-               {.title = "Playlist", .style = Style::Dim, .weight = 2, .rank = 3},
-               {.title = "At", .style = Style::Dim},
-               {.title = "#", .align = Align::Right, .style = Style::Dim}});
-  Marker names(terms.name);
-  Marker artists(terms.artist);
-  Marker albums(terms.album);
-  Places places = ReadPlaces(session.library);
+  const FindMark nameMark = MarkOf(terms.name);
+  const FindMark artistMark = MarkOf(terms.artist);
+  const FindMark albumMark = MarkOf(terms.album);
+  const Places places = ReadPlaces(session.library);
   SongReader reader(session.library);
   PlaylistRecord* all = session.library.openAllSongs();
-  for (const FoundSong& each : found) {
-    const Song& song = reader.Read(all, each.track);
-    names.Add(song.name, session.terminal, table);
-    artists.Add(song.artist, session.terminal, table);
-    albums.Add(song.album, session.terminal, table);
-    if (each.playlist == nullptr) {
-      for (int i = 0; i < 3; ++i) table.Add("");
-      continue;
-    }
-    const Playlist& playlist = places[each.playlist];
-    table.Add(playlist.name.value_or(""));
-    table.Add(std::to_string(playlist.group) + ":" + std::to_string(playlist.position));
-    table.Add(each.position);
-  }
+  const Table table({{.title = "Name", .weight = 3},
+                     {.title = "Artist", .weight = 2, .rank = 1},
+                     {.title = "Album", .weight = 2, .rank = 2},
+                     {.title = "Playlist", .style = Style::Dim, .weight = 2, .rank = 3},
+                     {.title = "At", .style = Style::Dim},
+                     {.title = "#", .align = Align::Right, .style = Style::Dim}},
+                    [&](Rows& rows) {
+                      for (const FoundSong& each : found) {
+                        const Song& song = reader.Read(all, each.track);
+                        rows.AddMarked(song.name.value_or(""), nameMark);
+                        rows.AddMarked(song.artist.value_or(""), artistMark);
+                        rows.AddMarked(song.album.value_or(""), albumMark);
+                        AddPlace(each, places, rows);
+                      }
+                    });
   table.Print(session.terminal, session.output);
 }
 

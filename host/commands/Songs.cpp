@@ -11,30 +11,33 @@ namespace tavrel::host {
 namespace {
 
 void PrintTable(PlaylistRecord* playlist, Session& session) {
-  Table table({
-      {.title = "#", .align = Align::Right, .style = Style::Dim},
-      {.title = "Name", .weight = 3, .cut = Cut::Middle},
-      {.title = "Artist", .weight = 2, .rank = 1},
-      {.title = "Album", .weight = 2, .rank = 3},
-      {.title = "Track", .align = Align::Right, .style = Style::Dim, .rank = 6},
-      {.title = "Genre", .style = Style::Dim, .weight = 2, .rank = 4},
-      {.title = "Time", .align = Align::Right, .rank = 2},
-      {.title = "Plays", .align = Align::Right, .style = Style::Dim, .rank = 5},
-  });
-  const auto addCount = [&table](std::int32_t count) {
-    if (count == 0) table.Add("");
-    if (count != 0) table.Add(count);
+  const auto addCount = [](Rows& rows, std::int32_t count) {
+    if (count == 0) rows.Add("");
+    if (count != 0) rows.Add(count);
   };
-  ForEachSong(session.library, playlist, [&](std::int32_t position, const Song& song) {
-    table.Add(position);
-    table.Add(song.name.value_or(""));
-    table.Add(song.artist.value_or(""));
-    table.Add(song.album.value_or(""));
-    addCount(song.trackNumber);
-    table.Add(song.genre.value_or(""));
-    table.Add(Clock(song.totalTime));
-    addCount(song.playCount);
-  });
+  const Table table(
+      {
+          {.title = "#", .align = Align::Right, .style = Style::Dim},
+          {.title = "Name", .weight = 3, .cut = Cut::Middle},
+          {.title = "Artist", .weight = 2, .rank = 1},
+          {.title = "Album", .weight = 2, .rank = 3},
+          {.title = "Track", .align = Align::Right, .style = Style::Dim, .rank = 6},
+          {.title = "Genre", .style = Style::Dim, .weight = 2, .rank = 4},
+          {.title = "Time", .align = Align::Right, .rank = 2},
+          {.title = "Plays", .align = Align::Right, .style = Style::Dim, .rank = 5},
+      },
+      [&](Rows& rows) {
+        ForEachSong(session.library, playlist, [&](std::int32_t position, const Song& song) {
+          rows.Add(position);
+          rows.Add(song.name.value_or(""));
+          rows.Add(song.artist.value_or(""));
+          rows.Add(song.album.value_or(""));
+          addCount(rows, song.trackNumber);
+          rows.Add(song.genre.value_or(""));
+          rows.Add(Clock(song.totalTime));
+          addCount(rows, song.playCount);
+        });
+      });
   table.Print(session.terminal, session.output);
 }
 

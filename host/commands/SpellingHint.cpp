@@ -25,21 +25,39 @@ struct Spelling {
 
 using Spellings = std::map<std::string, Spelling>;  // by their folded form
 
-std::optional<std::string> SpellingIn(const std::optional<std::string_view>& text,
-                                      const std::optional<std::string>& term) {
-  if (!text || !term) return std::nullopt;
-  const std::optional<TextRange> range = FindRangeWithoutAccents(*text, *term);
-  if (!range) return std::nullopt;
-  return std::string(text->substr(range->from, range->to - range->from));
-}
+// The terms, prepared once for any number of songs.
+class Terms {
+ public:
+  explicit Terms(const SearchTerms& terms) {
+    if (terms.name) name_.emplace(*terms.name);
+    if (terms.artist) artist_.emplace(*terms.artist);
+    if (terms.album) album_.emplace(*terms.album);
+  }
 
-void Count(const Song& song, const SearchTerms& terms, Spellings& spellings) {
-  std::optional<std::string> found = SpellingIn(song.name, terms.name);
-  if (!found) found = SpellingIn(song.artist, terms.artist);
-  if (!found) found = SpellingIn(song.album, terms.album);
-  if (!found) return;
-  Spelling& spelling = spellings[Fold(*found)];
-  if (spelling.text.empty()) spelling.text = Compose(*found);
+  [[nodiscard]] std::optional<std::string> FirstSpellingIn(const Song& song) const {
+    std::optional<std::string> found = SpellingIn(song.name, name_);
+    if (!found) found = SpellingIn(song.artist, artist_);
+    if (!found) found = SpellingIn(song.album, album_);
+    return found;
+  }
+
+ private:
+  static std::optional<std::string> SpellingIn(const std::optional<std::string_view>& text,
+                                               const std::optional<AccentlessTerm>& term) {
+    if (!text || !term) return std::nullopt;
+    const std::optional<TextRange> range = term->FindIn(*text);
+    if (!range) return std::nullopt;
+    return std::string(text->substr(range->from, range->to - range->from));
+  }
+
+  std::optional<AccentlessTerm> name_;
+  std::optional<AccentlessTerm> artist_;
+  std::optional<AccentlessTerm> album_;
+};
+
+void Count(const std::string& found, Spellings& spellings) {
+  Spelling& spelling = spellings[Fold(found)];
+  if (spelling.text.empty()) spelling.text = Compose(found);
   ++spelling.songs;
 }
 
@@ -67,10 +85,12 @@ std::string Named(const SearchTerms& terms) {
 
 }  // namespace
 
-std::string NothingFound(const Library& library, const SearchTerms& terms) {
+std::string NothingFound(const LibraryFunctions& library, const SearchTerms& terms) {
+  const Terms prepared(terms);
   Spellings spellings;
-  ForEachSong(library, library.openAllSongs(),
-              [&](std::int32_t, const Song& song) { Count(song, terms, spellings); });
+  ForEachSong(library, library.openAllSongs(), [&](std::int32_t, const Song& song) {
+    if (const auto found = prepared.FirstSpellingIn(song)) Count(*found, spellings);
+  });
 
   std::string message = "no song matches " + Named(terms);
   if (spellings.empty()) return message;

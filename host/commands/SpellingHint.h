@@ -10,6 +10,6 @@ namespace tavrel::host {
 
 // The message; it names spellings that would be found, if accents are all that stands between them
 // and the terms.
-[[nodiscard]] std::string NothingFound(const Library& library, const SearchTerms& terms);
+[[nodiscard]] std::string NothingFound(const LibraryFunctions& library, const SearchTerms& terms);
 
 }  // namespace tavrel::host

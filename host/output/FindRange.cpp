@@ -1,5 +1,6 @@
 #include "host/output/FindRange.h"
 
+#include <string.h>
 #include <utf8proc.h>
 
 #include <cstdint>
@@ -84,14 +85,20 @@ std::optional<TextRange> FindRange(std::string_view text, const text::SearchTerm
   return OriginalRange(text, ends, place, place + term.foldedSize());
 }
 
-std::optional<TextRange> FindRangeWithoutAccents(std::string_view text, std::string_view part) {
+AccentlessTerm::AccentlessTerm(std::string_view part) {
   std::vector<std::size_t> ends;
-  const std::string wanted = MapCharacters(part, ends, AppendWithoutAccents);
-  ends.clear();
+  wanted_ = MapCharacters(part, ends, AppendWithoutAccents);
+}
+
+std::optional<TextRange> AccentlessTerm::FindIn(std::string_view text) const {
+  if (wanted_.empty()) return std::nullopt;
+  std::vector<std::size_t> ends;
   const std::string mapped = MapCharacters(text, ends, AppendWithoutAccents);
-  const std::size_t place = wanted.empty() ? std::string::npos : mapped.find(wanted);
-  if (place == std::string::npos) return std::nullopt;
-  return OriginalRange(text, ends, place, place + wanted.size());
+  // Linear, which the search of std::string is not.
+  const void* found = ::memmem(mapped.data(), mapped.size(), wanted_.data(), wanted_.size());
+  if (found == nullptr) return std::nullopt;
+  const auto place = static_cast<std::size_t>(static_cast<const char*>(found) - mapped.data());
+  return OriginalRange(text, ends, place, place + wanted_.size());
 }
 
 }  // namespace tavrel::host

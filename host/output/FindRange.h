@@ -3,24 +3,29 @@
 
 #include <cstddef>
 #include <optional>
+#include <string>
 #include <string_view>
 
+#include "host/output/TextRange.h"
 #include "text/TextSearch.h"
 
 namespace tavrel::host {
-
-struct TextRange {
-  std::size_t from;  // byte offsets
-  std::size_t to;
-};
 
 // The first match of `term` in `text`, whole characters with their marks; none when there is none.
 [[nodiscard]] std::optional<TextRange> FindRange(std::string_view text,
                                                  const text::SearchTerm& term);
 
-// The first place of `part` in `text`, where letters are compared without their accents and case;
-// none when there is none.
-[[nodiscard]] std::optional<TextRange> FindRangeWithoutAccents(std::string_view text,
-                                                               std::string_view part);
+// A text that is looked for without its accents and case.
+class AccentlessTerm {
+ public:
+  explicit AccentlessTerm(std::string_view part);
+
+  // The first place of it in `text`; none when there is none, or when nothing but accents is looked for.
+  // Cost: linear, whatever the texts hold.
+  [[nodiscard]] std::optional<TextRange> FindIn(std::string_view text) const;
+
+ private:
+  std::string wanted_;
+};
 
 }  // namespace tavrel::host

@@ -68,34 +68,135 @@ std::string Shorten(std::string_view text, std::size_t width, Cut cut) {
   return shortened;
 }
 
+// A cell's text that fits `width` columns, with what is marked in it.
+struct Shown {
+  std::string text;
+  std::size_t width;
+  std::size_t kept;  // the bytes that are the text's own
+};
+
+std::string Styled(const Shown& shown, Style style, const std::optional<TextRange>& mark,
+                   const Terminal& terminal) {
+  const std::string_view text = shown.text;
+  if (!mark || mark->from >= mark->to) return terminal.Styled(style, text);
+  const std::size_t from = std::min(mark->from, shown.kept);
+  const std::size_t to = std::min(mark->to, shown.kept);
+  return terminal.Styled(style, text.substr(0, from)) +
+         terminal.Styled(Style::Marked, text.substr(from, to - from)) +
+         terminal.Styled(style, text.substr(to));
+}
+
 }  // namespace
 
-Table::Table(std::vector<Column> columns)
+void Rows::Add(std::int64_t number) {
+  Add(std::string_view(fmt::format_int(number).c_str()));
+}
+
+// Widths and counts.
+class Table::Measure : public Rows {
+ public:
+  explicit Measure(Table& table) : table_(table) {}
+
+  void Add(std::string_view text) override {
+    clean_.clear();
+    const std::size_t width = AppendClean(clean_, text);
+    std::size_t& natural = table_.naturalWidths_[column_];
+    std::size_t& aligned = table_.alignedWidths_[column_];
+    natural = std::max(natural, width);
+    if (width <= kWidestAligned) aligned = std::max(aligned, width);
+    if (width > 0) table_.isFilled_[column_] = true;
+    if (++column_ < table_.columns_.size()) return;
+    column_ = 0;
+    ++table_.rowCount_;
+  }
+
+ private:
+  Table& table_;
+  std::size_t column_ = 0;
+  std::string clean_;
+};
+
+// Lines, one a row.
+class Table::Printer : public Rows {
+ public:
+  Printer(const Table& table, const Terminal& terminal, LineEnd end, const TakeLine& take)
+      : table_(table),
+        terminal_(terminal),
+        widths_(table.FittedWidths(terminal.width)),
+        end_(end),
+        take_(take) {}
+
+  void AddHeader() {
+    isHeader_ = true;
+    for (const Column& column : table_.columns_) Add(column.title);
+    isHeader_ = false;
+  }
+
+  void Add(std::string_view text) override { AddCell(text, nullptr); }
+  void AddMarked(std::string_view text, const FindMark& find) override {
+    AddCell(text, terminal_.styled ? &find : nullptr);
+  }
+
+ private:
+  void AddCell(std::string_view text, const FindMark* find) {
+    if (widths_[column_] != kLeftOut) AppendCell(text, find);
+    if (++column_ < table_.columns_.size()) return;
+    column_ = 0;
+    if (end_ == LineEnd::Trimmed) line_.erase(line_.find_last_not_of(' ') + 1);
+    take_(std::move(line_));
+    line_.clear();
+  }
+
+  void AppendCell(std::string_view text, const FindMark* find) {
+    const Column& column = table_.columns_[column_];
+    const std::size_t room = widths_[column_];
+    clean_.clear();
+    const std::size_t width = AppendClean(clean_, text);
+    const std::optional<TextRange> mark = find != nullptr ? (*find)(clean_) : std::nullopt;
+    const Shown shown = FitTo(room, width, column.cut);
+    const std::size_t padding = room - std::min(room, shown.width);
+    const Style style = isHeader_ ? Style::Bold : column.style;
+
+    if (!line_.empty()) line_ += kGap;
+    if (column.align == Align::Right) line_.append(padding, ' ');
+    line_ += Styled(shown, style, mark, terminal_);
+    if (column.align == Align::Left) line_.append(padding, ' ');
+  }
+
+  [[nodiscard]] Shown FitTo(std::size_t room, std::size_t width, Cut cut) const {
+    if (width <= room || terminal_.width == 0) return {clean_, width, clean_.size()};
+    std::string cutText = Shorten(clean_, room, cut);
+    const std::size_t kept = cutText.size() - kEllipsis.size();
+    const std::size_t cutWidth = host::Width(cutText);
+    return {std::move(cutText), cutWidth, kept};
+  }
+
+  const Table& table_;
+  const Terminal& terminal_;
+  std::vector<std::size_t> widths_;
+  LineEnd end_;
+  const TakeLine& take_;
+  bool isHeader_ = false;
+  std::size_t column_ = 0;
+  std::string clean_;
+  std::string line_;
+};
+
+Table::Table(std::vector<Column> columns, GiveRows rows)
     : columns_(std::move(columns)),
+      rows_(std::move(rows)),
       naturalWidths_(columns_.size(), 1),
+      alignedWidths_(columns_.size(), 1),
       isFilled_(columns_.size(), false) {
-  for (const Column& column : columns_) Add(column.title);
-}
-
-void Table::Add(std::string_view text) {
-  const std::size_t column = cells_.size() % columns_.size();
-  const std::size_t width = AppendClean(text_, text);
-  cells_.push_back({text_.size(), width});
-  naturalWidths_[column] = std::max(naturalWidths_[column], width);
-  if (width > 0 && cells_.size() > columns_.size()) isFilled_[column] = true;
-}
-
-void Table::Add(std::int64_t number) {
-  Add(fmt::format_int(number).c_str());
-}
-
-void Table::AddMarked(std::string_view clean, std::size_t from, std::size_t to) {
-  if (from < to) marks_.push_back({cells_.size(), from, to});
-  Add(clean);
+  Measure measure(*this);
+  for (const Column& column : columns_) measure.Add(column.title);
+  isFilled_.assign(columns_.size(), false);
+  rowCount_ = 0;
+  rows_(measure);
 }
 
 std::vector<std::size_t> Table::FittedWidths(std::size_t limit) const {
-  std::vector<std::size_t> widths = naturalWidths_;
+  std::vector<std::size_t> widths = limit == 0 ? alignedWidths_ : naturalWidths_;
   const bool isAnyFilled = std::find(isFilled_.begin(), isFilled_.end(), true) != isFilled_.end();
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     if (isAnyFilled && !isFilled_[i]) widths[i] = kLeftOut;
@@ -111,55 +212,20 @@ std::size_t Table::Width(const Terminal& terminal) const {
   return Total(FittedWidths(terminal.width));
 }
 
-std::string Table::StyledCell(std::size_t cell, std::string_view shown, std::size_t kept,
-                              const Terminal& terminal) const {
-  const Style style = cell < columns_.size() ? Style::Bold : columns_[cell % columns_.size()].style;
-  const auto mark =
-      std::lower_bound(marks_.begin(), marks_.end(), cell,
-                       [](const Mark& each, std::size_t wanted) { return each.cell < wanted; });
-  if (mark == marks_.end() || mark->cell != cell) return terminal.Styled(style, shown);
-  const std::size_t from = std::min(mark->from, kept);
-  const std::size_t to = std::min(mark->to, kept);
-  return terminal.Styled(style, shown.substr(0, from)) +
-         terminal.Styled(Style::Marked, shown.substr(from, to - from)) +
-         terminal.Styled(style, shown.substr(to));
-}
-
-void Table::AppendCell(std::string& line, std::size_t cell, std::size_t width,
-                       const Terminal& terminal) const {
-  const Column& column = columns_[cell % columns_.size()];
-  const std::size_t start = cell == 0 ? 0 : cells_[cell - 1].end;
-  const std::string_view whole(text_.data() + start, cells_[cell].end - start);
-
-  const bool isCut = cells_[cell].width > width;
-  const std::string shown = isCut ? Shorten(whole, width, column.cut) : std::string(whole);
-  const std::size_t shownWidth = isCut ? host::Width(shown) : cells_[cell].width;
-  const std::size_t padding = width - shownWidth;
-  if (column.align == Align::Right) line.append(padding, ' ');
-  const std::size_t kept = shown.size() - (isCut ? kEllipsis.size() : 0);
-  line += StyledCell(cell, shown, kept, terminal);
-  if (column.align == Align::Left) line.append(padding, ' ');
+void Table::GiveLines(const Terminal& terminal, LineEnd end, const TakeLine& take) const {
+  Printer printer(*this, terminal, end, take);
+  printer.AddHeader();
+  rows_(printer);
 }
 
 std::vector<std::string> Table::Lines(const Terminal& terminal, LineEnd end) const {
-  const std::vector<std::size_t> widths = FittedWidths(terminal.width);
   std::vector<std::string> lines;
-  lines.reserve(cells_.size() / columns_.size());
-  for (std::size_t row = 0; row + columns_.size() <= cells_.size(); row += columns_.size()) {
-    std::string line;
-    for (std::size_t column = 0; column < columns_.size(); ++column) {
-      if (widths[column] == kLeftOut) continue;
-      if (!line.empty()) line += kGap;
-      AppendCell(line, row + column, widths[column], terminal);
-    }
-    if (end == LineEnd::Trimmed) line.erase(line.find_last_not_of(' ') + 1);
-    lines.push_back(std::move(line));
-  }
+  GiveLines(terminal, end, [&lines](std::string&& line) { lines.push_back(std::move(line)); });
   return lines;
 }
 
 void Table::Print(const Terminal& terminal, Output& output) const {
-  for (const std::string& line : Lines(terminal)) output.WriteLine(line);
+  GiveLines(terminal, LineEnd::Trimmed, [&output](std::string&& line) { output.WriteLine(line); });
 }
 
 }  // namespace tavrel::host

@@ -2,12 +2,13 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/output/Output.h"
+#include "host/output/Rows.h"
 #include "host/output/Terminal.h"
 
 namespace tavrel::host {
@@ -34,55 +35,44 @@ struct Column {
 // Whether lines lose the blanks at their ends, or all get the width of the widest.
 enum class LineEnd { Trimmed, Padded };
 
+// Without a limit to the width, cells that are wider than this stand whole but are not what others are
+// lined up with: one such cell would fill every row of the list with blanks. iTunes lets nobody write a
+// text of more than 255 characters.
+inline constexpr std::size_t kWidestAligned = 256;
+
+// Cost: the rows are asked for once when the table is made and once each time that it is printed, and none
+// are kept.
 class Table {
  public:
-  explicit Table(std::vector<Column> columns);
+  Table(std::vector<Column> columns, GiveRows rows);
 
-  // Adds the next cell, row by row from left to right. The text may hold anything: it is cleaned
-  // here.
-  void Add(std::string_view text);
-  void Add(std::int64_t number);
-  // Adds a clean text, of which a part is to catch the eye; only where a text is cut at its end.
-  // from, to: byte offsets of that part; the same when there is none.
-  void AddMarked(std::string_view clean, std::size_t from, std::size_t to);
-
-  // The header and the rows, none wider than the terminal, without the columns that no row fills. A
+  // Prints the header and the rows, none wider than the terminal, without the columns that no row fills. A
   // cut text ends in "…". Below about ten columns the numbers alone may be wider than the terminal.
+  void Print(const Terminal& terminal, Output& output) const;
+
+  // The same lines, for a table that is known to be short.
   [[nodiscard]] std::vector<std::string> Lines(const Terminal& terminal,
                                                LineEnd end = LineEnd::Trimmed) const;
-
-  void Print(const Terminal& terminal, Output& output) const;
 
   // The columns that the widest of these lines takes.
   [[nodiscard]] std::size_t Width(const Terminal& terminal) const;
 
-  [[nodiscard]] bool IsEmpty() const noexcept { return cells_.size() == columns_.size(); }
+  [[nodiscard]] bool IsEmpty() const noexcept { return rowCount_ == 0; }
 
  private:
-  struct Cell {
-    std::size_t end;    // where its text ends in text_
-    std::size_t width;  // in terminal columns
-  };
-
-  struct Mark {
-    std::size_t cell;
-    std::size_t from;  // in the cell's text
-    std::size_t to;
-  };
+  class Measure;
+  class Printer;
+  using TakeLine = std::function<void(std::string&&)>;
 
   [[nodiscard]] std::vector<std::size_t> FittedWidths(std::size_t limit) const;
-  // shown: the cell's text as far as it fits, of which `kept` bytes are the text's own.
-  [[nodiscard]] std::string StyledCell(std::size_t cell, std::string_view shown, std::size_t kept,
-                                       const Terminal& terminal) const;
-  void AppendCell(std::string& line, std::size_t cell, std::size_t width,
-                  const Terminal& terminal) const;
+  void GiveLines(const Terminal& terminal, LineEnd end, const TakeLine& take) const;
 
   std::vector<Column> columns_;
+  GiveRows rows_;
+  std::size_t rowCount_ = 0;
   std::vector<std::size_t> naturalWidths_;
-  std::vector<bool> isFilled_;  // whether a column has any text under its title
-  std::string text_;  // all cells, one behind the other, cleaned; the header is the first row
-  std::vector<Cell> cells_;
-  std::vector<Mark> marks_;  // in the order of their cells
+  std::vector<std::size_t> alignedWidths_;  // of the cells that others are lined up with
+  std::vector<bool> isFilled_;              // whether a column has any text under its title
 };
 
 }  // namespace tavrel::host

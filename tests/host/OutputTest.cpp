@@ -78,6 +78,18 @@ TEST_F(Output, AClosedStandardErrorDoesNotMatter) {
   EXPECT_EQ(bad.output, "");
 }
 
+TEST_F(Output, OneVeryLongNameDoesNotFillTheOtherRowsWithBlanks) {
+  const std::string name(1 << 20, 'x');
+  std::vector<Track> tracks{{1, Property("Name", name) + Property("Artist", name)}};
+  for (int id = 2; id <= 200; ++id) tracks.push_back({id, Property("Name", "Nimrod")});
+  const std::string file =
+      Write("library.xml", LibraryText(tracks, {{Property("Name", name), {1}}}));
+  const Outcome songs = Run({"--library", file, "songs", "--all"});
+  EXPECT_THAT(songs.output, HasSubstr(name + "  " + name)) << "it is not cut";
+  EXPECT_LT(songs.output.size(), 2 * name.size() + 100000);
+  EXPECT_LT(Run({"--library", file}).output.size(), 4 * name.size());
+}
+
 TEST_F(Output, AllOfItArrives) {
   const Outcome outcome = Run({"--library", WriteLargeLibrary(), "songs", "--all"});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;

@@ -15,7 +15,7 @@ std::string Found(std::string_view text, std::string_view term) {
 }
 
 std::string FoundWithoutAccents(std::string_view text, std::string_view part) {
-  const std::optional<TextRange> range = FindRangeWithoutAccents(text, part);
+  const std::optional<TextRange> range = AccentlessTerm(part).FindIn(text);
   return range ? std::string(text.substr(range->from, range->to - range->from)) : "(none)";
 }
 

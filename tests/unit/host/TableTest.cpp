@@ -13,28 +13,59 @@ using testing::ElementsAre;
 
 constexpr Terminal kUnlimited{0, false};
 
+Table TableOf(std::vector<Column> columns, std::vector<std::string> cells) {
+  return {std::move(columns), [cells = std::move(cells)](Rows& rows) {
+            for (const std::string& cell : cells) rows.Add(cell);
+          }};
+}
+
 Table Songs() {
-  Table table({{.title = "#", .align = Align::Right},
-               {.title = "Name", .weight = 3, .cut = Cut::Middle},
-               {.title = "Artist", .weight = 2, .rank = 1},
-               {.title = "Plays", .align = Align::Right, .rank = 2}});
-  for (const std::string text :
-       {"Nimrod", "Symphonie fantastique: Songe d'une nuit du sabbat",
-        "交響曲第九番 ニ短調 作品百二十五「合唱付き」", "Slavonic\tDances", ""}) {
-    table.Add(7);
-    table.Add(text);
-    table.Add("Antoni\u0301n Dvor\u030Ca\u0301k");
-    table.Add(12345);
-  }
-  return table;
+  return {{{.title = "#", .align = Align::Right},
+           {.title = "Name", .weight = 3, .cut = Cut::Middle},
+           {.title = "Artist", .weight = 2, .rank = 1},
+           {.title = "Plays", .align = Align::Right, .rank = 2}},
+          [](Rows& rows) {
+            for (const std::string text :
+                 {"Nimrod", "Symphonie fantastique: Songe d'une nuit du sabbat",
+                  "交響曲第九番 ニ短調 作品百二十五「合唱付き」", "Slavonic\tDances", ""}) {
+              rows.Add(7);
+              rows.Add(text);
+              rows.Add("Antoni\u0301n Dvor\u030Ca\u0301k");
+              rows.Add(12345);
+            }
+          }};
 }
 
 TEST(Table, WithoutALimitNothingIsCut) {
-  Table table({{.title = "Name", .weight = 1}, {.title = "Time", .align = Align::Right}});
-  table.Add(std::string(500, 'x'));
-  table.Add("4:05");
-  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name" + std::string(496, ' ') + "  Time",
-                                                   std::string(500, 'x') + "  4:05"));
+  const std::string name(200, 'x');
+  const Table table = TableOf(
+      {{.title = "Name", .weight = 1}, {.title = "Time", .align = Align::Right}}, {name, "4:05"});
+  EXPECT_THAT(table.Lines(kUnlimited),
+              ElementsAre("Name" + std::string(196, ' ') + "  Time", name + "  4:05"));
+}
+
+TEST(Table, WithoutALimitAVeryWideTextIsNotWhatOthersAreLinedUpWith) {
+  const std::string widest(kWidestAligned, 'w');
+  const std::string wider(kWidestAligned + 1, 'w');
+  const Table table = TableOf({{.title = "Name"}, {.title = "Time"}},
+                              {"Nimrod", "4:05", wider, "3:00", "Vltava", "11:30"});
+  EXPECT_THAT(table.Lines(kUnlimited),
+              ElementsAre("Name    Time", "Nimrod  4:05", wider + "  3:00", "Vltava  11:30"));
+  const Table narrower = TableOf({{.title = "Name"}, {.title = "Time"}}, {"a", "b", widest, "c"});
+  EXPECT_EQ(narrower.Lines(kUnlimited)[1], "a" + std::string(kWidestAligned - 1, ' ') + "  b");
+}
+
+TEST(Table, HoldsNoRowsButAsksForThemAgain) {
+  int asked = 0;
+  std::string text = "short";
+  const Table table({{.title = "Name"}}, [&](Rows& rows) {
+    ++asked;
+    rows.Add(text);
+  });
+  EXPECT_EQ(asked, 1) << "to be measured";
+  text = "other";
+  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name", "other"));
+  EXPECT_EQ(asked, 2);
 }
 
 TEST(Table, NoLineIsWiderThanTheTerminal) {
@@ -55,37 +86,29 @@ TEST(Table, AFullTableUsesTheWholeWidth) {
 }
 
 TEST(Table, ColumnsLineUpBehindWideAndCombiningCharacters) {
-  Table table({{.title = "Name"}, {.title = "Time"}});
-  for (const char* name : {"Nimrod", "交響曲", "Dvor\u030Ca\u0301k"}) {
-    table.Add(name);
-    table.Add("x");
-  }
+  const Table table = TableOf({{.title = "Name"}, {.title = "Time"}},
+                              {"Nimrod", "x", "交響曲", "x", "Dvor\u030Ca\u0301k", "x"});
   EXPECT_THAT(table.Lines(kUnlimited),
               ElementsAre("Name    Time", "Nimrod  x", "交響曲  x", "Dvor\u030Ca\u0301k  x"));
 }
 
 TEST(Table, ACutTextEndsInAnEllipsis) {
-  Table table({{.title = "N", .weight = 1}, {.title = "T"}});
-  table.Add("Slavonic Dances");
-  table.Add("1");
-  table.Add("交響曲第九番");
-  table.Add("2");
+  const Table table = TableOf({{.title = "N", .weight = 1}, {.title = "T"}},
+                              {"Slavonic Dances", "1", "交響曲第九番", "2"});
   EXPECT_THAT(table.Lines({13, false}),
               ElementsAre("N           T", "Slavonic …  1", "交響曲第…   2"));
 }
 
 TEST(Table, ATextMayBeCutInTheMiddle) {
-  Table table({{.title = "N", .weight = 1, .cut = Cut::Middle}});
-  table.Add("Brandenburg Concerto No. 3: Allegro");
-  table.Add("交響曲第九番合唱付き");
+  const Table table = TableOf({{.title = "N", .weight = 1, .cut = Cut::Middle}},
+                              {"Brandenburg Concerto No. 3: Allegro", "交響曲第九番合唱付き"});
   EXPECT_THAT(table.Lines({16, false}), ElementsAre("N", "Brandenb…Allegro", "交響曲第…唱付き"));
   EXPECT_THAT(table.Lines({1, false}), ElementsAre("N", "…", "…"));
 }
 
 TEST(Table, NarrowedColumnsKeepTheirProportions) {
-  Table table({{.title = "A", .weight = 3}, {.title = "B", .weight = 2}});
-  table.Add(std::string(100, 'a'));
-  table.Add(std::string(100, 'b'));
+  const Table table = TableOf({{.title = "A", .weight = 3}, {.title = "B", .weight = 2}},
+                              {std::string(100, 'a'), std::string(100, 'b')});
   const std::string line = table.Lines({52, false}).back();
   EXPECT_EQ(line.find("  "), std::string(29, 'a').size() + std::string("…").size());
 }
@@ -100,16 +123,15 @@ TEST(Table, TheHighestRankIsLeftOutFirst) {
 }
 
 TEST(Table, AColumnWithoutTextIsLeftOut) {
-  Table table({{.title = "Name"}, {.title = "Genre", .rank = 1}, {.title = "Album"}});
-  for (const char* text : {"Nimrod", "", ""}) table.Add(text);
+  const Table table = TableOf(
+      {{.title = "Name"}, {.title = "Genre", .rank = 1}, {.title = "Album"}}, {"Nimrod", "", ""});
   EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name", "Nimrod"));
 }
 
 TEST(Table, WithoutAnyTextTheTitlesStay) {
-  Table table({{.title = "Name"}, {.title = "Album"}});
-  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name  Album"));
-  for (const char* text : {"", ""}) table.Add(text);
-  EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name  Album", ""));
+  const std::vector<Column> columns{{.title = "Name"}, {.title = "Album"}};
+  EXPECT_THAT(TableOf(columns, {}).Lines(kUnlimited), ElementsAre("Name  Album"));
+  EXPECT_THAT(TableOf(columns, {"", ""}).Lines(kUnlimited), ElementsAre("Name  Album", ""));
 }
 
 TEST(Table, LinesDoNotEndInBlanks) {
@@ -117,9 +139,10 @@ TEST(Table, LinesDoNotEndInBlanks) {
 }
 
 TEST(Table, AMarkedPartIsStyledAsFarAsItIsShown) {
-  Table table({{.title = "Name", .style = Style::Dim, .weight = 1}});
-  table.AddMarked("Slavonic Dances", 4, 8);
-  table.AddMarked("Rusalka", 3, 3);
+  const Table table({{.title = "Name", .style = Style::Dim, .weight = 1}}, [](Rows& rows) {
+    rows.AddMarked("Slavonic Dances", [](std::string_view) { return TextRange{4, 8}; });
+    rows.AddMarked("Rusalka", [](std::string_view) { return std::nullopt; });
+  });
   EXPECT_THAT(table.Lines(kUnlimited), ElementsAre("Name", "Slavonic Dances", "Rusalka"));
   EXPECT_EQ(table.Lines({0, true})[1],
             "\x1b[2mSlav\x1b[0m\x1b[1;33monic\x1b[0m\x1b[2m Dances\x1b[0m");
@@ -129,17 +152,14 @@ TEST(Table, AMarkedPartIsStyledAsFarAsItIsShown) {
 }
 
 TEST(Table, OnlyAStyledTerminalGetsEscapes) {
-  Table table({{.title = "Name", .style = Style::Dim}});
-  table.Add("Nimrod");
+  const Table table = TableOf({{.title = "Name", .style = Style::Dim}}, {"Nimrod"});
   EXPECT_THAT(table.Lines({80, false}), ElementsAre("Name", "Nimrod"));
   EXPECT_THAT(table.Lines({80, true}), ElementsAre("\x1b[1mName\x1b[0m", "\x1b[2mNimrod\x1b[0m"));
 }
 
 TEST(Table, IsEmptyUntilItHasARow) {
-  Table table({{.title = "Name"}});
-  EXPECT_TRUE(table.IsEmpty());
-  table.Add("");
-  EXPECT_FALSE(table.IsEmpty());
+  EXPECT_TRUE(TableOf({{.title = "Name"}}, {}).IsEmpty());
+  EXPECT_FALSE(TableOf({{.title = "Name"}}, {""}).IsEmpty());
 }
 
 }  // namespace
