@@ -1,5 +1,6 @@
 // Base64: every set of instructions gives what the model gives, in both directions, and what was encoded comes
 // back.
+#include <cstdint>
 #include <string>
 
 #include "codecs/Base64Coding.h"
@@ -9,12 +10,18 @@
 
 using tavrel::fuzz::Require;
 
-int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  const std::string_view input = tavrel::fuzz::AsText(data, size);
+namespace {
+
+// The first two bytes are a line length as well, shifted by the third so that huge ones come too.
+std::uint32_t LineLengthOf(std::string_view input) {
+  if (input.size() < 3) return 0;
+  const auto byte = [input](std::size_t at) { return static_cast<unsigned char>(input[at]); };
+  return static_cast<std::uint32_t>(byte(0) | byte(1) << 8) << byte(2) % 17;
+}
+
+void Code(std::string_view input) {
   const std::string expected = tavrel::test::ModelDecode(std::string(input));
-  // The first two bytes are a line length as well, shifted by the third so that huge ones come too.
-  std::uint32_t lineLength = 0;
-  if (size >= 3) lineLength = (data[0] | static_cast<std::uint32_t>(data[1]) << 8) << data[2] % 17;
+  const std::uint32_t lineLength = LineLengthOf(input);
   const std::string encoded = tavrel::test::ModelEncode(input, lineLength);
 
   for (const tavrel::system::InstructionSet set : tavrel::test::SetsForBase64()) {
@@ -22,5 +29,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Require(tavrel::EncodeBase64(input, lineLength, set) == encoded, "Encoding differs");
     Require(tavrel::DecodeBase64(encoded, set).view() == input, "Other bytes come back");
   }
-  return 0;
 }
+
+const tavrel::fuzz::Target target("base64", Code);
+
+}  // namespace

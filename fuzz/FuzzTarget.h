@@ -1,26 +1,37 @@
-// What a fuzz target consists of.
+// What a fuzz target consists of: a name, and what is done with one input. A program holds one target, for
+// the fuzzer, or all of them, to replay their corpora.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
-
-// Called by libFuzzer, or by the replay program, once for each input.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace tavrel::fuzz {
 
-// Ends the program, which is how a finding is reported.
-inline void Require(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
+// Made by each target, once, with static storage; they find each other before main() begins.
+class Target {
+ public:
+  // name:  a literal; that of the target's corpus.
+  // input: borrowed for the call, in a block of just its size.
+  Target(const char* name, void (*run)(std::string_view input)) noexcept;
+  Target(const Target&) = delete;
+  Target& operator=(const Target&) = delete;
 
-inline std::string_view AsText(const std::uint8_t* data, std::size_t size) {
-  return {reinterpret_cast<const char*>(data), size};
-}
+  [[nodiscard]] std::string_view name() const noexcept { return name_; }
+  void Run(std::string_view input) const { run_(input); }
+  [[nodiscard]] const Target* next() const noexcept { return next_; }
+
+  // Null when the program holds none.
+  [[nodiscard]] static const Target* First() noexcept;
+
+ private:
+  const char* name_;
+  void (*run_)(std::string_view input);
+  const Target* next_;
+};
+
+// Ends the program, which is how a finding is reported.
+void Require(bool condition, const char* what) noexcept;
+
+// Require() reports to what standard error is now, whatever becomes of that later.
+void KeepStandardError() noexcept;
 
 }  // namespace tavrel::fuzz

@@ -1,0 +1,55 @@
+// Files that the host itself reads: library files, for their IDs and for why the library refused them, and
+// pictures out of cache files.
+#include <string>
+
+#include "fuzz/FuzzTarget.h"
+#include "fuzz/InputFile.h"
+#include "host/artwork/CacheFolder.h"
+#include "host/artwork/PersistentIds.h"
+#include "host/artwork/PictureFiles.h"
+#include "host/library/Diagnosis.h"
+
+using namespace tavrel::host;
+using tavrel::fuzz::Require;
+
+namespace {
+
+void ReadIds(std::string_view input) {
+  const PersistentIds ids = FindPersistentIds(input);
+  Require(ids.library.size() <= kNoId.size(), "An ID is too long");
+  for (const std::string& id : ids.tracks) Require(id.size() <= kNoId.size(), "An ID is too long");
+}
+
+void ReadFolder(std::string_view input) {
+  static const tavrel::fuzz::InputHome home;
+  home.WriteLibrary(input);
+  const CacheFolder folder(home.LibraryFile());
+  std::size_t claimed = 0;
+  for (std::size_t song = 0; song < 16; ++song) claimed += folder.FileOf(song).empty() ? 0u : 1u;
+  const std::size_t unclaimed = folder.Unclaimed().size();
+  Require(unclaimed <= std::size(tavrel::fuzz::kTrackIds), "A file is there twice");
+  Require(claimed > 0 || unclaimed == std::size(tavrel::fuzz::kTrackIds), "A file is missing");
+  (void)Diagnose(home.LibraryFile());
+}
+
+// The first two bytes are a width and a height.
+void ReadPicture(std::string_view input) {
+  Require(!IsWholePng(input) || !IsWholeJpeg(input), "A file is of both kinds");
+  if (input.size() < 2) return;
+  const auto width = static_cast<signed char>(input[0]);
+  const auto height = static_cast<signed char>(input[1]);
+  for (const PixelOrder order : {PixelOrder::Argb, PixelOrder::Bgra}) {
+    const auto png = PngOfPixels(input.substr(2), width, height, order);
+    Require(!png || IsWholePng(*png), "A picture that was made is not whole");
+  }
+}
+
+void Read(std::string_view input) {
+  ReadIds(input);
+  ReadPicture(input);
+  ReadFolder(input);
+}
+
+const tavrel::fuzz::Target target("host_files", Read);
+
+}  // namespace

@@ -1,0 +1,133 @@
+// Texts on their way to a terminal or another program: whatever they hold, what is written is clean, fits
+// and can be read back. The first line of an input is a width and a term, the others are texts.
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fuzz/FuzzTarget.h"
+#include "host/artwork/FileNames.h"
+#include "host/output/FindRange.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
+#include "text/TextSearch.h"
+#include "text/Utf8.h"
+
+using namespace tavrel::host;
+using tavrel::fuzz::Require;
+
+namespace {
+
+// Control characters of one byte, or of two.
+bool HoldsControls(std::string_view text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if (byte < 0x20 || byte == 0x7F) return true;
+    if (byte == 0xC2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xA0) {
+      return true;
+    }
+  }
+  return false;
+}
+
+void CheckClean(std::string_view text, std::size_t width) {
+  std::string clean;
+  Require(AppendClean(clean, text) == Width(clean), "Cleaning tells another width");
+  Require(tavrel::text::IsValidUtf8(clean) && !HoldsControls(clean), "A clean text is not clean");
+  Require(Clean(clean) == clean, "A clean text changes");
+  const std::string_view prefix = Prefix(clean, width);
+  const std::string_view suffix = Suffix(clean, width);
+  Require(clean.starts_with(prefix) && Width(prefix) <= width, "A prefix is none, or too wide");
+  Require(clean.ends_with(suffix) && Width(suffix) <= width, "A suffix is none, or too wide");
+  Require(Fold(clean) == Fold(text), "A clean text folds differently");
+}
+
+void CheckJson(std::string_view text) {
+  const std::string json = JsonValue(text).Text();
+  Require(tavrel::text::IsValidUtf8(json) && !HoldsControls(json), "JSON is not clean");
+  const auto value = nlohmann::json::parse(json, nullptr, false);
+  Require(value.is_string(), "JSON cannot be read");
+  const bool isWhole = tavrel::text::IsValidUtf8(text);
+  Require(!isWhole || value.get<std::string>() == text, "Another text comes back from JSON");
+}
+
+void CheckRange(std::string_view clean, const tavrel::text::SearchTerm& term) {
+  const auto range = FindRange(clean, term);
+  Require(range.has_value() == term.IsIn(clean), "A match has no range, or none has one");
+  if (!range) return;
+  Require(range->from < range->to && range->to <= clean.size(), "A range is none");
+  const std::string_view found = clean.substr(range->from, range->to - range->from);
+  Require(tavrel::text::IsValidUtf8(found) && term.IsIn(found), "A range holds no match");
+  std::size_t second = 1;
+  while (second < found.size() && (static_cast<unsigned char>(found[second]) & 0xC0) == 0x80)
+    ++second;
+  Require(!term.IsIn(found.substr(second)), "A range begins before its match");
+}
+
+void CheckTable(const std::vector<std::string_view>& texts, std::string_view term,
+                std::size_t width) {
+  Table table({{.title = "Name", .weight = 3},
+               {.title = "Artist", .weight = 2, .rank = 1, .cut = Cut::Middle},
+               {.title = "Number", .align = Align::Right, .rank = 2}});
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const std::string clean = Clean(texts[i]);
+    const auto range = FindRangeWithoutAccents(clean, term);
+    Require(!range || (range->from <= range->to && range->to <= clean.size()), "A range is none");
+    table.AddMarked(clean, range ? range->from : 0, range ? range->to : 0);
+    table.Add(texts[texts.size() - 1 - i]);
+    table.Add(static_cast<std::int64_t>(i));
+  }
+  for (const bool styled : {false, true}) {
+    for (const std::string& line : table.Lines({width, styled})) {
+      Require(styled || width < 20 || Width(line) <= width, "A line is too wide");
+      Require(tavrel::text::IsValidUtf8(line), "A line is not UTF-8");
+    }
+  }
+}
+
+void CheckNames(const std::vector<std::string_view>& texts) {
+  FileNames names;
+  std::vector<std::string> given;
+  for (const std::string_view text : texts) {
+    for (int i = 0; i < 2; ++i) given.push_back(names.Take(SafeName(text), ".png"));
+    Require(given.back().size() <= kLongestFileName && !given.back().starts_with('.') &&
+                given.back().find('/') == std::string::npos,
+            "A file cannot have this name");
+  }
+  for (std::string& name : given) name = FoldFileName(name);
+  std::sort(given.begin(), given.end());
+  Require(std::adjacent_find(given.begin(), given.end()) == given.end(), "Two names are alike");
+}
+
+void Check(std::string_view input) {
+  if (input.empty()) return;
+  const auto width = static_cast<std::size_t>(static_cast<unsigned char>(input.front()));
+  std::vector<std::string_view> lines;
+  for (input.remove_prefix(1);; input.remove_prefix(lines.back().size() + 1)) {
+    lines.push_back(input.substr(0, input.find('\n')));
+    if (lines.back().size() == input.size()) break;
+  }
+  const std::string_view first = lines.front();
+  const std::string_view term = first.substr(0, first.find('\0'));
+  const tavrel::text::SearchTerm prepared(term);
+  std::vector<std::string> clean;
+  for (const std::string_view line : lines) {
+    CheckClean(line, width);
+    CheckJson(line);
+    clean.push_back(Clean(line));
+    CheckRange(clean.back(), prepared);
+  }
+  (void)FoldLine(clean, width);
+  const std::string_view some = Prefix(clean.front(), 20);
+  const std::string_view others = Prefix(clean.back(), 20);
+  Require(EditDistance(some, others) == EditDistance(others, some),
+          "One way is longer than the other");
+  CheckTable(lines, term, width);
+  CheckNames(lines);
+}
+
+const tavrel::fuzz::Target target("host_texts", Check);
+
+}  // namespace
