@@ -32,6 +32,8 @@ libgtest-dev gtest/gtest.h
 libjpeg-dev jpeglib.h
 libgmock-dev gmock/gmock.h
 unicode-data /usr/share/unicode/CaseFolding.txt
+locales /usr/share/i18n/locales/tr_TR
+libc-bin localedef
 bzip2 bzip2
 python3 python3
 binutils nm

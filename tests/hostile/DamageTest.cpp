@@ -8,6 +8,7 @@
 #include "tests/support/LibraryTexts.h"
 #include "tests/support/Random.h"
 #include "tests/support/Sanitizers.h"
+#include "tests/support/Soak.h"
 
 using namespace tavrel::test;
 
@@ -56,6 +57,24 @@ TEST(HostileDamage, EveryByteReplacedByAMarkup) {
       ExpectNoMoreThanTheWhole(home.Load(damaged), 200, 200);
     }
   }
+}
+
+// One bit of every so many bytes, which goes round; each of each byte, and all at once, in scripts/soak.
+TEST(HostileDamage, EveryByteFlipped) {
+  const HostileHome home;
+  const std::string text = SmallLibraryText();
+  const std::size_t stride = IsSoaking() ? 1 : 5 * kStride;
+  std::int64_t files = 0;
+  for (unsigned round = 0; round < (IsSoaking() ? 9u : 1u); ++round) {
+    for (std::size_t at = 0; at < text.size(); at += stride, ++files) {
+      const unsigned bit = (static_cast<unsigned>(at) + round) % 8;
+      const unsigned flipped = round == 8 ? 0xFFu : 1u << bit;
+      std::string damaged = text;
+      damaged[at] = static_cast<char>(static_cast<unsigned char>(damaged[at]) ^ flipped);
+      ExpectNoMoreThanTheWhole(home.Load(damaged), 200, 200);
+    }
+  }
+  PrintFigure(files, "library files with one byte flipped");
 }
 
 TEST(HostileDamage, PiecesRemovedRepeatedAndMovedAtRandom) {

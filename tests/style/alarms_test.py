@@ -9,6 +9,7 @@ import unittest
 from pathlib import Path
 
 import check_includes
+import check_named_tests
 import check_objects
 import check_words
 import sources
@@ -27,6 +28,21 @@ TABLE = """# Map
 """
 CALM = {"low/A.h": "", "low/A.cpp": '#include "low/A.h"\n', "high/B.cpp": '#include "low/A.h"\n',
         "tests/T.cpp": '#include "low/A.h"\n#include <string>\n'}
+
+
+class NamedTests(unittest.TestCase):
+    def faults(self, cell):
+        return check_named_tests.faults(f"| a | b | {cell} |\n", {"A.One", "A.Two", "B.Three"})
+
+    def test_tests_that_are_there_are_no_fault(self):
+        self.assertEqual(self.faults("`A.One`, `.T*`, `B.*`"), [])
+
+    def test_a_test_that_is_not_there_is_heard(self):
+        self.assertEqual(len(self.faults("`A.One`, `.Three`")), 1)
+        self.assertEqual(len(self.faults("`C.*`")), 1)
+
+    def test_a_document_that_names_no_test_is_heard(self):
+        self.assertEqual(self.faults("none"), ["names no test"])
 
 
 class Includes(unittest.TestCase):

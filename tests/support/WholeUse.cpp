@@ -98,7 +98,7 @@ std::string UseEverything(const FindFunction& find) {
   AppendLists(find, text);
   PlaylistRecord* all = TAVREL_FUNCTION(find, OpenAllSongs)();
   const std::int32_t count = TAVREL_FUNCTION(find, GetSongCount)(all);
-  for (const char* term : {"a", "ROSE", "\u00e9", "no such song"}) AppendSearch(find, text, term);
+  for (const char* term : {"a", "IN", "\u00e9", "no such song"}) AppendSearch(find, text, term);
   for (std::int32_t i = 0; i < count; ++i) {
     AppendSong(find, text, all, i);
     AppendSong(find, text, all, i);

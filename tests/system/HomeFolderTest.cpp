@@ -319,6 +319,9 @@ TEST_F(LibraryFilePlace, IsNamedExactly) {
 
 TEST_F(LibraryFilePlace, IsRefusedWithAFileAboveTheSizeLimit) {
   WriteFile(place_, "<plist>");
-  fs::resize_file(place_, (std::uintmax_t{1} << 31) - (1 << 20) + 1);  // sparse
-  EXPECT_FALSE(LoadsAnything(home_.path()));
+  for (const std::uintmax_t size : {(std::uintmax_t{1} << 31) - (1 << 20) + 1,
+                                    std::uintmax_t{1} << 32, std::uintmax_t{1} << 40}) {
+    fs::resize_file(place_, size);  // sparse
+    EXPECT_FALSE(LoadsAnything(home_.path())) << size;
+  }
 }
