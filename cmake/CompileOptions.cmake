@@ -30,8 +30,11 @@ endif()
 # templates and never the time that matters, reading arguments for instance. They take half as long to
 # compile, or less. (FORTIFY needs the first level.)
 function(tavrel_optimise_little)
-  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS
-    $<$<NOT:$<CONFIG:Debug>>:$<IF:$<BOOL:${TAVREL_SANITIZE}>,-O0,-O1>>)
+  set(level -O1)
+  if(TAVREL_SANITIZE)
+    set(level -O0)
+  endif()
+  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:${level}>)
 endfunction()
 
 if(TAVREL_SANITIZE)
