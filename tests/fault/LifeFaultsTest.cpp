@@ -14,6 +14,7 @@
 #include "tests/fault/FaultPlan.h"
 #include "tests/fault/LibraryLife.h"
 #include "tests/support/ArtworkHome.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/Soak.h"
 
 namespace tavrel::test {
@@ -21,8 +22,8 @@ namespace {
 
 // Every call there is, or the first, the last and some between.
 std::vector<std::int64_t> CallsToFail(std::int64_t count) {
-  constexpr std::int64_t kFirst = 3;
-  constexpr std::int64_t kBetween = 5;
+  constexpr std::int64_t kFirst = kSanitized ? 1 : 3;  // where every life's process is slow to fork
+  constexpr std::int64_t kBetween = kSanitized ? 3 : 5;
   const std::int64_t stride = IsSoaking() ? 1 : count / kBetween + 1;
   std::vector<std::int64_t> calls;
   for (std::int64_t n = 0; n < count; n += n < kFirst ? 1 : stride) calls.push_back(n);
