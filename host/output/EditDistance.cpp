@@ -11,6 +11,7 @@ constexpr std::size_t kWordSize = 64;
 
 std::vector<std::int32_t> Codes(std::string_view text) {
   std::vector<std::int32_t> codes;
+  codes.reserve(text.size());
   while (!text.empty()) {
     const Character first = FirstCharacter(text);
     codes.push_back(first.code);

@@ -105,6 +105,7 @@ std::string Map(std::string_view text, int options) {
 }  // namespace
 
 Character FirstCharacter(std::string_view text) noexcept {
+  if (static_cast<unsigned char>(text.front()) < 0x80) return {text.front(), 1};
   utf8proc_int32_t code = -1;
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
   const auto size = static_cast<utf8proc_ssize_t>(std::min<std::size_t>(text.size(), 4));

@@ -1,0 +1,213 @@
+// Twice the library is at most twice the work of the host, whatever texts it holds.
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "host/artwork/FileNames.h"
+#include "host/commands/SpellingHint.h"
+#include "host/library/PlaylistSearch.h"
+#include "host/library/Statistics.h"
+#include "host/output/Failure.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
+#include "tests/work/WorkCount.h"
+
+namespace tavrel::test {
+namespace {
+
+using namespace tavrel::host;
+
+constexpr std::size_t kCount = 2000;
+
+// ---- A library of songs that are all texts ------------------------------------------------------
+
+std::vector<std::string> names;  // of the songs; each is also its artist and its genre
+
+void Give(const std::string& text, char* buffer, std::int32_t& size) {
+  size = static_cast<std::int32_t>(text.size() + 1);
+  if (buffer != nullptr) std::memcpy(buffer, text.c_str(), text.size() + 1);
+}
+
+LibraryFunctions LibraryOf(std::vector<std::string> texts) {
+  names = std::move(texts);
+  LibraryFunctions functions{};
+  functions.openAllSongs = []() noexcept { return reinterpret_cast<PlaylistRecord*>(&names); };
+  functions.getSongCount = [](const PlaylistRecord*) noexcept {
+    return static_cast<std::int32_t>(names.size());
+  };
+  functions.getSongInfo = [](PlaylistRecord*, std::int32_t index, SongInfo* info) noexcept {
+    const std::string& name = names[static_cast<std::size_t>(index)];
+    Give(name, info->name, info->nameSize);
+    Give(name, info->artist, info->artistSize);
+    Give(name, info->album, info->albumSize);
+    Give(name, info->genre, info->genreSize);
+    info->locationSize = 0;
+    info->totalTime = info->playCount = index;
+    return 1;
+  };
+  return functions;
+}
+
+std::vector<std::string> OrdinaryNames(std::size_t count) {
+  std::vector<std::string> made;
+  for (std::size_t i = 0; i < count; ++i) made.push_back("Étude No. " + std::to_string(100000 + i));
+  return made;
+}
+
+#if defined(__GLIBCXX__) && defined(__x86_64__)
+// ASCII texts that have one and the same value of std::hash, whose seed everybody knows: the second half of a
+// text makes up for what the first one has done.
+std::vector<std::string> NamesOfEqualHash(std::size_t count) {
+  constexpr std::uint64_t kFactor = 0xC6A4A7935BD1E995u;
+  constexpr std::uint64_t kTarget = 0x123456789ABCDEFu;
+  std::uint64_t inverse = kFactor;  // of the factor, by Newton's method
+  for (int i = 0; i < 6; ++i) inverse *= 2 - kFactor * inverse;
+
+  std::vector<std::string> made;
+  for (std::uint64_t number = 0; made.size() < count; ++number) {
+    std::uint64_t first =
+        0x2020202020202020u;  // eight blanks, and digits to the base of 64 upon them
+    for (int i = 0; i < 4; ++i) first += (number >> 6 * i & 63) << 8 * i;
+    std::uint64_t mixed = first * kFactor;
+    mixed = (mixed ^ mixed >> 47) * kFactor;
+    const std::uint64_t state = (0xC70F6907u ^ (16 * kFactor) ^ mixed) * kFactor;
+    std::uint64_t second = (state ^ kTarget) * inverse;
+    second = (second ^ second >> 47) * inverse;
+    std::string name(16, '\0');
+    std::memcpy(name.data(), &first, 8);
+    std::memcpy(name.data() + 8, &second, 8);
+    const bool isAscii = (second & 0x8080808080808080u) == 0;
+    if (isAscii && name.find('\0') == std::string::npos) made.push_back(name);
+  }
+  return made;
+}
+#endif
+
+// ---- The tests ----------------------------------------------------------------------------------
+
+// make(count): names of that many songs, or one text that is so long.
+template <class Input>
+void ExpectDoubledFor(const std::string& what, Input (*make)(std::size_t), std::size_t count,
+                      const std::function<void(const Input&)>& use) {
+  const Input small = make(count);
+  const Input large = make(2 * count);
+  ExpectDoubled(WorkOf([&] { use(small); }), WorkOf([&] { use(large); }), what);
+}
+
+using Texts = std::vector<std::string>;
+
+void TakeFileNames(const Texts& stems) {
+  FileNames files;
+  for (const std::string& stem : stems) (void)files.Take(stem, ".png");
+}
+
+TEST(WorkOfTheHost, OnNamesOfCoversDoubles) {
+  ExpectDoubledFor<Texts>("names of covers", OrdinaryNames, kCount, TakeFileNames);
+  // Between powers of ten: each digit of the numbers behind the names costs a look.
+  ExpectDoubledFor<Texts>(
+      "equal names of covers", [](std::size_t count) { return Texts(count, "cover"); }, 4500,
+      TakeFileNames);
+}
+
+void Collect(const Texts& texts) {
+  const LibraryFunctions library = LibraryOf(texts);
+  EXPECT_EQ(CollectStatistics(library).songs, static_cast<std::int64_t>(texts.size()));
+}
+
+TEST(WorkOfTheHost, OnStatisticsDoubles) {
+  ExpectDoubledFor<Texts>("statistics", OrdinaryNames, kCount, Collect);
+}
+
+#if defined(__GLIBCXX__) && defined(__x86_64__)
+TEST(WorkOfTheHost, DoublesForNamesThatWereMadeUpToMeetInOnePlace) {
+  const Texts some = NamesOfEqualHash(100);
+  for (const std::string& name : some) {
+    ASSERT_EQ(std::hash<std::string>()(name), std::hash<std::string>()(some[0]));
+  }
+  ExpectDoubledFor<Texts>("statistics of made-up names", NamesOfEqualHash, kCount, Collect);
+}
+#endif
+
+std::string HintFor(const Texts& texts, const std::string& wanted) {
+  std::vector<Playlist> playlists;
+  for (const std::string& name : texts) {
+    playlists.push_back({2, static_cast<std::int32_t>(playlists.size()), name, 0, 0, nullptr});
+  }
+  try {
+    return FindPlaylist(playlists, wanted).name.value_or("");
+  } catch (const Failure& failure) {
+    return failure.what();
+  }
+}
+
+TEST(WorkOfTheHost, OnHintsDoubles) {
+  ExpectDoubledFor<Texts>("names that come near", OrdinaryNames, kCount, [](const Texts& texts) {
+    EXPECT_NE(HintFor(texts, "Etude No. 100007").find("do you mean"), std::string::npos);
+  });
+  ExpectDoubledFor<Texts>("spellings", OrdinaryNames, kCount, [](const Texts& texts) {
+    const LibraryFunctions library = LibraryOf(texts);
+    EXPECT_NE(NothingFound(library, {"etude", "etude", "etude"}).find("Étude"), std::string::npos);
+  });
+}
+
+// One step for each pair of their characters would be 36,000 for each name.
+TEST(WorkOfTheHost, OnNamesThatComeNearIsThatOfReadingThem) {
+  const Texts texts(500, std::string(190, 'a') + "b");
+  const WorkCount work = WorkOf([&] { (void)HintFor(texts, std::string(190, 'b')); });
+  EXPECT_LT(work.steps, texts.size() * 190 * 60);
+}
+
+// The longest name grows with the number of rows.
+void ShowTable(const Texts& texts) {
+  const Table table({{.title = "Name", .weight = 1}, {.title = "Artist", .weight = 1}},
+                    [&](Rows& rows) {
+                      for (const std::string& text : texts) {
+                        rows.Add(text);
+                        rows.Add(text);
+                      }
+                    });
+  for (const std::size_t width : {0u, 80u}) {
+    EXPECT_EQ(table.Lines({width, false}).size(), texts.size() + 1);
+  }
+}
+
+TEST(WorkOfTheHost, OnTablesDoubles) {
+  ExpectDoubledFor<Texts>(
+      "tables",
+      [](std::size_t count) {
+        Texts texts = OrdinaryNames(count);
+        texts[count / 2] = std::string(20 * count, 'x');
+        return texts;
+      },
+      kCount, ShowTable);
+}
+
+std::string Repeat(std::string_view piece, std::size_t count) {
+  std::string text;
+  while (count-- > 0) text += piece;
+  return text;
+}
+
+TEST(WorkOfTheHost, OnOddTextsDoubles) {
+  for (const std::string piece :
+       {"\u0301", "\u202E", "\n ", " ", "\xE9", "\"", "\U000E0041", "交"}) {
+    const std::string small = "e" + Repeat(piece, 20000);
+    const std::string large = "e" + Repeat(piece, 40000);
+    const auto json = [](const std::string& text) { return JsonValue(text).Text().size(); };
+    ExpectDoubled(WorkOf([&] { EXPECT_NE(Clean(small), ""); }),
+                  WorkOf([&] { EXPECT_NE(Clean(large), ""); }), "cleaning of " + piece);
+    ExpectDoubled(WorkOf([&] { EXPECT_NE(Compose(small), ""); }),
+                  WorkOf([&] { EXPECT_NE(Compose(large), ""); }), "composing of " + piece);
+    ExpectDoubled(WorkOf([&] { EXPECT_NE(json(small), 0u); }),
+                  WorkOf([&] { EXPECT_NE(json(large), 0u); }), "JSON of " + piece);
+  }
+}
+
+}  // namespace
+}  // namespace tavrel::test
