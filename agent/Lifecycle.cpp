@@ -6,7 +6,7 @@
 #include "library/file/LibraryFile.h"
 #include "library/playlists/PlaylistTable.h"
 #include "library/ringtones/RingtoneCatalogue.h"
-#include "library/search/SongSearch.h"
+#include "library/search/SearchIndex.h"
 #include "library/tracks/TrackTable.h"
 #include "system/Guard.h"
 #include "system/HomeFolder.h"

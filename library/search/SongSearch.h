@@ -17,7 +17,4 @@ namespace tavrel {
                                        const SongInfo& terms, SearchSongCallback callback,
                                        void* context) noexcept;
 
-// Gives back what searches have made.
-void ReleaseSearchIndex(LibraryState& state) noexcept;
-
 }  // namespace tavrel
