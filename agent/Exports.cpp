@@ -1,5 +1,5 @@
-// Every function that the library exports. What they do stands in library/; here they are given the
-// loaded library, and nobody else asks which one that is.
+// The functions that the library exports, but for those of Properties.cpp. What they do stands in library/;
+// here they are given the loaded library, and nobody else asks which one that is.
 #include "agent/Exports.h"
 
 #include "agent/Lifecycle.h"

@@ -57,6 +57,7 @@ struct LibraryState : GlobalState {
   system::ReleasePool ownPool;
   system::ZeroedArena trackRecords;
   system::ZeroedArena trackTexts;
+  system::ZeroedArena playlistRecords;
   bool tracksDestroyed;
   PlaylistRecord* ringtones;   // the ringtone playlist while it stands in the first group
   PlaylistRecord* allSongs;    // made on first use among the tracks

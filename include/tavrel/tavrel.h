@@ -259,6 +259,80 @@ TAVREL_API ArtworkHandle* OpenArtworkAny(PlaylistRecord* playlist, int32_t index
  * Result: a handle; null for a null path, or as OpenArtwork. */
 TAVREL_API ArtworkHandle* OpenArtworkFile(const char* path) TAVREL_NOEXCEPT;
 
+/* ---- Additions: every property ----------------------------------------------------------------
+ * The library file keeps a dictionary of properties for itself, for each song and for each
+ * playlist: pairs of a key and a value, of which the functions above tell a few. These tell all of
+ * them, as texts:
+ *
+ *   string, integer, real, date   the value as the file writes it, with its XML references decoded:
+ *                                 "AC&DC", "206794", "2009-11-05T08:13:42Z"
+ *   true, false                   "true", "false"
+ *   data, array, dict             no text; nor has an element without any, as <string/>
+ *   any other                     as a string
+ *
+ * A size is that of the decoded text here. An empty text is a text; one of 2 GiB or more counts as none. An error in the references of a text
+ * ends it there, and is logged each time that it is asked for; so is one in a key that a visitor is
+ * given. Keys are compared with their references decoded, exactly; a key element without a text
+ * counts as an empty key.
+ *
+ * Only the records that the library has made of its file lead to a dictionary. Ringtones have none,
+ * nor has the playlist "Ringtones", nor that of OpenAllSongs; nor has a record that a host has made
+ * itself, which is never read past its stated fields. (A playlist of a host's own may hold the
+ * library's songs, which keep theirs.) Nor has a record of a library that was loaded before the
+ * present one. Asking loads no properties: what GetSongInfo does is the same before and after. */
+
+/* Copies the value of `key` of the song at `index` of the playlist. The first of two equal keys
+ * counts.
+ * key:        NUL-terminated, borrowed.
+ * buffer:     room for `bufferSize` bytes, owned by the caller; null asks for the size only.
+ * bufferSize: in bytes. When it is below the size nothing is written.
+ * Result:     the size of the decoded text in bytes, terminator included: 1 for an empty text. 0,
+ *             with nothing written, for a missing key or a value without a text, for a null
+ *             playlist or key, a bad position, a record that leads to no dictionary, and when no
+ *             library is loaded.
+ * Cost:       one walk over the dictionary up to the key; no memory is taken. Who wants many
+ *             properties of a song visits them. */
+TAVREL_API int32_t GetSongProperty(const PlaylistRecord* playlist, int32_t index, const char* key,
+                                   char* buffer, int32_t bufferSize) TAVREL_NOEXCEPT;
+
+/* The same for a property of a playlist: "Playlist Persistent ID", "Folder", ... */
+TAVREL_API int32_t GetPlaylistProperty(const PlaylistRecord* playlist, const char* key,
+                                       char* buffer, int32_t bufferSize) TAVREL_NOEXCEPT;
+
+/* The same for a property of the library: "Library Persistent ID", "Music Folder", "Date", ... */
+TAVREL_API int32_t GetLibraryProperty(const char* key, char* buffer,
+                                      int32_t bufferSize) TAVREL_NOEXCEPT;
+
+/* What a visit calls for each pair.
+ * key:     the decoded key; never null.
+ * text:    the decoded value, or null where Get...Property gives 0.
+ * type:    the name of the value's element: "string", "integer", "true", "dict", ...; never null.
+ * context: as it was given to the visit.
+ * Result:  0 ends the visit, any other value goes on.
+ * The texts are borrowed, and live until the visitor returns. It may call every function of the
+ * library, visits included, but AgentFinalizer, and must not unload the library. (Should it load
+ * another one, the visit goes on in the dictionary where it is.) No exception may leave it. */
+typedef int32_t (*PropertyVisitor)(const char* key, const char* text, const char* type,
+                                   void* context);
+
+/* Visits every pair of the dictionary of the song at `index` of the playlist, in the file's order,
+ * equal keys included.
+ * context: handed to `visitor`; may be null.
+ * Result:  the number of pairs visited, the one included at which `visitor` ended the visit; 0 for a
+ *          null visitor, and where GetSongProperty has no dictionary to look into.
+ * Cost:    one walk, in which most texts are shown where they stand. Memory is only taken for texts
+ *          of more than 1,000 bytes with references in them, and given back at the end; when it is
+ *          exhausted the visit ends before the pair that needs it. */
+TAVREL_API int32_t VisitSongProperties(const PlaylistRecord* playlist, int32_t index,
+                                       PropertyVisitor visitor, void* context) TAVREL_NOEXCEPT;
+
+/* The same for a playlist. */
+TAVREL_API int32_t VisitPlaylistProperties(const PlaylistRecord* playlist, PropertyVisitor visitor,
+                                           void* context) TAVREL_NOEXCEPT;
+
+/* The same for the library. */
+TAVREL_API int32_t VisitLibraryProperties(PropertyVisitor visitor, void* context) TAVREL_NOEXCEPT;
+
 #if defined(__cplusplus)
 } /* extern "C" */
 #endif

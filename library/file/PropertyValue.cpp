@@ -13,15 +13,11 @@
 namespace tavrel {
 namespace {
 
-bool HoldsReference(const char* source, std::size_t length) noexcept {
-  return std::memchr(source, '&', length) != nullptr;
-}
-
 // A text in error is terminated too: the memory is zero-filled. Null when memory is exhausted.
 char* DecodedText(const char* source, std::size_t length, TextMemory memory) noexcept {
   char* decoded = memory.Take(length + 1);
   if (decoded == nullptr) return nullptr;
-  if (HoldsReference(source, length)) {
+  if (HoldsReference({source, length})) {
     DecodeXmlText(decoded, source, static_cast<std::int32_t>(length + 1));
   } else {
     std::memcpy(decoded, source, length);
@@ -49,7 +45,7 @@ bool DecodeUrl(const char* url, char* path, std::size_t& length) noexcept {
 // A new text with the path of a URL; null when the URL is malformed or memory is exhausted.
 char* DecodedPath(const char* source, std::size_t& length, TextMemory memory) noexcept {
   char* decoded = nullptr;  // most URLs need none
-  if (HoldsReference(source, length)) {
+  if (HoldsReference({source, length})) {
     decoded = DecodedText(source, length, memory);
     if (decoded == nullptr) return nullptr;
   }
@@ -67,11 +63,8 @@ char* DecodedPath(const char* source, std::size_t& length, TextMemory memory) no
 // Whatever is asked for: a boolean never yields a text, but it does set the size of one. Kept.
 const char* TextOrNumber(const TBXMLElement* element, std::int32_t& number) noexcept {
   if (element == nullptr) return nullptr;
-  // Most values are no booleans, as the first letter of the element's name tells.
-  const char initial = element->name == nullptr ? '\0' : *element->name;
-  const bool isTrue = initial == 't' && std::strcmp(element->name, "true") == 0;
-  if (isTrue || (initial == 'f' && std::strcmp(element->name, "false") == 0)) {
-    number = isTrue ? 1 : 0;
+  if (const std::optional<bool> boolean = BooleanOf(*element)) {
+    number = *boolean ? 1 : 0;
     return nullptr;
   }
   if (element->text == nullptr) number = 0;
@@ -113,7 +106,7 @@ void ReadPersistentId(const TBXMLElement* element, std::uint8_t* bytes) noexcept
   const char* source = TextOrNumber(element, number);
   if (source == nullptr) return;
   const std::size_t length = std::strlen(source);
-  if (!HoldsReference(source, length)) {
+  if (!HoldsReference({source, length})) {
     ParsePersistentId(source, bytes);
     return;
   }

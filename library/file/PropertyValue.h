@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <optional>
 
 #include "system/Memory.h"
 #include "system/ZeroedArena.h"
@@ -34,6 +35,15 @@ class TextMemory {
  private:
   system::ZeroedArena* arena_ = nullptr;
 };
+
+// The boolean that an element is, which its name alone decides; none for every other one.
+[[nodiscard]] inline std::optional<bool> BooleanOf(const TBXMLElement& element) noexcept {
+  // Most values are none, as the first letter of the name tells.
+  const char initial = element.name == nullptr ? '\0' : *element.name;
+  if (initial == 't' && std::strcmp(element.name, "true") == 0) return true;
+  if (initial == 'f' && std::strcmp(element.name, "false") == 0) return false;
+  return std::nullopt;
+}
 
 // The text of a value as it stands in the file. None when there is no value, and, with the number
 // of ReadValue() for them, when it is a boolean or has no text.

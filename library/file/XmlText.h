@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "tavrel/tavrel.h"
 
@@ -44,5 +45,16 @@ struct Decoding {
 // The arguments must not be null.
 [[nodiscard]] Decoding DecodeReferences(char* destination, const char* source,
                                         std::int32_t destinationSize) noexcept;
+
+// Writes the line in the system log that the decoding of `source` calls for; none for one without error.
+void LogDecodingError(const Decoding& decoding, const char* source) noexcept;
+
+// Whether `source`, as far as it can be decoded, decodes to `text`. Logs nothing and takes no memory.
+[[nodiscard]] bool DecodesTo(const char* source, std::string_view text) noexcept;
+
+// Most texts hold none, and are decoded as they stand.
+[[nodiscard]] inline bool HoldsReference(std::string_view source) noexcept {
+  return source.find('&') != std::string_view::npos;
+}
 
 }  // namespace tavrel

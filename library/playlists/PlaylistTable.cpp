@@ -19,11 +19,6 @@ constinit std::uint32_t playlistChanges = 0;
 
 namespace {
 
-template <class Record>
-Record* NewRecord() noexcept {
-  return static_cast<Record*>(system::AllocateZeroed(sizeof(Record)));
-}
-
 template <std::size_t kSize>
 bool Holds(const std::int32_t (&kinds)[kSize], std::int32_t kind) noexcept {
   return std::find(std::begin(kinds), std::end(kinds), kind) != std::end(kinds);
@@ -41,7 +36,7 @@ bool CreateGroups(GlobalState& state) noexcept {
   if (groups == nullptr) return false;
   bool complete = true;
   for (int i = 0; i < kGroupCount; ++i) {
-    groups[i] = NewRecord<PlaylistGroup>();
+    groups[i] = static_cast<PlaylistGroup*>(system::AllocateZeroed(sizeof(PlaylistGroup)));
     complete = complete && groups[i] != nullptr;
   }
   if (!complete) {
@@ -77,16 +72,18 @@ void ReadItems(PlaylistRecord& playlist, const TBXMLElement* dict,
   }
 }
 
-PlaylistRecord* ReadPlaylist(const TBXMLElement* dict, const TrackLookup& tracks) noexcept {
-  auto* playlist = NewRecord<PlaylistRecord>();
+PlaylistRecord* ReadPlaylist(LibraryState& state, const TBXMLElement* dict,
+                             const TrackLookup& tracks) noexcept {
+  auto* playlist = static_cast<OwnPlaylist*>(state.playlistRecords.Take(sizeof(OwnPlaylist)));
   if (playlist == nullptr) return nullptr;
+  playlist->properties = dict;
   ReadProperty(dict, "Distinguished Kind", nullptr, &playlist->kind, 0);
   ReadProperty(dict, "Name", &playlist->name, &playlist->nameSize, SONGPROP_TEXT);
   ReadItems(*playlist, dict, tracks);
   return playlist;
 }
 
-void ReadPlaylists(GlobalState& state, const TBXMLElement* playlistArray) noexcept {
+void ReadPlaylists(LibraryState& state, const TBXMLElement* playlistArray) noexcept {
   TrackLookup tracks(state);
   tracks.Prepare();
   PlaylistGroup** groups = state.groups;
@@ -97,12 +94,12 @@ void ReadPlaylists(GlobalState& state, const TBXMLElement* playlistArray) noexce
   for (const TBXMLElement* dict = playlistArray->firstChild; dict != nullptr;
        dict = dict->nextSibling) {
     if (!IsVisible(dict)) continue;
-    PlaylistRecord* playlist = ReadPlaylist(dict, tracks);
+    PlaylistRecord* playlist = ReadPlaylist(state, dict, tracks);
     if (playlist == nullptr) return;
     TableAppender<PlaylistRecord>& table = tables[GroupOfKind(playlist->kind)];
     if (!table.Reserve()) {
       system::Release(playlist->name);
-      ReleasePlaylist(playlist);
+      system::Release(playlist->tracks);
       return;
     }
     table.Append(playlist);
@@ -111,7 +108,13 @@ void ReadPlaylists(GlobalState& state, const TBXMLElement* playlistArray) noexce
 
 }  // namespace
 
-void CreatePlaylists(GlobalState& state) noexcept {
+const TBXMLElement* PropertiesOf(const LibraryState& state,
+                                 const PlaylistRecord* playlist) noexcept {
+  if (playlist == nullptr || !state.playlistRecords.Holds(playlist)) return nullptr;
+  return static_cast<const OwnPlaylist*>(playlist)->properties;
+}
+
+void CreatePlaylists(LibraryState& state) noexcept {
   ++playlistChanges;
   if (!CreateGroups(state)) return;
   const TBXMLElement* playlists = TopLevelChild(state.document, "array");
@@ -124,18 +127,19 @@ void AppendTracks(const GlobalState& state, PlaylistRecord& playlist,
   ReadItems(playlist, playlistDict, TrackLookup(state));
 }
 
-void DestroyPlaylists(GlobalState& state) noexcept {
+void DestroyPlaylists(LibraryState& state) noexcept {
   if (state.groups == nullptr) return;
   ++playlistChanges;
   for (std::int32_t g = 0; g < state.groupCount; ++g) {
     PlaylistGroup* group = state.groups[g];
     for (std::int32_t i = 0; i < group->count; ++i) {
       state.pool->Adopt(group->playlists[i]->name);
-      ReleasePlaylist(group->playlists[i]);
+      system::Release(group->playlists[i]->tracks);
     }
     state.pool->Adopt(group->playlists);
     system::Release(group);
   }
+  state.playlistRecords.ReleaseAll();
   system::Release(state.groups);
   state.groups = nullptr;
   state.groupCount = 0;

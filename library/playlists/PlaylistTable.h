@@ -52,8 +52,19 @@ namespace tavrel {
 // a playlist, elements and a state that are all the caller's own.
 extern constinit std::uint32_t playlistChanges;
 
+// A record as the library makes it, with its dictionary behind the stated fields. Records that others make,
+// and those of the playlists that the library file does not hold, end with the stated fields.
+struct OwnPlaylist : PlaylistRecord {
+  const TBXMLElement* properties;
+};
+
+// The dictionary of a playlist of the library file, whose record is known by its address; none of any
+// other.
+[[nodiscard]] const TBXMLElement* PropertiesOf(const LibraryState& state,
+                                               const PlaylistRecord* playlist) noexcept;
+
 // Makes the three groups, and a record for each visible playlist of the state's document.
-void CreatePlaylists(GlobalState& state) noexcept;
+void CreatePlaylists(LibraryState& state) noexcept;
 
 // Appends the tracks that the items of a playlist's dictionary name to `playlist`, which may be a
 // record of the caller's own; its array is then of the malloc family and the caller's. Items that
@@ -64,9 +75,10 @@ void AppendTracks(const GlobalState& state, PlaylistRecord& playlist,
 
 // Releases the groups and their playlists; the ringtone playlist, whose songs are its own, must have
 // gone. Names and the groups' arrays go to the state's pool, which gives them back when it is drained.
-void DestroyPlaylists(GlobalState& state) noexcept;
+void DestroyPlaylists(LibraryState& state) noexcept;
 
-// Releases a playlist's record and its array, but neither its tracks nor its name.
+// Releases the record of a playlist that is not of the library file, and its array, but neither its tracks
+// nor its name.
 void ReleasePlaylist(PlaylistRecord* playlist) noexcept;
 
 }  // namespace tavrel

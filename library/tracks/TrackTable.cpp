@@ -17,15 +17,16 @@ using Lookahead = TrackLookahead<24, 12, 2, 1>;
 
 void ReadTracks(LibraryState& state, const TBXMLElement* trackDictionary) noexcept {
   const std::span<TBXMLElement* const> dictionaries = state.document->listedElements();
-  state.trackRecords.Reserve(dictionaries.size() * sizeof(TrackRecord));
+  state.trackRecords.Reserve(dictionaries.size() * sizeof(OwnTrack));
   TableAppender<TrackRecord> table(state.tracks, state.trackCapacity, state.trackCount);
   Lookahead lookahead(dictionaries);
   for (const auto [key, dict] : Pairs(trackDictionary)) {
     lookahead.Advance();
-    auto* track = static_cast<TrackRecord*>(state.trackRecords.Take(sizeof(TrackRecord)));
+    auto* track = static_cast<OwnTrack*>(state.trackRecords.Take(sizeof(OwnTrack)));
     if (track == nullptr || !table.Reserve()) return;
     track->trackId = TrackIdOf(dict);
     track->pendingDict = dict;
+    track->properties = dict;
     table.Append(track);
   }
 }
@@ -39,6 +40,11 @@ void ReleaseTexts(const LibraryState& state, const SongInfo& info) noexcept {
 }
 
 }  // namespace
+
+const TBXMLElement* PropertiesOf(const LibraryState& state, const TrackRecord* track) noexcept {
+  if (track == nullptr || !state.trackRecords.Holds(track)) return nullptr;
+  return static_cast<const OwnTrack*>(track)->properties;
+}
 
 const TBXMLElement* TrackDictionary(const TBXML* document) noexcept {
   return TopLevelChild(document, "dict");

@@ -35,6 +35,16 @@ static_assert(offsetof(TrackRecord, pendingDict) == 112);
 
 namespace tavrel {
 
+// A record as the library makes it: behind the stated fields stands what `pendingDict` no longer tells once
+// the properties are loaded. Records that others make end with the stated fields.
+struct OwnTrack : TrackRecord {
+  const TBXMLElement* properties;  // the track's dictionary
+};
+
+// The dictionary of a track that the library has made, which is known by its address; none of any other.
+[[nodiscard]] const TBXMLElement* PropertiesOf(const LibraryState& state,
+                                               const TrackRecord* track) noexcept;
+
 // The dictionary that holds all tracks: the first "dict" of the top-level dictionary. None when there
 // is none, or no document.
 [[nodiscard]] const TBXMLElement* TrackDictionary(const TBXML* document) noexcept;

@@ -87,6 +87,20 @@ const HostFunctions kLinkedFunctions = {
       return Inside([=] { return GetSongInfo(playlist, index, info); });
     },
     []() noexcept { return Inside([] { return OpenAllSongs(); }); },
+    [](const PlaylistRecord* playlist, std::int32_t index, const char* key, char* buffer,
+       std::int32_t size) noexcept {
+      return Inside([=] { return GetSongProperty(playlist, index, key, buffer, size); });
+    },
+    [](const PlaylistRecord* playlist, const char* key, char* buffer, std::int32_t size) noexcept {
+      return Inside([=] { return GetPlaylistProperty(playlist, key, buffer, size); });
+    },
+    [](const char* key, char* buffer, std::int32_t size) noexcept {
+      return Inside([=] { return GetLibraryProperty(key, buffer, size); });
+    },
+    // What these call is the test's own: their memory is never taken by operator new.
+    VisitSongProperties,
+    VisitPlaylistProperties,
+    VisitLibraryProperties,
 };
 
 SeenLibrary SeeLibrary() {

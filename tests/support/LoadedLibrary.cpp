@@ -38,6 +38,12 @@ void LoadedLibrary::Load() {
   set(functions_.getSongCount, "GetSongCount");
   set(functions_.getSongInfo, "GetSongInfo");
   set(functions_.openAllSongs, "OpenAllSongs");
+  set(functions_.getSongProperty, "GetSongProperty");
+  set(functions_.getPlaylistProperty, "GetPlaylistProperty");
+  set(functions_.getLibraryProperty, "GetLibraryProperty");
+  set(functions_.visitSongProperties, "VisitSongProperties");
+  set(functions_.visitPlaylistProperties, "VisitPlaylistProperties");
+  set(functions_.visitLibraryProperties, "VisitLibraryProperties");
 }
 
 int LoadedLibrary::Unload() {

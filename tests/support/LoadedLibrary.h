@@ -20,6 +20,12 @@ struct HostFunctions {
   decltype(&GetSongCount) getSongCount;
   decltype(&GetSongInfo) getSongInfo;
   decltype(&OpenAllSongs) openAllSongs;
+  decltype(&GetSongProperty) getSongProperty;
+  decltype(&GetPlaylistProperty) getPlaylistProperty;
+  decltype(&GetLibraryProperty) getLibraryProperty;
+  decltype(&VisitSongProperties) visitSongProperties;
+  decltype(&VisitPlaylistProperties) visitPlaylistProperties;
+  decltype(&VisitLibraryProperties) visitLibraryProperties;
 };
 
 class LoadedLibrary {

@@ -18,19 +18,28 @@ namespace {
 constexpr std::size_t kSmall = std::size_t{64} << 10;
 constexpr std::size_t kGrowth = 8;
 
+std::int32_t GoOn(const char*, const char*, const char*, void*) {
+  return 1;
+}
+
 // Asks for what costs a host something: every count, every name, the first and the last song of every
-// list.
+// list, every property of those and of the lists.
 void AskAll() {
   SongInfo info = {};
   PlaylistRecord* all = OpenAllSongs();
   GetSongInfo(all, 0, &info);
   GetSongInfo(all, GetSongCount(all) - 1, &info);
+  GetLibraryProperty("Date", nullptr, 0);
+  VisitLibraryProperties(GoOn, nullptr);
+  VisitSongProperties(all, 0, GoOn, nullptr);
+  GetSongProperty(all, GetSongCount(all) - 1, "Name", nullptr, 0);
   for (std::int32_t group = 0; group < 3; ++group) {
     const std::int32_t count = GetPlaylistCount(group);
     for (std::int32_t i = 0; i < count; ++i) {
       GetPlaylistName(group, i, nullptr, 0);
       PlaylistRecord* playlist = OpenPlaylist(group, i);
       GetSongInfo(playlist, GetSongCount(playlist) - 1, &info);
+      VisitPlaylistProperties(playlist, GoOn, nullptr);
     }
   }
   SongInfo terms = {};

@@ -11,6 +11,15 @@ _Static_assert(sizeof(void*) != 8 || sizeof(SongInfo) == 96, "SongInfo");
 #endif
 
 int32_t UseEverything(PlaylistRecord* playlist, SongInfo* info, char* buffer);
+int32_t UseProperties(const PlaylistRecord* playlist, PropertyVisitor visitor, char* buffer);
+
+int32_t UseProperties(const PlaylistRecord* playlist, PropertyVisitor visitor, char* buffer) {
+  int32_t sum = GetSongProperty(playlist, 0, "Name", buffer, 1);
+  sum += GetPlaylistProperty(playlist, "Name", buffer, 1) + GetLibraryProperty("Date", buffer, 1);
+  sum += VisitSongProperties(playlist, 0, visitor, buffer);
+  return sum + VisitPlaylistProperties(playlist, visitor, buffer) +
+         VisitLibraryProperties(visitor, buffer);
+}
 
 int32_t UseEverything(PlaylistRecord* playlist, SongInfo* info, char* buffer) {
   const PlaylistRecord* constPlaylist = OpenPlaylist(0, 0);

@@ -13,6 +13,28 @@ static char* Buffer(int32_t size) {
   return buffer;
 }
 
+/* Counts the pairs that have a text. */
+static int32_t CountTexts(const char* key, const char* text, const char* type, void* context) {
+  CHECK(key[0] != '\0' && type[0] != '\0');
+  if (text != NULL) ++*(int32_t*)context;
+  return 1;
+}
+
+static void CheckProperties(PlaylistRecord* music) {
+  int32_t texts = 0;
+  int32_t size = GetSongProperty(music, 1, "Artist", NULL, 0);
+  char* artist = Buffer(size);
+  CHECK(size == 6);
+  CHECK(GetSongProperty(music, 1, "Artist", artist, size) == size);
+  CHECK(strcmp(artist, "AC&DC") == 0 && artist[size] == '#');
+  CHECK(GetPlaylistProperty(music, "Music", artist, size) == 5 && strcmp(artist, "true") == 0);
+  CHECK(GetLibraryProperty("Library Persistent ID", NULL, 0) == 17);
+  CHECK(VisitSongProperties(music, 1, CountTexts, &texts) == 4 && texts == 4);
+  CHECK(VisitPlaylistProperties(music, CountTexts, &texts) == 4 && texts == 7);
+  CHECK(VisitLibraryProperties(CountTexts, &texts) == 5 && texts == 10);
+  free(artist);
+}
+
 int main(void) {
   PlaylistRecord* music = OpenPlaylist(0, 0);
   SongInfo info;
@@ -45,6 +67,7 @@ int main(void) {
   CHECK(info.album == NULL && info.albumSize == 0);
   CHECK(info.reserved == 4711);
 
+  CheckProperties(music);
   CHECK(ClosePlaylist(music) == 1);
   CHECK(AgentFinalizer() == 0);
   CHECK(AgentFinalizer() == 0);

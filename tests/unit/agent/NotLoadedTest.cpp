@@ -16,6 +16,13 @@ TEST(NotLoaded, EveryQueryAnswersNothing) {
   EXPECT_EQ(GetSongCount(nullptr), 0);
   EXPECT_EQ(GetSongInfo(nullptr, 0, nullptr), 0);
   EXPECT_EQ(OpenAllSongs(), nullptr);
+  EXPECT_EQ(GetSongProperty(nullptr, 0, "Name", nullptr, 0), 0);
+  EXPECT_EQ(GetPlaylistProperty(nullptr, "Name", nullptr, 0), 0);
+  EXPECT_EQ(GetLibraryProperty("Date", nullptr, 0), 0);
+  const auto visit = [](const char*, const char*, const char*, void*) { return std::int32_t{1}; };
+  EXPECT_EQ(VisitSongProperties(nullptr, 0, visit, nullptr), 0);
+  EXPECT_EQ(VisitPlaylistProperties(nullptr, visit, nullptr), 0);
+  EXPECT_EQ(VisitLibraryProperties(visit, nullptr), 0);
   EXPECT_EQ(GetPlaylistByTrackId(1, nullptr), nullptr);
   EXPECT_EQ(tavrel::TopLevelDictionary(nullptr), nullptr);
 }

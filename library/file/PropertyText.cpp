@@ -1,0 +1,140 @@
+#include "library/file/PropertyText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <optional>
+#include <string_view>
+
+#include "library/file/PropertyList.h"
+#include "library/file/PropertyValue.h"
+#include "library/file/XmlText.h"
+#include "system/Memory.h"
+
+namespace tavrel {
+namespace {
+
+// The size of a longer one would not fit into 32 bits.
+constexpr std::size_t kLongestText = std::numeric_limits<std::int32_t>::max() - 1;
+
+const char* NameOf(const TBXMLElement& element) noexcept {
+  return element.name == nullptr ? "" : element.name;
+}
+
+// A key without a text counts as an empty one.
+const char* KeyOf(const TBXMLElement& element) noexcept {
+  return element.text == nullptr ? "" : element.text;
+}
+
+// Values that are no texts, even when the parser found characters in them.
+bool IsNoText(std::string_view name) noexcept {
+  return name == "data" || name == "array" || name == "dict";
+}
+
+// What is shown of a value, as it stands in the file; none when there is nothing to show.
+std::optional<std::string_view> ShownText(const TBXMLElement& value) noexcept {
+  if (const std::optional<bool> boolean = BooleanOf(value)) return *boolean ? "true" : "false";
+  if (value.text == nullptr || IsNoText(NameOf(value))) return std::nullopt;
+  const std::string_view text = value.text;
+  return text.size() > kLongestText ? std::nullopt : std::optional(text);
+}
+
+// The first '&', if the texts are alike up to it, makes it worth decoding.
+bool IsKey(const TBXMLElement& element, std::string_view key) noexcept {
+  const char* source = KeyOf(element);
+  std::size_t alike = 0;
+  while (alike < key.size() && source[alike] == key[alike] && source[alike] != '&') ++alike;
+  if (source[alike] == '&') return DecodesTo(source, key);
+  return alike == key.size() && source[alike] == '\0';
+}
+
+// Decodes twice: what does not fit must leave no trace in the buffer.
+std::int32_t CopyText(std::string_view source, char* buffer, std::int32_t bufferSize) noexcept {
+  const auto fits = [=](std::int32_t size) { return buffer != nullptr && size <= bufferSize; };
+  if (!HoldsReference(source)) {
+    const auto size = static_cast<std::int32_t>(source.size() + 1);
+    if (fits(size)) std::memcpy(buffer, source.data(), source.size() + 1);
+    return size;
+  }
+  char none = '\0';
+  const Decoding decoding = DecodeReferences(&none, source.data(), 0);
+  LogDecodingError(decoding, source.data());
+  const std::int32_t size = decoding.length + 1;
+  if (!fits(size)) return size;
+  (void)DecodeReferences(buffer, source.data(), size);
+  buffer[decoding.length] = '\0';
+  return size;
+}
+
+// Decodes one text after the other, each of which stands until the next.
+class Decoder {
+ public:
+  Decoder() noexcept = default;
+  Decoder(const Decoder&) = delete;
+  Decoder& operator=(const Decoder&) = delete;
+  ~Decoder() { system::Release(taken_); }
+
+  // None when memory is exhausted. `source` has a zero byte behind it.
+  [[nodiscard]] const char* Decode(std::string_view source) noexcept {
+    if (!HoldsReference(source)) return source.data();
+    if (source.size() > kLongestText || !Reserve(source.size() + 1)) return nullptr;
+    char* room = taken_ == nullptr ? own_.data() : taken_;
+    const auto size = static_cast<std::int32_t>(source.size() + 1);
+    const Decoding decoding = DecodeReferences(room, source.data(), size);
+    LogDecodingError(decoding, source.data());
+    room[decoding.length] = '\0';
+    return room;
+  }
+
+ private:
+  bool Reserve(std::size_t size) noexcept {
+    if (size <= size_) return true;
+    const std::size_t grown = std::max(size, 2 * size_);
+    auto* room = static_cast<char*>(system::Allocate(grown));
+    if (room == nullptr) return false;
+    system::Release(taken_);
+    taken_ = room;
+    size_ = grown;
+    return true;
+  }
+
+  std::array<char, 1024> own_;  // more than nearly all texts need
+  char* taken_ = nullptr;
+  std::size_t size_ = std::tuple_size_v<decltype(own_)>;
+};
+
+}  // namespace
+
+std::int32_t CopyProperty(const TBXMLElement* dict, const char* key, char* buffer,
+                          std::int32_t bufferSize) noexcept {
+  if (key == nullptr) return 0;
+  const std::string_view wanted = key;
+  for (const auto [keyElement, value] : Pairs(dict)) {
+    if (!IsKey(*keyElement, wanted)) continue;
+    const std::optional<std::string_view> text = ShownText(*value);
+    return text ? CopyText(*text, buffer, bufferSize) : 0;
+  }
+  return 0;
+}
+
+std::int32_t VisitProperties(const TBXMLElement* dict, PropertyVisitor visitor,
+                             void* context) noexcept {
+  if (visitor == nullptr) return 0;
+  Decoder keys;
+  Decoder texts;
+  std::int32_t count = 0;
+  for (const auto [keyElement, value] : Pairs(dict)) {
+    const std::optional<std::string_view> shown = ShownText(*value);
+    const char* key = keys.Decode(KeyOf(*keyElement));
+    const char* text = shown ? texts.Decode(*shown) : nullptr;
+    // A pair for which there is no memory ends the visit: none is shown as what it is not.
+    if (key == nullptr || (shown && text == nullptr)) break;
+    ++count;
+    if (visitor(key, text, NameOf(*value), context) == 0) break;
+  }
+  return count;
+}
+
+}  // namespace tavrel
