@@ -1,9 +1,11 @@
-// The additions that reach every property. They answer 0 while no library is loaded, also after an unload.
+// The additions that reach every property, and find songs without a call for each that does not match. They
+// answer 0 while no library is loaded, also after an unload.
 #include "agent/Lifecycle.h"
 #include "library/file/PropertyList.h"
 #include "library/file/PropertyText.h"
 #include "library/playlists/PlaylistQueries.h"
 #include "library/playlists/PlaylistTable.h"
+#include "library/search/SongFinding.h"
 #include "library/tracks/TrackTable.h"
 #include "tavrel/tavrel.h"
 
@@ -61,6 +63,12 @@ std::int32_t VisitPlaylistProperties(const PlaylistRecord* playlist, PropertyVis
 
 std::int32_t VisitLibraryProperties(PropertyVisitor visitor, void* context) noexcept {
   return VisitProperties(PropertiesOfLibrary(), visitor, context);
+}
+
+std::int32_t FindSongs(const SongInfo* terms, FindSongsCallback callback, void* context) noexcept {
+  LibraryState* state = CurrentLibrary();
+  if (state == nullptr || terms == nullptr || callback == nullptr) return 0;
+  return tavrel::FindMatches(*state, *terms, callback, context);
 }
 
 }  // extern "C"

@@ -32,6 +32,30 @@ std::int32_t CountCalls(PlaylistRecord*, std::int32_t, void* context) {
   return 1;
 }
 
+std::int32_t KeepPosition(std::int32_t index, void* context) {
+  auto& heard = *static_cast<Heard*>(context);
+  ++heard.calls;
+  heard.hash = (heard.hash ^ static_cast<std::uint32_t>(index)) * 0x100000001B3u;
+  return 1;
+}
+
+std::int32_t CountMatches(std::int32_t, void* context) {
+  ++*static_cast<std::uint64_t*>(context);
+  return 1;
+}
+
+// What is found, against what a plain look at every track finds.
+void CheckFinding(const SongInfo& terms, std::int32_t count) {
+  Heard ours;
+  Heard plain;
+  const std::int32_t found = FindSongs(&terms, KeepPosition, &ours);
+  const std::int32_t expected = FindPlainly(TrackDictionary(g_pGlobal->document),
+                                            g_pGlobal->trackCount, terms, KeepPosition, &plain);
+  if (found != count || expected != count || ours.calls != plain.calls || ours.hash != plain.hash) {
+    throw std::runtime_error("the songs that are found are not those of a plain search");
+  }
+}
+
 }  // namespace
 
 SongInfo Terms(const std::string& name, const std::string& artist, const std::string& album) {
@@ -51,12 +75,24 @@ std::int32_t CheckedCount(const SongInfo& terms) {
   if (count != expected || ours.calls != plain.calls || ours.hash != plain.hash) {
     throw std::runtime_error("the search and the plain search differ");
   }
+  CheckFinding(terms, count);
   return count;
 }
 
 double SecondsOfSearch(const SongInfo& terms) {
   std::uint64_t calls = 0;
   return ProcessorSecondsOf([&] { (void)SearchSong(&terms, CountCalls, &calls); });
+}
+
+double SecondsOfFinding(const SongInfo& terms) {
+  constexpr int kCalls = 20;
+  std::uint64_t calls = 0;
+  const auto find = [&] { (void)FindSongs(&terms, CountMatches, &calls); };
+  find();
+  const double seconds = ProcessorSecondsOf([&] {
+    for (int i = 0; i < kCalls; ++i) find();
+  });
+  return seconds / kCalls;
 }
 
 double SecondsOfPlainSearch(const SongInfo& terms) {

@@ -16,11 +16,13 @@ namespace tavrel::bench {
   return Terms(any, any, any);
 }
 
-// The number of matches. Throws std::runtime_error when the callback hears anything else than that
-// of a plain search: figures of such a search are worth nothing.
+// The number of matches. Throws std::runtime_error when a callback, that of SearchSong() or of FindSongs(),
+// hears anything else than that of a plain search: figures of such a search are worth nothing.
 [[nodiscard]] std::int32_t CheckedCount(const SongInfo& terms);
 
 [[nodiscard]] double SecondsOfSearch(const SongInfo& terms);
+// Of one more FindSongs(): the mean of many in a row.
+[[nodiscard]] double SecondsOfFinding(const SongInfo& terms);
 [[nodiscard]] double SecondsOfPlainSearch(const SongInfo& terms);
 
 [[nodiscard]] TrackTexts ReadTexts();

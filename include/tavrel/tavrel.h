@@ -259,7 +259,7 @@ TAVREL_API ArtworkHandle* OpenArtworkAny(PlaylistRecord* playlist, int32_t index
  * Result: a handle; null for a null path, or as OpenArtwork. */
 TAVREL_API ArtworkHandle* OpenArtworkFile(const char* path) TAVREL_NOEXCEPT;
 
-/* ---- Additions: every property ----------------------------------------------------------------
+/* ---- Additions: every property, and finding songs ---------------------------------------------
  * The library file keeps a dictionary of properties for itself, for each song and for each
  * playlist: pairs of a key and a value, of which the functions above tell a few. These tell all of
  * them, as texts:
@@ -332,6 +332,26 @@ TAVREL_API int32_t VisitPlaylistProperties(const PlaylistRecord* playlist, Prope
 
 /* The same for the library. */
 TAVREL_API int32_t VisitLibraryProperties(PropertyVisitor visitor, void* context) TAVREL_NOEXCEPT;
+
+/* What FindSongs calls for each match.
+ * index:   the song's position in the playlist that OpenAllSongs opens.
+ * context: as it was given to FindSongs.
+ * Result:  0 ends the search, any other value goes on.
+ * What it may do is what a SearchSongCallback may. (Should it load another library, the search goes
+ * on in the one that it began in, whose positions it tells.) */
+typedef int32_t (*FindSongsCallback)(int32_t index, void* context);
+
+/* Finds the songs that match, as SearchSong matches them.
+ * terms:    as SearchSong takes them.
+ * callback: called once for each song that matches, and for no other, in the file's order, until it
+ *           returns 0.
+ * context:  handed to `callback`; may be null.
+ * Result:   the number of songs that matched, the one included at which `callback` ended the search;
+ *           0 for null `terms` or `callback`, or when no library is loaded.
+ * Cost:     the first search of either kind reads the texts of every song and keeps them; a later
+ *           one is linear in the length of those texts and of the terms. No playlist is looked at. */
+TAVREL_API int32_t FindSongs(const SongInfo* terms, FindSongsCallback callback,
+                             void* context) TAVREL_NOEXCEPT;
 
 #if defined(__cplusplus)
 } /* extern "C" */

@@ -54,4 +54,20 @@ std::int32_t SearchPlainly(GlobalState* const& current, const TBXMLElement* trac
   return count;
 }
 
+std::int32_t FindPlainly(const TBXMLElement* trackDictionary, std::int32_t mostTracks,
+                         const SongInfo& terms, FindSongsCallback callback,
+                         void* context) noexcept {
+  std::int32_t count = 0;
+  std::int32_t track = 0;
+  for (const auto [key, dict] : Pairs(trackDictionary)) {
+    if (track == mostTracks) break;
+    if (IsMatch(dict, terms)) {
+      ++count;
+      if (callback(track, context) == 0) break;
+    }
+    ++track;
+  }
+  return count;
+}
+
 }  // namespace tavrel

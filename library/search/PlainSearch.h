@@ -25,4 +25,9 @@ namespace tavrel {
                                          const TBXMLElement* trackDictionary, const SongInfo& terms,
                                          SearchSongCallback callback, void* context) noexcept;
 
+// As FindSongs(), over the first `mostTracks` tracks of a track dictionary: those that have a record.
+[[nodiscard]] std::int32_t FindPlainly(const TBXMLElement* trackDictionary, std::int32_t mostTracks,
+                                       const SongInfo& terms, FindSongsCallback callback,
+                                       void* context) noexcept;
+
 }  // namespace tavrel

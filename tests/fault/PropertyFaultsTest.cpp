@@ -85,6 +85,33 @@ TEST_F(PropertyFaults, OfALoadLeaveEveryRecordItsOwnDictionary) {
   EXPECT_LT(fewest, whole.size()) << "no load has left a part of the songs";
 }
 
+// Positions that lead nowhere are never told.
+TEST_F(PropertyFaults, OfALoadLeaveNoSongToBeFoundThatHasNoRecord) {
+  home_.WriteLibrary(ManySongs());
+  const CapturedStderr log;
+  SongInfo terms = {};
+  char term[] = "song";
+  terms.name = term;
+  std::int32_t fewest = kSongs;
+  WithEachAllocationFailing(10, [&] {
+    Inside(AgentInitializer);
+    faults::Stop();
+    std::int32_t next = 0;
+    const auto inOrder = [](std::int32_t index, void* context) {
+      auto& expected = *static_cast<std::int32_t*>(context);
+      EXPECT_EQ(index, expected);
+      ++expected;
+      return std::int32_t{1};
+    };
+    const std::int32_t count = FindSongs(&terms, inOrder, &next);
+    EXPECT_EQ(count, next);
+    EXPECT_EQ(next, GetSongCount(OpenAllSongs()));
+    if (next > 0) fewest = std::min(fewest, next);
+    Inside(AgentFinalizer);
+  });
+  EXPECT_LT(fewest, kSongs) << "no load has left a part of the songs";
+}
+
 TEST_F(PropertyFaults, OfQuestionsThereAreNone) {
   home_.WriteLibrary(LibraryText(
       {Track(1, TextPair("K&amp;K", "x") + TextPair("Name", Repeated("&lt;", 5000) + "&bad;")),

@@ -1,6 +1,8 @@
 // What a search does when memory is exhausted.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "agent/Exports.h"
 #include "system/Memory.h"
 #include "tests/support/SongLibrary.h"
@@ -77,6 +79,47 @@ TEST(SongSearchFault, WithoutMemoryTheCallbackIsStillCalledForEveryTrack) {
     EXPECT_EQ(calls.made, 4u) << successes;
     EXPECT_LE(calls.count, 3);
     EXPECT_EQ(Search(kTerms).count, 3) << "once there is memory again";
+    if (asked <= successes) break;
+    ASSERT_LT(successes, 200) << "the loop has an end";
+  }
+}
+
+std::vector<std::int32_t> FindInto(std::vector<std::int32_t>& room) {
+  SongInfo terms = {};
+  char wanted[] = "beat";
+  terms.name = terms.artist = terms.album = wanted;
+  const auto keep = [](std::int32_t index, void* context) {
+    static_cast<std::vector<std::int32_t>*>(context)->push_back(index);
+    return std::int32_t{1};
+  };
+  room.clear();
+  const std::int32_t count = FindSongs(&terms, keep, &room);
+  EXPECT_EQ(count, static_cast<std::int32_t>(room.size()));
+  return room;
+}
+
+TEST(SongFindingFault, OneFailedAllocationChangesNoResult) {
+  const std::vector<std::int32_t> whole = {0, 1, 3};
+  for (std::int64_t successes = 0;; ++successes) {
+    const SongLibrary library(Tracks());
+    std::vector<std::int32_t> found;
+    found.reserve(16);
+    const std::int64_t asked = WithFault(successes, true, [&] { FindInto(found); });
+    EXPECT_EQ(found, whole) << successes;
+    if (asked <= successes) break;
+    ASSERT_LT(successes, 100) << "the loop has an end";
+  }
+}
+
+TEST(SongFindingFault, WithoutMemoryOnlySomeOfTheSongsAreFound) {
+  const std::vector<std::int32_t> whole = {0, 1, 3};
+  for (std::int64_t successes = 0;; ++successes) {
+    const SongLibrary library(Tracks());
+    std::vector<std::int32_t> found;
+    found.reserve(16);
+    const std::int64_t asked = WithFault(successes, false, [&] { FindInto(found); });
+    EXPECT_TRUE(std::includes(whole.begin(), whole.end(), found.begin(), found.end())) << successes;
+    EXPECT_EQ(FindInto(found), whole) << "once there is memory again";
     if (asked <= successes) break;
     ASSERT_LT(successes, 200) << "the loop has an end";
   }

@@ -101,6 +101,7 @@ const HostFunctions kLinkedFunctions = {
     VisitSongProperties,
     VisitPlaylistProperties,
     VisitLibraryProperties,
+    FindSongs,
 };
 
 SeenLibrary SeeLibrary() {

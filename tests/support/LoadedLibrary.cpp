@@ -44,6 +44,7 @@ void LoadedLibrary::Load() {
   set(functions_.visitSongProperties, "VisitSongProperties");
   set(functions_.visitPlaylistProperties, "VisitPlaylistProperties");
   set(functions_.visitLibraryProperties, "VisitLibraryProperties");
+  set(functions_.findSongs, "FindSongs");
 }
 
 int LoadedLibrary::Unload() {

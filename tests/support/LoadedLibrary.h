@@ -26,6 +26,7 @@ struct HostFunctions {
   decltype(&VisitSongProperties) visitSongProperties;
   decltype(&VisitPlaylistProperties) visitPlaylistProperties;
   decltype(&VisitLibraryProperties) visitLibraryProperties;
+  decltype(&FindSongs) findSongs;
 };
 
 class LoadedLibrary {

@@ -274,5 +274,38 @@ TEST_F(Properties, VisitorsGetTheirContextAndEndTheVisit) {
   EXPECT_EQ(left, 0);
 }
 
+// ---- FindSongs -----------------------------------------------------------------------------------
+
+std::vector<std::int32_t> Found(const HostFunctions& library, const SongInfo& terms) {
+  std::vector<std::int32_t> found;
+  const auto keep = [](std::int32_t index, void* context) {
+    static_cast<std::vector<std::int32_t>*>(context)->push_back(index);
+    return std::int32_t{1};
+  };
+  const std::int32_t count = library.findSongs(&terms, keep, &found);
+  EXPECT_EQ(count, static_cast<std::int32_t>(found.size()));
+  return found;
+}
+
+TEST_F(Properties, SongsAreFoundByTheirPositionAmongAllSongs) {
+  home_.WriteLibrary(SmallLibraryText());
+  library_.emplace(home_.path());
+  SongInfo terms = {};
+  char term[] = "ROLL";
+  char other[] = "satie";
+  terms.name = term;
+  terms.artist = other;
+  const std::vector<std::int32_t> found = Found(functions(), terms);
+  EXPECT_THAT(found, ElementsAre(0, 1));
+  EXPECT_EQ(TextOf(OfSong(found[1]), "Name"), "Rock & Roll");
+  terms.artist = nullptr;
+  EXPECT_THAT(Found(functions(), terms), ElementsAre(1));
+  terms.name = nullptr;
+  EXPECT_THAT(Found(functions(), terms), IsEmpty());
+  const auto stop = [](std::int32_t, void*) { return std::int32_t{0}; };
+  EXPECT_EQ(functions().findSongs(nullptr, stop, nullptr), 0);
+  EXPECT_EQ(functions().findSongs(&terms, nullptr, nullptr), 0);
+}
+
 }  // namespace
 }  // namespace tavrel::test

@@ -47,6 +47,8 @@ void AskAll() {
   terms.name = term;
   SearchSong(
       &terms, [](PlaylistRecord*, std::int32_t, void*) { return std::int32_t{1}; }, nullptr);
+  FindSongs(
+      &terms, [](std::int32_t, void*) { return std::int32_t{1}; }, nullptr);
 }
 
 WorkCount WorkOfALoad(const TemporaryHome& home, const std::string& text) {

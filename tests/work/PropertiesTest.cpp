@@ -1,4 +1,5 @@
-// What it costs to ask for properties: one walk over one dictionary, and nothing else of the library.
+// What it costs to ask for properties, and to find songs: one walk over one dictionary, the columns, and
+// nothing else of the library.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -103,6 +104,45 @@ TEST(PropertyWork, IsTheSameHoweverManySongsAndPlaylistsThereAre) {
     });
   };
   EXPECT_EQ(workIn(10), workIn(1000));
+}
+
+// A search has to find the playlist of a match; this one does not even know that there are any.
+TEST(PropertyWork, OfFindingSongsDoesNotDependOnPlaylists) {
+  const auto workWith = [](int playlistCount) {
+    std::string tracks;
+    std::string playlists;
+    for (int id = 1; id <= 200; ++id) tracks += Track(id, TextPair("Name", "song"));
+    for (int i = 0; i < playlistCount; ++i) {
+      playlists += Playlist(TextPair("Name", "p"), {1, 2, 200});
+    }
+    const Loaded library({tracks, playlists});
+    return WorkOf([] {
+      SongInfo terms = {};
+      char term[] = "song";
+      terms.name = term;
+      const auto goOn = [](std::int32_t, void*) { return std::int32_t{1}; };
+      EXPECT_EQ(FindSongs(&terms, goOn, nullptr), 200);
+    });
+  };
+  // With fewer, the walk over the songs looks less far ahead.
+  EXPECT_EQ(workWith(100), workWith(300));
+}
+
+// Each miss costs a search a call; here it costs nothing but its texts.
+TEST(PropertyWork, OfFindingWhatIsNotThereIsThatOfLookingOverTheColumns) {
+  constexpr int kTracks = 4000;
+  std::string tracks;
+  for (int id = 1; id <= kTracks; ++id) tracks += Track(id, TextPair("Name", "song"));
+  const Loaded library({tracks, {}});
+  SongInfo terms = {};
+  char term[] = "zqx";
+  terms.name = terms.artist = terms.album = term;
+  const auto find = [&] {
+    const auto goOn = [](std::int32_t, void*) { return std::int32_t{1}; };
+    EXPECT_EQ(FindSongs(&terms, goOn, nullptr), 0);
+  };
+  find();
+  EXPECT_LT(WorkOf(find).steps, std::uint64_t{kTracks} / 8);
 }
 
 }  // namespace

@@ -20,8 +20,16 @@ static int32_t CountTexts(const char* key, const char* text, const char* type, v
   return 1;
 }
 
+static int32_t KeepPosition(int32_t index, void* context) {
+  *(int32_t*)context = index;
+  return 0;
+}
+
 static void CheckProperties(PlaylistRecord* music) {
+  SongInfo terms;
+  char term[] = "ROLL";
   int32_t texts = 0;
+  int32_t position = -1;
   int32_t size = GetSongProperty(music, 1, "Artist", NULL, 0);
   char* artist = Buffer(size);
   CHECK(size == 6);
@@ -32,6 +40,9 @@ static void CheckProperties(PlaylistRecord* music) {
   CHECK(VisitSongProperties(music, 1, CountTexts, &texts) == 4 && texts == 4);
   CHECK(VisitPlaylistProperties(music, CountTexts, &texts) == 4 && texts == 7);
   CHECK(VisitLibraryProperties(CountTexts, &texts) == 5 && texts == 10);
+  memset(&terms, 0, sizeof terms);
+  terms.name = term;
+  CHECK(FindSongs(&terms, KeepPosition, &position) == 1 && position == 1);
   free(artist);
 }
 

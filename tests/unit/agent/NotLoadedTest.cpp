@@ -23,6 +23,9 @@ TEST(NotLoaded, EveryQueryAnswersNothing) {
   EXPECT_EQ(VisitSongProperties(nullptr, 0, visit, nullptr), 0);
   EXPECT_EQ(VisitPlaylistProperties(nullptr, visit, nullptr), 0);
   EXPECT_EQ(VisitLibraryProperties(visit, nullptr), 0);
+  const SongInfo terms = {};
+  const auto goOn = [](std::int32_t, void*) { return std::int32_t{1}; };
+  EXPECT_EQ(FindSongs(&terms, goOn, nullptr), 0);
   EXPECT_EQ(GetPlaylistByTrackId(1, nullptr), nullptr);
   EXPECT_EQ(tavrel::TopLevelDictionary(nullptr), nullptr);
 }

@@ -129,6 +129,11 @@ TEST_F(Properties, AreNoneAfterTheUnload) {
   EXPECT_EQ(OfLibrary(), kNothing);
   EXPECT_EQ(OfSong(all, 0), kNothing);
   EXPECT_EQ(OfPlaylist(music), kNothing);
+  SongInfo terms = {};
+  char term[] = "a";
+  terms.name = term;
+  const auto goOn = [](std::int32_t, void*) { return std::int32_t{1}; };
+  EXPECT_EQ(FindSongs(&terms, goOn, nullptr), 0);
 }
 
 }  // namespace
