@@ -1,7 +1,8 @@
-// Files that the host itself reads: library files, for their IDs and for why the library refused them, and
-// pictures out of cache files.
+// Files that the host has to do with: library files, for the IDs that the library tells of them and for why it
+// refused them, and pictures out of cache files.
 #include <string>
 
+#include "agent/Exports.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/InputFile.h"
 #include "host/artwork/CacheFolder.h"
@@ -14,21 +15,37 @@ using tavrel::fuzz::Require;
 
 namespace {
 
-void ReadIds(std::string_view input) {
-  const PersistentIds ids = FindPersistentIds(input);
-  Require(ids.library.size() <= kNoId.size(), "An ID is too long");
-  for (const std::string& id : ids.tracks) Require(id.size() <= kNoId.size(), "An ID is too long");
+LibraryFunctions LinkedFunctions() {
+  LibraryFunctions functions{};
+  functions.openAllSongs = OpenAllSongs;
+  functions.getSongCount = GetSongCount;
+  functions.getSongProperty = GetSongProperty;
+  functions.getLibraryProperty = GetLibraryProperty;
+  return functions;
+}
+
+void ReadIds(const LibraryFunctions& functions) {
+  const PersistentIds ids = ReadPersistentIds(functions);
+  Require(ids.library.size() == kNoId.size(), "An ID has another length");
+  for (const std::string& id : ids.tracks) {
+    Require(id.size() == kNoId.size(), "An ID has another length");
+  }
 }
 
 void ReadFolder(std::string_view input) {
   static const tavrel::fuzz::InputHome home;
   home.WriteLibrary(input);
-  const CacheFolder folder(home.LibraryFile());
+  AgentInitializer();
+  const LibraryFunctions functions = LinkedFunctions();
+  ReadIds(functions);
+  const CacheFolder folder(functions, home.LibraryFile());
+  const auto songs = static_cast<std::size_t>(GetSongCount(OpenAllSongs()));
   std::size_t claimed = 0;
-  for (std::size_t song = 0; song < 16; ++song) claimed += folder.FileOf(song).empty() ? 0u : 1u;
+  for (std::size_t song = 0; song < songs; ++song) claimed += folder.FileOf(song).empty() ? 0u : 1u;
   const std::size_t unclaimed = folder.Unclaimed().size();
   Require(unclaimed <= std::size(tavrel::fuzz::kTrackIds), "A file is there twice");
   Require(claimed > 0 || unclaimed == std::size(tavrel::fuzz::kTrackIds), "A file is missing");
+  AgentFinalizer();
   (void)Diagnose(home.LibraryFile());
 }
 
@@ -45,7 +62,6 @@ void ReadPicture(std::string_view input) {
 }
 
 void Read(std::string_view input) {
-  ReadIds(input);
   ReadPicture(input);
   ReadFolder(input);
 }

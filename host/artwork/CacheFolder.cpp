@@ -1,8 +1,5 @@
 #include "host/artwork/CacheFolder.h"
 
-#include <optional>
-
-#include "system/Files.h"
 #include "system/FolderListing.h"
 #include "system/FolderWalk.h"
 #include "text/PathNames.h"
@@ -30,9 +27,8 @@ std::string TrackIdIn(std::string_view path, const std::string& library) {
 
 }  // namespace
 
-CacheFolder::CacheFolder(const std::string& libraryFile) {
-  const system::ByteBuffer text = system::ReadFileBytes(libraryFile.c_str());
-  if (text) ids_ = FindPersistentIds(text.view());
+CacheFolder::CacheFolder(const LibraryFunctions& library, const std::string& libraryFile)
+    : ids_(ReadPersistentIds(library)) {
   const TextSet known(ids_.tracks.begin(), ids_.tracks.end());
   const std::string folder = libraryFile.substr(0, libraryFile.rfind('/') + 1) + "Album Artwork";
   system::FolderWalk walk(folder);

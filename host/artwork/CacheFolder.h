@@ -12,8 +12,9 @@ namespace tavrel::host {
 
 class CacheFolder {
  public:
+  // library:     whose songs the files belong to; one without a file has none.
   // libraryFile: the path of the library file, beside which the folder "Album Artwork" lies.
-  explicit CacheFolder(const std::string& libraryFile);
+  CacheFolder(const LibraryFunctions& library, const std::string& libraryFile);
 
   // The path of the cache file of a song of the library, by its position; empty when there is none.
   [[nodiscard]] std::string FileOf(std::size_t song) const;

@@ -43,7 +43,7 @@ class Exporter {
       : options_(options),
         session_(session),
         songs_(session.library.openAllSongs()),
-        cache_(session.libraryPath),
+        cache_(session.library, session.libraryPath),
         covers_(session.library, cache_) {}
 
   const Tally& Run() {

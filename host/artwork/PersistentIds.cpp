@@ -1,18 +1,18 @@
 #include "host/artwork/PersistentIds.h"
 
-#include <algorithm>
-
 namespace tavrel::host {
 namespace {
 
-// The text of the element behind a key that ends at `at`: 16 digits.
-std::string IdBehind(std::string_view text, std::size_t at) {
-  constexpr std::string_view kString = "<string>";
-  const std::size_t start = text.find('<', at);
-  if (start == std::string_view::npos || !text.substr(start).starts_with(kString)) {
-    return std::string(kNoId);
-  }
-  return UpperCase(text.substr(start + kString.size(), kNoId.size()));
+// The first 16 digits of what `get(buffer, bufferSize)` tells, as it tells all texts of the library.
+template <class Get>
+std::string IdFrom(Get get) {
+  std::string text(kNoId.size() + 1, '\0');  // as long as they are
+  const auto room = static_cast<std::int32_t>(text.size());
+  const std::int32_t size = get(text.data(), room);
+  if (size < room) return std::string(kNoId);
+  text.resize(static_cast<std::size_t>(size));
+  if (size > room) get(text.data(), size);
+  return UpperCase(std::string_view(text).substr(0, kNoId.size()));
 }
 
 }  // namespace
@@ -25,21 +25,17 @@ std::string UpperCase(std::string_view text) {
   return upper;
 }
 
-// Each track begins with its Track ID; behind the tracks, the same key stands in playlists.
-PersistentIds FindPersistentIds(std::string_view libraryText) {
-  constexpr std::string_view kKey = "<key>";
+PersistentIds ReadPersistentIds(const LibraryFunctions& library) {
   PersistentIds ids;
-  for (std::size_t at = libraryText.find(kKey); at != std::string_view::npos;
-       at = libraryText.find(kKey, at)) {
-    at += kKey.size();
-    const std::string_view rest = libraryText.substr(at, 32);
-    if (rest.starts_with("Playlists<")) break;
-    if (rest.starts_with("Track ID<")) ids.tracks.emplace_back(kNoId);
-    const std::size_t end = at + std::min(rest.find('<') + 1, rest.size());
-    if (rest.starts_with("Library Persistent ID<")) ids.library = IdBehind(libraryText, end);
-    if (rest.starts_with("Persistent ID<") && !ids.tracks.empty()) {
-      ids.tracks.back() = IdBehind(libraryText, end);
-    }
+  ids.library = IdFrom([&](char* buffer, std::int32_t size) {
+    return library.getLibraryProperty("Library Persistent ID", buffer, size);
+  });
+  const PlaylistRecord* songs = library.openAllSongs();
+  const std::int32_t count = library.getSongCount(songs);
+  for (std::int32_t i = 0; i < count; ++i) {
+    ids.tracks.push_back(IdFrom([&](char* buffer, std::int32_t size) {
+      return library.getSongProperty(songs, i, "Persistent ID", buffer, size);
+    }));
   }
   return ids;
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/library/Library.h"
+
 namespace tavrel::host {
 
 // 16 digits in upper case; zeros stand for one that is missing.
@@ -15,8 +17,8 @@ struct PersistentIds {
   std::vector<std::string> tracks;  // in the file's order
 };
 
-// As iTunes writes them. Whatever else the text may hold, one ID is found for each track.
-[[nodiscard]] PersistentIds FindPersistentIds(std::string_view libraryText);
+// One for each song of the library; none when no library file is loaded.
+[[nodiscard]] PersistentIds ReadPersistentIds(const LibraryFunctions& library);
 
 // With the letters a to z in upper case.
 [[nodiscard]] std::string UpperCase(std::string_view text);

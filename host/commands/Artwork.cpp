@@ -152,7 +152,7 @@ class AlbumCovers {
  public:
   AlbumCovers(const Song& song, const Session& session)
       : songs_(SongsOnAlbumOf(song, session.library)),
-        cache_(session.libraryPath),
+        cache_(session.library, session.libraryPath),
         library_(session.library),
         covers_(library_, cache_) {}
 

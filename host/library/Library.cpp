@@ -83,6 +83,8 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "OpenAllSongs", openAllSongs);
   Find(handle, "OpenArtworkAny", openArtworkAny);
   Find(handle, "OpenArtworkFile", openArtworkFile);
+  Find(handle, "GetSongProperty", getSongProperty);
+  Find(handle, "GetLibraryProperty", getLibraryProperty);
 }
 
 }  // namespace tavrel::host

@@ -25,6 +25,8 @@ struct LibraryFunctions {
   decltype(&::OpenAllSongs) openAllSongs;
   decltype(&::OpenArtworkAny) openArtworkAny;
   decltype(&::OpenArtworkFile) openArtworkFile;
+  decltype(&::GetSongProperty) getSongProperty;
+  decltype(&::GetLibraryProperty) getLibraryProperty;
 };
 
 // The opened library; its handles end with it.

@@ -114,6 +114,14 @@ ArtworkHandle* OpenArtworkFile(const char*) noexcept {
   return nullptr;
 }
 
+std::int32_t GetSongProperty(const PlaylistRecord*, std::int32_t, const char*, char*,
+                             std::int32_t) noexcept {
+  return 0;
+}
+std::int32_t GetLibraryProperty(const char*, char*, std::int32_t) noexcept {
+  return 0;
+}
+
 #if !defined(STANDIN_INCOMPLETE)
 PlaylistRecord* OpenAllSongs() noexcept {
   static PlaylistRecord allSongs;

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstring>
 #include <filesystem>
 #include <functional>
 
@@ -203,17 +204,36 @@ TEST(PictureFile, PixelsMustBeAsManyAsTheSizesSay) {
   EXPECT_FALSE(PngOfPixels("xxxx", 0x7FFFFFFF, 0x7FFFFFFF, PixelOrder::Bgra));
 }
 
-TEST(PersistentIds, AreThoseOfTheTracksInTheirOrder) {
-  const PersistentIds ids = FindPersistentIds(
-      "<key>Library Persistent ID</key><string>00000000000000aa</string>"
-      "<key>Track ID</key><integer>1</integer><key>Persistent ID</key>\n <string>0000000000000001<"
-      "<key>Track ID</key><integer>2</integer>"
-      "<key>Track ID</key><integer>3</integer><key>Persistent ID</key><string>0000000000000003<"
-      "<key>Playlists</key><key>Persistent ID</key><string>0000000000000009<"
-      "<key>Track ID</key><integer>1</integer>");
+// Gives as the library gives texts.
+std::int32_t Give(std::string_view text, char* buffer, std::int32_t bufferSize) {
+  const auto size = static_cast<std::int32_t>(text.size() + 1);
+  if (buffer != nullptr && size <= bufferSize) {
+    std::memcpy(buffer, text.data(), text.size());
+    buffer[text.size()] = '\0';
+  }
+  return size;
+}
+
+TEST(PersistentIds, AreThoseOfTheSongsInTheirOrder) {
+  LibraryFunctions library = {};
+  library.openAllSongs = []() noexcept -> PlaylistRecord* { return nullptr; };
+  library.getSongCount = [](const PlaylistRecord*) noexcept { return std::int32_t{5}; };
+  library.getLibraryProperty = [](const char* key, char* buffer, std::int32_t size) noexcept {
+    const bool isId = std::string_view(key) == "Library Persistent ID";
+    return isId ? Give("00000000000000aa", buffer, size) : 0;
+  };
+  library.getSongProperty = [](const PlaylistRecord*, std::int32_t index, const char* key,
+                               char* buffer, std::int32_t size) noexcept {
+    EXPECT_STREQ(key, "Persistent ID");
+    constexpr std::string_view kTexts[] = {"00000000000000f1", "", "00000000000000F3 and more",
+                                           "00000000000000F"};
+    return index == 4 ? 0 : Give(kTexts[index], buffer, size);
+  };
+  const PersistentIds ids = ReadPersistentIds(library);
+  const std::string none(kNoId);
   EXPECT_EQ(ids.library, "00000000000000AA");
   EXPECT_EQ(ids.tracks,
-            (std::vector<std::string>{"0000000000000001", std::string(kNoId), "0000000000000003"}));
+            (std::vector<std::string>{"00000000000000F1", none, "00000000000000F3", none, none}));
 }
 
 TEST(ProgressLine, ShowsCountRateAndTimeLeft) {

@@ -1,6 +1,7 @@
 // Which cache files are opened for covers, and how often.
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <map>
 #include <string>
 
@@ -13,6 +14,7 @@ namespace {
 using test::TemporaryFolder;
 
 // What a stand-in for the library is asked for. All of its files hold one image, which is no picture.
+std::int32_t songs = 0;
 int opened = 0;
 int described = 0;
 char anything = 0;
@@ -22,8 +24,22 @@ ArtworkHandle* OpenAny(PlaylistRecord*, std::int32_t) noexcept {
   return reinterpret_cast<ArtworkHandle*>(&anything);
 }
 
+// Into a buffer of that size, if any.
+std::int32_t GiveId(const char* id, char* buffer) noexcept {
+  if (buffer != nullptr) std::memcpy(buffer, id, 17);
+  return 17;
+}
+
 LibraryFunctions StandIn() {
   LibraryFunctions functions{};
+  functions.getSongCount = [](const PlaylistRecord*) noexcept { return songs; };
+  functions.getLibraryProperty = [](const char*, char* buffer, std::int32_t) noexcept {
+    return GiveId("00000000000000AA", buffer);
+  };
+  functions.getSongProperty = [](const PlaylistRecord*, std::int32_t, const char*, char* buffer,
+                                 std::int32_t) noexcept {
+    return GiveId("00000000000000BB", buffer);
+  };
   functions.openAllSongs = []() noexcept { return reinterpret_cast<PlaylistRecord*>(&anything); };
   functions.openArtworkAny = OpenAny;
   functions.closeArtwork = [](ArtworkHandle*) noexcept {};
@@ -39,29 +55,23 @@ LibraryFunctions StandIn() {
   return functions;
 }
 
-// A library file whose `count` tracks all have the ID of one cache file.
+// A library whose songs all have the ID of one cache file.
 class SharedFile : public testing::Test {
  protected:
-  explicit SharedFile(int count = 50) {
-    std::string text = "<key>Library Persistent ID</key><string>00000000000000AA</string>";
-    for (int i = 0; i < count; ++i) {
-      text +=
-          "<key>Track ID</key><integer>1</integer>"
-          "<key>Persistent ID</key><string>00000000000000BB</string>";
-    }
-    library_ = folder_.Write("Library.xml", text);
+  SharedFile() {
+    songs = 50;
     opened = described = 0;
   }
 
   TemporaryFolder folder_;
-  std::string library_;
+  std::string library_ = folder_.path() + "/Library.xml";
   LibraryFunctions functions_ = StandIn();
 };
 
 TEST_F(SharedFile, OneWithoutAPictureIsReadOnceForAllItsSongs) {
   const std::string file =
       folder_.Write("Album Artwork/00000000000000AA-00000000000000BB.itc2", "");
-  const CacheFolder cache(library_);
+  const CacheFolder cache(functions_, library_);
   Covers covers(functions_, cache);
   EXPECT_EQ(covers.Of(0), std::nullopt);
   const int first = described;
@@ -77,7 +87,7 @@ TEST_F(SharedFile, OneWithoutAPictureIsReadOnceForAllItsSongs) {
 
 TEST_F(SharedFile, NoneIsAskedForWhileTheCacheHoldsNone) {
   folder_.Write("Album Artwork/notes.txt", "");
-  const CacheFolder cache(library_);
+  const CacheFolder cache(functions_, library_);
   EXPECT_TRUE(cache.IsEmpty());
   Covers covers(functions_, cache);
   for (std::int32_t song = 0; song < 50; ++song) EXPECT_FALSE(covers.Of(song).has_value());
@@ -87,7 +97,7 @@ TEST_F(SharedFile, NoneIsAskedForWhileTheCacheHoldsNone) {
 
 TEST_F(SharedFile, ASongIsAskedForThoughOnlyFilesOfOthersAreThere) {
   folder_.Write("Album Artwork/other.itc2", "");
-  const CacheFolder cache(library_);
+  const CacheFolder cache(functions_, library_);
   EXPECT_FALSE(cache.IsEmpty());
   Covers covers(functions_, cache);
   EXPECT_FALSE(covers.Of(0).has_value());
