@@ -92,6 +92,7 @@ class Life {
   void Call();
   void ListPlaylist();
   void ReadSong();
+  void ReadProperty();
   void OpenOrCloseArtwork();
   void ReadArtwork();
   void Search();
@@ -106,6 +107,8 @@ class Life {
   const TBXMLElement* AnyElement();
   void CloseAll();
   static std::int32_t Listen(PlaylistRecord* playlist, std::int32_t index, void* context);
+  static std::int32_t Hear(std::int32_t index, void* context);
+  static std::int32_t Look(const char* key, const char* text, const char* type, void* context);
 
   const Surroundings& surroundings_;
   Choices choices_;
@@ -118,7 +121,7 @@ void Life::Call() {
       &Life::ListPlaylist, &Life::ReadSong,       &Life::OpenOrCloseArtwork,
       &Life::ReadArtwork,  &Life::Search,         &Life::Import,
       &Life::Read,         &Life::ReadDictionary, &Life::Rebuild,
-      &Life::FillPlaylist, &Life::LoadAnew};
+      &Life::FillPlaylist, &Life::LoadAnew,       &Life::ReadProperty};
   (this->*kCalls[choices_.Below(std::size(kCalls))])();
 }
 
@@ -169,6 +172,43 @@ void Life::ReadSong() {
   Require(GetSongInfo(playlist, index, &info) > 0, "A song has gone");
 }
 
+void Life::ReadProperty() {
+  const PlaylistRecord* playlist = AnyPlaylist();
+  const std::int32_t index = choices_.Position(GetSongCount(playlist));
+  const std::string key = choices_.Text();
+  const auto room = static_cast<std::int32_t>(choices_.Below(20));
+  const auto text = std::make_unique<char[]>(static_cast<std::size_t>(room));
+  char* buffer = choices_.Below(4) == 0 ? nullptr : text.get();
+  const bool visits = choices_.Below(2) == 0;
+  const PropertyVisitor visitor = choices_.Below(16) == 1 ? nullptr : Look;
+  ++depth_;
+  switch (choices_.Below(3)) {
+    case 0:
+      visits ? VisitSongProperties(playlist, index, visitor, this)
+             : GetSongProperty(playlist, index, key.c_str(), buffer, room);
+      break;
+    case 1:
+      visits ? VisitPlaylistProperties(playlist, visitor, this)
+             : GetPlaylistProperty(playlist, key.c_str(), buffer, room);
+      break;
+    default:
+      visits ? VisitLibraryProperties(visitor, this)
+             : GetLibraryProperty(key.c_str(), buffer, room);
+  }
+  --depth_;
+}
+
+// What is shown stays as it is, whatever is called meanwhile.
+std::int32_t Life::Look(const char* key, const char* text, const char* type, void* context) {
+  Life& life = *static_cast<Life*>(context);
+  const std::string before = std::string(key) + type + (text == nullptr ? "" : text);
+  const std::size_t choice = life.choices_.Below(16);
+  if (choice == 1 && life.depth_ < 3) life.Call();
+  Require(before == std::string(key) + type + (text == nullptr ? "" : text),
+          "What a visitor was shown has changed");
+  return choice == 2 ? 0 : 1;
+}
+
 void Life::OpenOrCloseArtwork() {
   ArtworkHandle*& handle = artwork_[choices_.Below(artwork_.size())];
   CloseArtwork(handle);
@@ -209,6 +249,16 @@ std::int32_t Life::Listen(PlaylistRecord* playlist, std::int32_t index, void* co
   return choice == 2 ? 0 : 1;
 }
 
+// A match is a song.
+std::int32_t Life::Hear(std::int32_t index, void* context) {
+  Life& life = *static_cast<Life*>(context);
+  SongInfo info{};
+  Require(GetSongInfo(OpenAllSongs(), index, &info) > 0, "A match is no song");
+  const std::size_t choice = life.choices_.Below(16);
+  if (choice == 1 && life.depth_ < 3) life.Call();
+  return choice == 2 ? 0 : 1;
+}
+
 void Life::Search() {
   std::array<std::string, 3> texts = {choices_.Text(), choices_.Text(), choices_.Text()};
   const auto given = [this](std::string& text) {
@@ -218,9 +268,14 @@ void Life::Search() {
   terms.name = given(texts[0]);
   terms.artist = given(texts[1]);
   terms.album = given(texts[2]);
+  const SongInfo* asked = choices_.Below(16) == 1 ? nullptr : &terms;
+  const std::size_t way = choices_.Below(16);
   ++depth_;
-  SearchSong(choices_.Below(16) == 1 ? nullptr : &terms, choices_.Below(16) == 1 ? nullptr : Listen,
-             this);
+  if (way < 8) {
+    SearchSong(asked, way == 1 ? nullptr : Listen, this);
+  } else {
+    FindSongs(asked, way == 9 ? nullptr : Hear, this);
+  }
   --depth_;
 }
 

@@ -1,8 +1,10 @@
 // The whole library file, through the exported functions: it is loaded, everything is listed, every song is
-// asked for twice, songs are searched, artwork is opened, and all is given back.
+// asked for twice, every property is read, songs are searched, artwork is opened, and all is given back.
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "agent/Lifecycle.h"
@@ -116,6 +118,57 @@ void ReadPlaylists() {
   if (PlaylistRecord* all = OpenAllSongs()) ReadPlaylist(all);
 }
 
+std::int32_t Keep(const char* key, const char* text, const char* type, void* context) {
+  Require(type != nullptr, "A value has no type");
+  auto& pairs = *static_cast<std::vector<std::pair<std::string, std::string>>*>(context);
+  pairs.emplace_back(key, text == nullptr ? "" : std::string("=") + text);
+  return 1;
+}
+
+// A visit and the questions for the first of its keys tell the same.
+template <class Visit, class Get>
+void ReadProperties(Visit visit, Get get) {
+  constexpr std::size_t kMostAsked = 50;
+  std::vector<std::pair<std::string, std::string>> pairs;
+  const std::int32_t count = visit(Keep, &pairs);
+  Require(count == static_cast<std::int32_t>(pairs.size()), "A visit counts something else");
+  for (std::size_t i = 0; i < std::min(pairs.size(), kMostAsked); ++i) {
+    const std::string& key = pairs[i].first;
+    const auto first = std::find_if(pairs.begin(), pairs.end(),
+                                    [&key](const auto& pair) { return pair.first == key; });
+    const std::int32_t size = get(key.c_str(), nullptr, 0);
+    const Buffer buffer(size);
+    Require(get(key.c_str(), buffer.data(), size) == size, "A property has another size");
+    const std::string text = size == 0 ? "" : "=" + buffer.Text();
+    Require(text == first->second && text.size() == static_cast<std::size_t>(size),
+            "A property is told to be something else");
+  }
+}
+
+void ReadAllProperties() {
+  ReadProperties(VisitLibraryProperties, GetLibraryProperty);
+  const PlaylistRecord* all = OpenAllSongs();
+  for (std::int32_t i = -1; i <= GetSongCount(all); ++i) {
+    ReadProperties([=](PropertyVisitor visitor,
+                       void* context) { return VisitSongProperties(all, i, visitor, context); },
+                   [=](const char* key, char* buffer, std::int32_t size) {
+                     return GetSongProperty(all, i, key, buffer, size);
+                   });
+  }
+  for (std::int32_t group = 0; group < kGroups; ++group) {
+    for (std::int32_t i = 0; i < GetPlaylistCount(group); ++i) {
+      const PlaylistRecord* playlist = OpenPlaylist(group, i);
+      ReadProperties(
+          [=](PropertyVisitor visitor, void* context) {
+            return VisitPlaylistProperties(playlist, visitor, context);
+          },
+          [=](const char* key, char* buffer, std::int32_t size) {
+            return GetPlaylistProperty(playlist, key, buffer, size);
+          });
+    }
+  }
+}
+
 struct Call {
   PlaylistRecord* playlist;
   std::int32_t index;
@@ -128,7 +181,12 @@ std::int32_t Listen(PlaylistRecord* playlist, std::int32_t index, void* context)
   return 1;
 }
 
-// The search and its plain form tell the same.
+std::int32_t KeepPosition(std::int32_t index, void* context) {
+  static_cast<std::vector<std::int32_t>*>(context)->push_back(index);
+  return 1;
+}
+
+// The search and its plain form tell the same, and so do those that tell of matches only.
 void Search(std::string name, std::string artist, std::string album) {
   SongInfo terms{};
   terms.name = name.data();
@@ -140,6 +198,12 @@ void Search(std::string name, std::string artist, std::string album) {
   const std::int32_t plainCount = tavrel::SearchPlainly(
       g_pGlobal, tavrel::TrackDictionary(g_pGlobal->document), terms, Listen, &plainCalls);
   Require(count == plainCount && calls == plainCalls, "A search tells something else");
+  std::vector<std::int32_t> songs;
+  std::vector<std::int32_t> plainSongs;
+  const std::int32_t found = FindSongs(&terms, KeepPosition, &songs);
+  (void)tavrel::FindPlainly(tavrel::TrackDictionary(g_pGlobal->document), g_pGlobal->trackCount,
+                            terms, KeepPosition, &plainSongs);
+  Require(found == count && songs == plainSongs, "Other songs are found");
 }
 
 void SearchAll() {
@@ -159,6 +223,7 @@ void Live(std::string_view input) {
   const std::int32_t result = AgentInitializer();
   Require((result == 0) == (OpenAllSongs() != nullptr), "A load tells something else");
   ReadPlaylists();
+  ReadAllProperties();
   SearchAll();
   AgentFinalizer();
 }

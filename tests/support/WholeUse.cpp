@@ -48,6 +48,25 @@ void AppendSong(const FindFunction& find, std::string& text, PlaylistRecord* pla
   text += '\n';
 }
 
+std::int32_t AppendPair(const char* key, const char* value, const char* type, void* context) {
+  auto& text = *static_cast<std::string*>(context);
+  text.append(key).append("=").append(value == nullptr ? "-" : value).append(type) += '|';
+  return 1;
+}
+
+void AppendProperties(const FindFunction& find, std::string& text, PlaylistRecord* songs) {
+  const std::int32_t count = TAVREL_FUNCTION(find, GetSongCount)(songs);
+  for (std::int32_t i = 0; i < count; ++i) {
+    Append(text, TAVREL_FUNCTION(find, VisitSongProperties)(songs, i, AppendPair, &text));
+    Append(text, TAVREL_FUNCTION(find, GetSongProperty)(songs, i, "Genre", nullptr, 0));
+  }
+  PlaylistRecord* playlist = TAVREL_FUNCTION(find, OpenPlaylist)(0, 0);
+  Append(text, TAVREL_FUNCTION(find, VisitPlaylistProperties)(playlist, AppendPair, &text));
+  Append(text, TAVREL_FUNCTION(find, GetPlaylistProperty)(playlist, "Name", nullptr, 0));
+  Append(text, TAVREL_FUNCTION(find, VisitLibraryProperties)(AppendPair, &text));
+  Append(text, TAVREL_FUNCTION(find, GetLibraryProperty)("Date", nullptr, 0));
+}
+
 void AppendLists(const FindFunction& find, std::string& text) {
   auto* openPlaylist = TAVREL_FUNCTION(find, OpenPlaylist);
   auto* getPlaylistName = TAVREL_FUNCTION(find, GetPlaylistName);
@@ -75,6 +94,11 @@ void AppendSearch(const FindFunction& find, std::string& text, const char* term)
     return std::int32_t{1};
   };
   Append(text, TAVREL_FUNCTION(find, SearchSong)(&terms, listen, &text));
+  const auto hear = [](std::int32_t index, void* context) {
+    Append(*static_cast<std::string*>(context), index);
+    return std::int32_t{1};
+  };
+  Append(text, TAVREL_FUNCTION(find, FindSongs)(&terms, hear, &text));
   text += '\n';
 }
 
@@ -103,6 +127,7 @@ std::string UseEverything(const FindFunction& find) {
     AppendSong(find, text, all, i);
     AppendSong(find, text, all, i);
   }
+  AppendProperties(find, text, all);
   for (std::int32_t i = 0; i < std::min(count, kSongsWithArtwork); ++i) {
     AppendArtwork(find, text, TAVREL_FUNCTION(find, OpenArtwork)(all, i));
     AppendArtwork(find, text, TAVREL_FUNCTION(find, OpenArtworkAny)(all, i));

@@ -15,7 +15,7 @@ using FindFunction = std::function<void*(const char* name)>;
 [[nodiscard]] FindFunction FunctionsOf(const LoadedLibrary& library);
 [[nodiscard]] FindFunction FunctionsOf(void* handle);  // of dlopen
 
-// All lists, every song twice, searches, the artwork of the first songs with its images. Little of the
+// All lists, every song twice, every property, searches, the artwork of the first songs with its images. Little of the
 // stack is needed for it. Ringtones of before the load are in it, none that was imported.
 [[nodiscard]] std::string UseEverything(const FindFunction& find);
 
