@@ -1,4 +1,6 @@
 // `tavrel`: the command-line host of the library.
+#include <unistd.h>
+
 #include <exception>
 #include <filesystem>
 #include <new>
@@ -83,7 +85,8 @@ int main(int count, char** arguments) {
       Complain(error.what());
     }
   } catch (...) {
-    // Not even the message could be shown; the exit code remains.
+    // There was no memory even for the message.
+    WriteAll(STDERR_FILENO, "tavrel: out of memory\n");
   }
   return static_cast<int>(code);
 }

@@ -114,10 +114,12 @@ void PrivateFolder::MakeUnderFreeName() {
     if (errno != EEXIST || tries == kMostNames) Fail(std::strerror(errno));
   }
   // What stands there now may be somebody else's; nothing has been put into it yet.
-  if (::fstatat(parent_.get(), name_.c_str(), &identity_, AT_SYMLINK_NOFOLLOW) != 0 ||
-      !IsPrivateFolder(identity_)) {
-    Fail(kTakenOver);
+  if (::fstatat(parent_.get(), name_.c_str(), &identity_, AT_SYMLINK_NOFOLLOW) != 0) {
+    const int error = errno;
+    ::unlinkat(parent_.get(), name_.c_str(), AT_REMOVEDIR);
+    Fail(std::strerror(error));
   }
+  if (!IsPrivateFolder(identity_)) Fail(kTakenOver);
 }
 
 std::string PrivateFolder::OpenWhatWasMade() {
@@ -150,8 +152,8 @@ void PrivateFolder::MakeLink(const std::string& name, const std::string& target)
 
 bool PrivateFolder::IsInPlace() const noexcept {
   struct stat now {};
-  return ::fstatat(parent_.get(), name_.c_str(), &now, AT_SYMLINK_NOFOLLOW) == 0 &&
-         IsPrivateFolder(now) && IsSame(now, identity_);
+  if (::fstatat(parent_.get(), name_.c_str(), &now, AT_SYMLINK_NOFOLLOW) != 0) return true;
+  return IsPrivateFolder(now) && IsSame(now, identity_);
 }
 
 void PrivateFolder::Remove() const noexcept {

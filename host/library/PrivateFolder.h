@@ -45,8 +45,8 @@ class PrivateFolder {
   // make(): makes the entry; false when it could not, and errno says why.
   template <typename Make>
   void Add(const std::string& name, int removal, Make make);
-  // Whether the folder still stands where it was made. Only calls that a signal handler may make, and so
-  // in Remove().
+  // Whether the folder still stands where it was made, unless something else is seen there. Only calls
+  // that a signal handler may make, and so in Remove().
   [[nodiscard]] bool IsInPlace() const noexcept;
   void Remove() const noexcept;
   void Release() noexcept;

@@ -39,7 +39,8 @@ Progress::Progress(std::size_t total, const Terminal& terminal, Output& output)
     : total_(total), isShown_(CanErase()), width_(terminal.width), output_(output) {}
 
 Progress::~Progress() {
-  if (isOnScreen_) output_.Write("\r\x1b[K");
+  // Each step has written all that there was. What cannot be erased stays: nothing is thrown here.
+  if (isOnScreen_) WriteAll(STDOUT_FILENO, "\r\x1b[K");
 }
 
 void Progress::Step() {

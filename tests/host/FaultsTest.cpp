@@ -1,0 +1,141 @@
+// Each call of the program to the system fails in turn: it ends with a message, and nothing that it made is
+// left half made.
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "host/artwork/PictureFiles.h"
+#include "tests/host/Fixture.h"
+#include "tests/support/Sanitizers.h"
+#include "tests/support/Soak.h"
+#include "tests/support/StandInRunner.h"
+
+namespace tavrel::tests {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr long kNever = 1000000000;
+
+struct Fault {
+  std::string kind;
+  long number = kNever;  // of the call that fails
+  bool after = false;    // whether all later ones do
+};
+
+class HostFaults : public HostTest, public testing::WithParamInterface<const char*> {
+ protected:
+  HostFaults() {
+    fs::copy(TAVREL_SAMPLE_HOME "/Music/iTunes", Path("itunes"), fs::copy_options::recursive);
+    test::WriteProgram(Path("bin/osascript"), "cat > /dev/null\n");
+    Write("Tone.m4r", "tone");
+  }
+
+  Outcome RunWith(const std::vector<std::string>& arguments, const Fault& fault) const {
+    fs::remove_all(Path("covers"));
+    Command command;
+    command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS},
+                           {"FAULT_KIND", fault.kind},
+                           {"FAULT_NUMBER", std::to_string(fault.number)},
+                           {"FAULT_COUNT", Path("count")},
+                           {"PATH", Path("bin") + ":/usr/bin:/bin"}};
+    if (fault.after) command.environment["FAULT_AFTER"] = "1";
+    std::vector<std::string> all{"--library", Path("itunes/iTunes Music Library.xml")};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    return Run(all, command);
+  }
+
+  long CountedCalls() const {
+    long count = -1;
+    std::ifstream(Path("count")) >> count;
+    return count;
+  }
+
+  std::vector<std::vector<std::string>> Commands() const {
+    return {{},
+            {"songs", "--all", "--json"},
+            {"playlists"},
+            {"search", "a"},
+            {"artwork", "--all", "--unclaimed", "-o", Path("covers")},
+            {"artwork", "--all", "--per-song", "--force", "-o", Path("covers")},
+            {"ringtones", "add", Path("Tone.m4r")}};
+  }
+
+  void ExpectNothingHalfDone() const {
+    EXPECT_THAT(TemporaryFiles(), IsEmpty());
+    if (!fs::exists(Path("covers"))) return;
+    for (const auto& entry : fs::directory_iterator(Path("covers"))) {
+      std::ostringstream bytes;
+      bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+      EXPECT_TRUE(host::IsWholePng(bytes.str()) || host::IsWholeJpeg(bytes.str())) << entry.path();
+    }
+  }
+
+  void ExpectGoodEnd(const std::vector<std::string>& arguments, const Fault& fault,
+                     const Outcome& clean) const {
+    const Outcome outcome = RunWith(arguments, fault);
+    EXPECT_EQ(outcome.signal, 0);
+    ExpectNothingHalfDone();
+    if (outcome.exitCode == 0) {
+      // What the library finds less of is no error to it; what this program fails to write is one.
+      const bool mayBeLess = fault.kind != "write" && fault.kind != "make";
+      EXPECT_TRUE(mayBeLess || outcome.output == clean.output);
+      return;
+    }
+    EXPECT_THAT(outcome.exitCode, testing::AnyOf(1, 3, 4));
+    EXPECT_NE(outcome.errors + outcome.output, "") << "not a word";
+  }
+};
+
+// A few of the calls of each command, spread over all of them; many in scripts/soak.
+TEST_P(HostFaults, EndWithAMessageAndLeaveNothingHalfDone) {
+  const std::string kind = GetParam();
+  std::int64_t met = 0;
+  for (const std::vector<std::string>& arguments : Commands()) {
+    const Outcome clean = RunWith(arguments, {.kind = kind});
+    const long count = CountedCalls();
+    ASSERT_GE(count, 0);
+    const long samples = std::min<long>(count, test::Soaked(kind == "memory" ? 1 : 2, 150));
+    for (long sample = 0; sample < samples; ++sample) {
+      const Fault fault{kind, (2 * sample + 1) * count / (2 * samples), met % 3 == 2};
+      ExpectGoodEnd(arguments, fault, clean);
+      ++met;
+      if (HasFailure()) FAIL() << testing::PrintToString(arguments) << " call " << fault.number;
+    }
+  }
+  EXPECT_GT(met, 0);
+  test::PrintFigure(met, "calls of the host to " + kind + " failed");
+}
+
+const std::vector<const char*> kKinds {
+  "open", "stat", "list", "read", "write", "make",
+#if !TAVREL_SANITIZED  // which bring their own
+      "memory",
+#endif
+};
+
+INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(kKinds),
+                         [](const auto& kind) { return std::string(kind.param); });
+
+class ReplacedFolder : public HostTest {};
+
+// As somebody might who can write to the folder for temporary files.
+TEST_F(ReplacedFolder, IsNeitherFollowedNorRemoved) {
+  const std::string theirs = Write("theirs/Music/iTunes/iTunes Music Library.xml", "not ours");
+  Command command;
+  command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS}, {"FAULT_REPLACE", Path("theirs")}};
+  const Outcome outcome =
+      Run({"--library", Write("library.xml", LibraryWithName("Nimrod")), "playlists"}, command);
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors, HasSubstr("another program has put something else in its place"));
+  EXPECT_TRUE(fs::exists(theirs));
+  EXPECT_EQ(TemporaryFiles().size(), 2u) << "the link, and the folder where it was moved to";
+}
+
+}  // namespace
+}  // namespace tavrel::tests
