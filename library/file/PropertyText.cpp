@@ -28,9 +28,11 @@ const char* KeyOf(const TBXMLElement& element) noexcept {
   return element.text == nullptr ? "" : element.text;
 }
 
-// Values that are no texts, even when the parser found characters in them.
-bool IsNoText(std::string_view name) noexcept {
-  return name == "data" || name == "array" || name == "dict";
+// Values that are no texts, even when the parser found characters in them. Most are none of them, as the
+// first letter of the name tells.
+bool IsNoText(const char* name) noexcept {
+  if (*name == 'a') return std::strcmp(name, "array") == 0;
+  return *name == 'd' && (std::strcmp(name, "data") == 0 || std::strcmp(name, "dict") == 0);
 }
 
 // What is shown of a value, as it stands in the file; none when there is nothing to show.
