@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "system/HugePages.h"
 #include "system/Memory.h"
 
 namespace faults = tavrel::system::faults;
@@ -116,4 +117,17 @@ TEST(MemoryFaults, AFailedReallocationLeavesTheBlockAsItWas) {
   faults::Stop();
   EXPECT_STREQ(block, "123456789");
   Release(block);
+}
+
+TEST(Memory, AWishForHugePagesChangesNoByte) {
+  constexpr std::size_t kSize = std::size_t{16} << 20;
+  tavrel::system::ZeroedBlock block = tavrel::system::AllocateBlock(kSize);
+  ASSERT_NE(block.address, nullptr);
+  block.address[1] = 'a';
+  block.address[kSize - 1] = 'z';
+  tavrel::system::PreferHugePages(block.address + 1, kSize - 1);
+  EXPECT_EQ(block.address[1], 'a');
+  EXPECT_EQ(block.address[2], '\0');
+  EXPECT_EQ(block.address[kSize - 1], 'z');
+  tavrel::system::ReleaseBlock(block);
 }

@@ -42,6 +42,8 @@ TEST_F(Resources, MayHaveSeveralDots) {
 
 TEST_F(Resources, WithoutANameThereIsNone) {
   EXPECT_EQ(PathForResource("", ""), std::nullopt);
+  const std::string path = folder_.Write(".xml", "");
+  EXPECT_EQ(PathForResource("", "xml"), path) << "its name is the extension";
 }
 
 TEST_F(Resources, AFolderNameTooLongForTheSystemCountsAsNotSet) {

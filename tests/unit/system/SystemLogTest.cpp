@@ -102,6 +102,7 @@ TEST(SystemLog, JoinsThePiecesIntoOneLine) {
   EXPECT_EQ(Message(Logged({"XML text \"", "A &amp", "\" Escaping has no ending"})),
             "XML text \"A &amp\" Escaping has no ending\n");
   EXPECT_EQ(Message(Logged({"1", "2", "3", "4", "5", "6"})), "123456\n");
+  EXPECT_EQ(Message(Logged({"1", "2", "3", "4", "5", "6", "7", "8"})), "123456\n");
   EXPECT_EQ(Message(Logged({"", "a", "", "b", ""})), "ab\n");
 }
 

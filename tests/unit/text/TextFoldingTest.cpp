@@ -141,4 +141,22 @@ TEST(TextFolding, OnlyALongRunOfMarksNeedsMemory) {
   EXPECT_EQ(FoldText(many, {room.data(), nullptr}, 0), many.size());
 }
 
+TEST(TextFolding, WithoutMemoryForALongRunOfMarksNothingIsFolded) {
+  namespace faults = tavrel::system::faults;
+  const std::string marks = Join({"e", Repeated("\u0301\u0323", 500)});
+  for (const std::string& text : {marks, Join({marks, "\u00E9"}), Join({marks, "x"})}) {
+    std::vector<char> room(kFoldingGrowth * text.size());
+    const auto fold = [&](std::int64_t successes) {
+      faults::FailAfter(successes, false);
+      const auto size = FoldText(text, {room.data(), nullptr}, 0);
+      faults::Stop();
+      return size;
+    };
+    EXPECT_NE(fold(1000), std::nullopt);
+    const std::int64_t asked = faults::Asked();
+    EXPECT_GT(asked, 1) << "to take the marks, and to order them";
+    for (std::int64_t i = 0; i < asked; ++i) EXPECT_EQ(fold(i), std::nullopt) << i;
+  }
+}
+
 }  // namespace

@@ -236,4 +236,19 @@ TEST(TextSearch, RepetitiveTextsHoldRepetitiveTermsOrDoNot) {
   }
 }
 
+TEST(TextSearch, WithoutMemoryATermIsInNoText) {
+  const SearchTerm term("beat");
+  tavrel::system::faults::FailAfter(0, false);
+  const bool isIn = term.IsIn("Beat It");
+  tavrel::system::faults::Stop();
+  EXPECT_FALSE(isIn);
+  EXPECT_TRUE(term.IsIn("Beat It"));
+}
+
+TEST(TextSearch, OnlyTheTibetanPairsOfACharacterBelongTogether) {
+  EXPECT_FALSE(Finds("\u0F40\u0FB5", "\u0F40"));
+  EXPECT_FALSE(Finds("\u0F90\u0FB5", "\u0F90"));
+  EXPECT_TRUE(Finds("\u0F41\u0FB5", "\u0F41"));
+}
+
 }  // namespace

@@ -116,3 +116,10 @@ TEST(Navigation, ANameIsNeverReadBehindItsEnd) {
   EXPECT_EQ(TBXML::childElementNamed(std::string_view("key\0x", 5), &parent), nullptr);
   EXPECT_EQ(TBXML::childElementNamed(std::string(100000, 'k'), &parent), nullptr);
 }
+
+TEST(Navigation, ARecordWithoutANameIsNotFoundByAnyName) {
+  TBXMLElement child = {};
+  TBXMLElement parent = {};
+  parent.firstChild = &child;
+  EXPECT_EQ(TBXML::childElementNamed("", &parent), nullptr);
+}

@@ -127,5 +127,12 @@ TEST(ArtworkWithoutALibrary, CatalogueIsBuiltAllTheSame) {
   EXPECT_EQ(home.Catalogue(), Paths{"a.itc2"});
 }
 
+TEST(ArtworkCatalogueAlone, WithoutAHomeFolderNothingIsListed) {
+  LibraryState state = {};
+  CreateArtworkCatalogue(state);
+  EXPECT_EQ(state.artworkFileCount, 0);
+  EXPECT_EQ(state.artworkFiles, nullptr);
+}
+
 }  // namespace
 }  // namespace tavrel::test

@@ -85,6 +85,11 @@ TEST_F(ArtworkLayout, CodeDecidesWhereThePictureSaysNothing) {
   EXPECT_EQ(byCode(kPngCodeOfOld), -1);
 }
 
+TEST_F(ArtworkLayout, AnImageWithoutBytesIsWhatItsCodeSays) {
+  EXPECT_EQ(FormatOf({.image = "", .code = "bGRA", .width = 0, .height = 0}), kBgra);
+  EXPECT_EQ(FormatOf({.image = LikeJpeg(8), .code = "bGRA", .length = 204}), kBgra) << "size -4";
+}
+
 TEST_F(ArtworkLayout, PixelsThatBeginLikeAPictureAreStillPixels) {
   const Block pixels{.image = LikeJpeg(24), .code = "bGRA", .width = 3, .height = 2};
   EXPECT_EQ(FormatOf(pixels), kBgra);

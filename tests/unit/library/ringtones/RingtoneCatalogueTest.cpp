@@ -361,5 +361,17 @@ TEST(StoreText, RefusesATextWhoseSizesWouldNotFitIntoTheirSum) {
   EXPECT_EQ(size, 7);
 }
 
+TEST(RingtoneCatalogueAlone, WithoutAHomeFolderThePlaylistIsThereAndEmpty) {
+  LibraryState state = {};
+  state.pool = &state.ownPool;
+  CreatePlaylists(state);
+  CreateRingtones(state);
+  ASSERT_NE(RingtonePlaylist(state), nullptr);
+  EXPECT_EQ(RingtonePlaylist(state)->count, 0);
+  DestroyRingtones(state);
+  DestroyPlaylists(state);
+  state.ownPool.Drain();
+}
+
 }  // namespace
 }  // namespace tavrel

@@ -206,6 +206,12 @@ TEST(SongSearchTracks, AFileLoadedAnewIsSearchedAnew) {
   EXPECT_EQ(Search({.name = "second"}).count, 1);
 }
 
+TEST(SongSearchInLargeTexts, FindsATermBehindMoreTextThanABlockOfTheHeapHolds) {
+  const SongLibrary library(
+      std::vector<Track>{{1, std::string(600'000, 'x') + "needle"}, {2, "needle"}, {3, "x"}});
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(Search({.name = "NEEDLE"}).count, 2);
+}
+
 TEST(FilterPropMatch, LooksForATermInTheTextOfAKey) {
   const SongLibrary library(std::vector<Track>{{1, "Rock &amp; Roll", "Led"}});
   const TBXMLElement* dict = g_pGlobal->tracks[0]->pendingDict;

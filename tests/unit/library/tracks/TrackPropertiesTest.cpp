@@ -272,3 +272,22 @@ TEST(TrackProperties, ALoadTakesFewAllocationsForManyTracks) {
   EXPECT_EQ(read.tracks.back().texts[1], "/a b");
   AgentFinalizer();
 }
+
+TEST(TrackProperties, ReadWhileAnotherLibraryIsLoadedGoWithTheirOwnLibrary) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  setenv("HOME", home.path().c_str(), 1);
+  ASSERT_EQ(AgentInitializer(), 0);
+  tavrel::LibraryState* first = tavrel::loadedState;
+  PlaylistRecord* songs = OpenAllSongs();
+  ASSERT_EQ(AgentInitializer(), 0);
+  tavrel::LibraryState* second = tavrel::loadedState;
+  SongInfo info = {};
+  EXPECT_GT(GetSongInfo(songs, 0, &info), 96);
+  EXPECT_FALSE(first->trackTexts.Holds(first->tracks[0]->info.name));
+  EXPECT_FALSE(second->trackTexts.Holds(first->tracks[0]->info.name));
+  for (tavrel::LibraryState* state : {first, second}) {
+    tavrel::loadedState = state;
+    EXPECT_EQ(AgentFinalizer(), 0);  // a text that is left is a leak
+  }
+}
