@@ -2,7 +2,7 @@
 
 # On in the presets, where the compilers are known: a newer one may warn of more, and that must stop no user.
 option(TAVREL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
-option(TAVREL_COVERAGE "Count executed lines (gcov)" OFF)
+option(TAVREL_COVERAGE "Count the branches of the library that are taken (Clang)" OFF)
 set(TAVREL_SANITIZE "" CACHE STRING "Sanitizers to build with, for instance address,undefined")
 
 add_library(tavrel_options INTERFACE)
@@ -44,7 +44,6 @@ if(TAVREL_SANITIZE)
     $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function,vptr>)
   target_link_options(tavrel_options INTERFACE -fsanitize=${TAVREL_SANITIZE})
 endif()
-if(TAVREL_COVERAGE)
-  target_compile_options(tavrel_options INTERFACE --coverage)
-  target_link_options(tavrel_options INTERFACE --coverage)
+if(TAVREL_COVERAGE)  # the library's sources ask for it themselves
+  target_link_options(tavrel_options INTERFACE -fprofile-instr-generate)
 endif()
