@@ -5,6 +5,8 @@
 #include "library/State.h"
 #include "library/file/PropertyList.h"
 #include "library/playlists/PlaylistTable.h"
+#include "tests/support/RecordSizes.h"
+#include "tests/support/SongLibrary.h"
 
 TEST(NotLoaded, EveryQueryAnswersNothing) {
   ASSERT_EQ(g_pGlobal, nullptr);
@@ -28,6 +30,11 @@ TEST(NotLoaded, EveryQueryAnswersNothing) {
   EXPECT_EQ(FindSongs(&terms, goOn, nullptr), 0);
   EXPECT_EQ(GetPlaylistByTrackId(1, nullptr), nullptr);
   EXPECT_EQ(tavrel::TopLevelDictionary(nullptr), nullptr);
+}
+
+TEST(NotLoaded, ASearchReportsNothing) {
+  ASSERT_EQ(g_pGlobal, nullptr);
+  EXPECT_TRUE(tavrel::test::Search({.name = "a"}).calls.empty());
 }
 
 TEST(NotLoaded, BuildersDestroyersAndTheFinalizerDoNothing) {
@@ -54,7 +61,7 @@ TEST(GetSongInfo, ServesARecordOfTheCallersOwn) {
   char buffer[5] = {};
   SongInfo info = {};
   info.name = buffer;
-  EXPECT_EQ(GetSongInfo(&playlist, 0, &info), 101);
+  EXPECT_EQ(GetSongInfo(&playlist, 0, &info), tavrel::test::kSongInfoSize + 5);
   EXPECT_STREQ(buffer, "mine");
   EXPECT_EQ(info.playCount, 3);
 }

@@ -181,11 +181,6 @@ TEST(SongSearchTracks, WithoutTracksThereIsNothingToReport) {
   }
 }
 
-TEST(SongSearchTracks, BeforeTheFirstLoadThereIsNothingToReport) {
-  ASSERT_EQ(g_pGlobal, nullptr) << "needs a process of its own";
-  EXPECT_TRUE(Search({.name = "a"}).calls.empty());
-}
-
 TEST(SongSearchTracks, WithoutALibraryThereIsNothingToReport) {
   const TemporaryFolder home;
   const ScopedVariable variable("HOME", home.path().c_str());

@@ -30,7 +30,7 @@ std::vector<Track> Numbered(const std::vector<std::int32_t>& ids) {
   return tracks;
 }
 
-TEST(SongPlaces, TheFirstPlaylistOfTheFirstGroupWins) {
+TEST(FirstPositions, TheFirstPlaylistOfTheFirstGroupWins) {
   const auto tracks = Numbered({1, 2, 3, 4});
   const SongLibrary library(tracks, {{0, {4, 3, 2, 1, 3}}, {26, {2, 3}}, {4, {3, 3}}, {0, {4}}});
   const Heard heard = Search({.name = "song"});
@@ -41,7 +41,7 @@ TEST(SongPlaces, TheFirstPlaylistOfTheFirstGroupWins) {
                                             {OpenPlaylist(2, 0), 0}}));
 }
 
-TEST(SongPlaces, TracksThatShareATrackIdShareThePlace) {
+TEST(FirstPositions, TracksThatShareATrackIdShareThePlace) {
   const auto tracks = Numbered({1, 5, 5, 5, 9});
   const SongLibrary library(tracks, {{0, {9, 5}}});
   const Heard heard = Search({.name = "song"});
@@ -49,13 +49,13 @@ TEST(SongPlaces, TracksThatShareATrackIdShareThePlace) {
   EXPECT_EQ(Placed(heard), (std::vector<std::size_t>{1, 2, 3, 4}));
 }
 
-TEST(SongPlaces, OutOfOrderAndNegativeTrackIdsAreFoundAsThePlaylistsHoldThem) {
+TEST(FirstPositions, OutOfOrderAndNegativeTrackIdsAreFoundAsThePlaylistsHoldThem) {
   const auto tracks = Numbered({7, -3, 2147483647, 7, 1, -2147483647, 2});
   const SongLibrary library(tracks, {{0, {1, 2, 7, -3, 2147483647, -2147483647}}, {4, {7, 2}}});
   EXPECT_EQ(Search({.name = "song"}).calls, PlainPlaces(tracks));
 }
 
-TEST(SongPlaces, RandomLibrariesAgreeWithThePlainScan) {
+TEST(FirstPositions, RandomLibrariesAgreeWithThePlainScan) {
   Random random(3);
   for (int round = 0; round < Rounds(120); ++round) {
     std::vector<std::int32_t> ids;
@@ -80,7 +80,7 @@ TEST(SongPlaces, RandomLibrariesAgreeWithThePlainScan) {
   }
 }
 
-TEST(SongPlaces, ATrackWithoutIdIsTakenForARingtoneUnlessItStandsInTheFirstGroup) {
+TEST(FirstPositions, ATrackWithoutIdIsTakenForARingtoneUnlessItStandsInTheFirstGroup) {
   const auto tracks = Numbered({0, 1});
   {
     const SongLibrary library(tracks, {{0, {0, 1}}}, {"Bell.m4r"});
@@ -108,7 +108,7 @@ void CheckAgainstPlainScan(const std::vector<Track>& tracks, const InCallback& c
   }
 }
 
-TEST(SongPlaces, ARingtoneImportedByTheCallbackCountsFromThenOn) {
+TEST(FirstPositions, ARingtoneImportedByTheCallbackCountsFromThenOn) {
   const StandInRunner runner(kRecord);
   const auto tracks = Numbered({0, 0, 0, 1, 2});
   const SongLibrary library(tracks, {{0, {0, 1, 2}}});
@@ -129,7 +129,7 @@ std::int32_t MakePlaylistsAnew() {
   return CreatePlaylistArray();
 }
 
-TEST(SongPlaces, PlaylistsThatTheCallbackChangesCountFromThenOn) {
+TEST(FirstPositions, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   const auto tracks = Numbered({0, 1, 2, 3, 4});
   const std::vector<Playlist> playlists = {{4, {0}}, {0, {4, 3, 2, 1, 0}}};
   const auto itemsOfOther = [] {
@@ -160,7 +160,7 @@ TEST(SongPlaces, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   }
 }
 
-TEST(SongPlaces, TheRingtonePlaylistMayComeAndGo) {
+TEST(FirstPositions, TheRingtonePlaylistMayComeAndGo) {
   const auto tracks = Numbered({0, 0, 0, 0, 1, 2});
   const std::vector<Playlist> playlists = {{4, {1}}, {0, {2, 1, 0}}};
   const std::vector<InCallback> changes = {
@@ -176,7 +176,7 @@ TEST(SongPlaces, TheRingtonePlaylistMayComeAndGo) {
   }
 }
 
-TEST(SongPlaces, ACallbackMaySearchItself) {
+TEST(FirstPositions, ACallbackMaySearchItself) {
   const auto tracks = Numbered({1, 2, 3});
   const SongLibrary library(tracks, {{0, {3, 1, 2}}});
   std::int32_t inner = 0;
@@ -200,7 +200,7 @@ TEST(SongPlaces, ACallbackMaySearchItself) {
   EXPECT_EQ(innerCalls[7], heard.calls[1]);
 }
 
-TEST(SongPlaces, ACallbackMayReadWhatItIsGiven) {
+TEST(FirstPositions, ACallbackMayReadWhatItIsGiven) {
   const auto tracks = Numbered({1, 2, 3});
   const SongLibrary library(tracks, {{0, {3, 1, 2}}});
   const auto read = [](std::size_t) {
@@ -214,7 +214,7 @@ TEST(SongPlaces, ACallbackMayReadWhatItIsGiven) {
 
 GlobalState* abandoned = nullptr;  // stays allocated when a library is loaded over another
 
-TEST(SongPlaces, AfterACallbackHasLoadedAnotherLibraryItsPlaylistsCount) {
+TEST(FirstPositions, AfterACallbackHasLoadedAnotherLibraryItsPlaylistsCount) {
   const auto tracks = Numbered({1, 2, 3, 4});
   const SongLibrary library(tracks, {{0, {4, 3, 2, 1}}});
   std::optional<SongLibrary> other;
