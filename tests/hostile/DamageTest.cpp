@@ -15,7 +15,7 @@ using namespace tavrel::test;
 namespace {
 
 // Under sanitizers only every so many places.
-constexpr std::size_t kStride = kSanitized ? 7 : 1;
+constexpr std::size_t kStride = kSlow ? 7 : 1;
 
 // What stays true of every damaged copy of the small library.
 void ExpectNoMoreThanTheWhole(const Outcome& outcome, std::size_t songs, std::size_t playlists) {

@@ -6,6 +6,7 @@
 
 #include "tavrel/tavrel.h"
 #include "tests/support/LibraryTexts.h"
+#include "tests/support/RecordSizes.h"
 
 namespace tavrel::test {
 
@@ -57,7 +58,7 @@ std::vector<Ringtone> Listed(PlaylistRecord* playlist) {
   for (std::int32_t index = 0; index < GetSongCount(playlist); ++index) {
     SongInfo info = {};
     const std::int32_t total = GetSongInfo(playlist, index, &info);
-    EXPECT_EQ(total, 96 + info.nameSize + info.locationSize);
+    EXPECT_EQ(total, tavrel::test::kSongInfoSize + info.nameSize + info.locationSize);
     std::string name(static_cast<std::size_t>(info.nameSize), '?');
     std::string location(static_cast<std::size_t>(info.locationSize), '?');
     info.name = name.data();

@@ -18,9 +18,16 @@ namespace tavrel::test {
 // For tests that sanitizers leave without a meaning: `#if !TAVREL_SANITIZED` takes them out of the build.
 inline constexpr bool kSanitized = TAVREL_SANITIZED != 0;
 
+// Where every step takes many times longer: under sanitizers, and on a machine that another one emulates.
+#ifdef TAVREL_EMULATED
+inline constexpr bool kSlow = true;
+#else
+inline constexpr bool kSlow = kSanitized;
+#endif
+
 // How much of a randomised test to run.
 [[nodiscard]] constexpr int Rounds(int count) {
-  return kSanitized ? count / 8 : count;
+  return kSlow ? count / 8 : count;
 }
 
 }  // namespace tavrel::test

@@ -177,7 +177,8 @@ TEST(GzipInflate, RandomBytesBehindAHeaderGiveNone) {
 }
 
 TEST(GzipInflate, ALargeInputIsReadWhateverFollowsItsFirstMember) {
-  constexpr std::size_t kSize = std::size_t{1600} << 20;  // untouched pages cost nothing
+  // Untouched pages cost nothing; where pointers have four bytes, there is not room for all of them.
+  constexpr std::size_t kSize = std::size_t{sizeof(void*) == 8 ? 1600 : 600} << 20;
   const auto block = tavrel::system::AllocateBlock(kSize);
   ASSERT_NE(block.address, nullptr);
   const std::string stream = Compressed("text", kGzip);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 
 #include "system/HugePages.h"
 #include "system/Memory.h"
@@ -77,7 +78,7 @@ TEST(MemoryFaults, TrimmingAsksAndLeavesTheBlockAsItIsWhenItFails) {
 }
 
 TEST(Memory, MoreThanThereCanBeIsRefused) {
-  const std::size_t tooMuch = std::size_t{1} << 60;
+  const std::size_t tooMuch = std::numeric_limits<std::size_t>::max() / 8 * 7;
   EXPECT_EQ(AllocateBlock(tooMuch).address, nullptr);
 }
 

@@ -26,15 +26,16 @@ std::string Fold(std::string_view text) {
 // For some of those that have no character of their own; under sanitizers, for some of all.
 template <class Check>
 void ForEachCharacter(Check&& check) {
-  for (std::int32_t point = 1; point < 0x110000; point += tavrel::test::kSanitized ? 11 : 1) {
+  for (std::int32_t point = 1; point < 0x110000; point += tavrel::test::kSlow ? 11 : 1) {
     if (tavrel::test::IsWorthATest(point)) check(point);
   }
 }
 
 TEST(TextFolding, AsciiLettersLoseTheirCaseAndNothingElseChanges) {
-  for (char c = 1; c > 0; ++c) {
+  for (int c = 1; c < 0x80; ++c) {
     const bool isUpper = c >= 'A' && c <= 'Z';
-    EXPECT_EQ(Fold(std::string(1, c)), std::string(1, static_cast<char>(isUpper ? c + 32 : c)));
+    EXPECT_EQ(Fold(std::string(1, static_cast<char>(c))),
+              std::string(1, static_cast<char>(isUpper ? c + 32 : c)));
   }
   EXPECT_EQ(Fold("Beat It (7\" Mix) [LIVE] @HOME"), "beat it (7\" mix) [live] @home");
 }

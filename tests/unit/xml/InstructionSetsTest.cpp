@@ -71,7 +71,7 @@ std::string DumpOf(const std::string& text, ParsingWay way) {
 }
 
 // Mostly leaves, as in a library file, with everything special now and then.
-std::string RandomDocument(std::mt19937_64& random, std::size_t pieces, bool mostlyLeaves) {
+std::string RandomDocument(std::mt19937& random, std::size_t pieces, bool mostlyLeaves) {
   static constexpr std::string_view kLeaves[] = {
       "<key>Name</key>", "<string>a&#38;b</string>", "<integer>7</integer>",
       "<k></k>",         "<eightone>x</eightone>",   "<ninechars>x</ninechars>"};
@@ -91,7 +91,7 @@ std::string RandomDocument(std::mt19937_64& random, std::size_t pieces, bool mos
 }
 
 TEST(StructuralIndex, EverySetFindsTheSamePositions) {
-  std::mt19937_64 random(1);
+  std::mt19937 random(1);
   for (int round = 0; round < 400; ++round) {
     std::string text(random() % 300, ' ');
     const std::uint64_t density = random() % 100;
@@ -112,7 +112,7 @@ TEST(StructuralIndex, ABlockOfNothingButTagsFitsIntoTheList) {
 }
 
 TEST(TreeBuilder, EverySetBuildsThePlainTree) {
-  std::mt19937_64 random(2);
+  std::mt19937 random(2);
   for (int round = 0; round < 3000; ++round) {
     const std::string text = RandomDocument(random, 1 + random() % 60, round % 2 == 0);
     const std::string expected = DumpOf(text, {false, InstructionSet::kPlain});
@@ -123,7 +123,7 @@ TEST(TreeBuilder, EverySetBuildsThePlainTree) {
 }
 
 TEST(TreeBuilder, EverySetBuildsThePlainTreeOverManyBlocks) {
-  std::mt19937_64 random(3);
+  std::mt19937 random(3);
   for (int round = 0; round < 40; ++round) {
     std::string text = RandomDocument(random, 4000, true);
     // A long run without any tag makes the index jump.
@@ -187,7 +187,7 @@ TEST(ListedElements, AreThoseOfTheLastTextAndNoneUnlessAskedFor) {
 
 #if defined(__linux__)
 TEST(TreeBuilder, BuildsTheSameTreeWhereHugePagesAreRefused) {
-  std::mt19937_64 random(4);
+  std::mt19937 random(4);
   const std::string text = "<r>" + RandomDocument(random, 400000, true);
   ASSERT_GT(text.size(), std::size_t{4} << 20);  // several huge pages
   const std::string expected = DumpOf(text, {true, tavrel::system::WidestSet()});

@@ -10,6 +10,7 @@
 #include "tests/support/ArtworkHome.h"
 #include "tests/support/CacheFiles.h"
 #include "tests/support/Random.h"
+#include "tests/support/RecordSizes.h"
 #include "tests/support/Sanitizers.h"
 
 namespace tavrel::test {
@@ -165,7 +166,7 @@ TEST_F(HostileArtwork, SumOfSizeAndRecordThatOverflowsIsTaken32BitsWide) {
   ASSERT_EQ(handle->count, 1);
   EXPECT_EQ(handle->images[0]->dataSize, 0x7FFFFFF8);
   ArtworkInfo info{};
-  EXPECT_EQ(GetArtworkInfo(handle, 0, &info), -0x7FFFFFFF - 1 + 24);
+  EXPECT_EQ(GetArtworkInfo(handle, 0, &info), -0x7FFFFFFF - 1 + tavrel::test::kArtworkInfoSize - 8);
   EXPECT_EQ(info.dataSize, 0x7FFFFFF8);
   CloseArtwork(handle);
 }

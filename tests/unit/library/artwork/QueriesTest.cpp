@@ -8,6 +8,7 @@
 #include "library/playlists/PlaylistTable.h"
 #include "tests/support/ArtworkHome.h"
 #include "tests/support/CacheFiles.h"
+#include "tests/support/RecordSizes.h"
 
 namespace tavrel::test {
 namespace {
@@ -140,7 +141,7 @@ TEST_F(OpenArtworkOf, EachCallOpensTheFileAnew) {
   CloseArtwork(first);
   std::uint8_t bytes[1000];
   ArtworkInfo info{.format = 0, .width = 0, .height = 0, .data = bytes, .dataSize = 1000};
-  EXPECT_EQ(GetArtworkInfo(second, 0, &info), 1032);
+  EXPECT_EQ(GetArtworkInfo(second, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(std::memcmp(bytes, Filler(1000).data(), 1000), 0);
   CloseArtwork(second);
 }
@@ -164,7 +165,7 @@ TEST_F(OpenArtworkOf, HandleOutlivesTheLoad) {
   EXPECT_EQ(Width(), 7);
   home_.Unload();
   ArtworkInfo info{};
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1032);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
 }
 
 class ArtworkInfoOf : public OpenArtworkOf {
@@ -179,7 +180,7 @@ class ArtworkInfoOf : public OpenArtworkOf {
 TEST_F(ArtworkInfoOf, TooSmallARoomGetsTheSizeOnly) {
   for (const int room : {0, 999, -1}) {
     ArtworkInfo info{.format = 5, .width = 6, .height = 7, .data = nullptr, .dataSize = room};
-    EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1032);
+    EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
     EXPECT_EQ(info.dataSize, 1000);
     EXPECT_EQ(info.format, 5);
     EXPECT_EQ(info.width, 6);
@@ -194,7 +195,7 @@ TEST_F(ArtworkInfoOf, EnoughRoomGetsEverything) {
     info.format = 5;
     info.data = reinterpret_cast<std::uint8_t*>(buffer.data());
     info.dataSize = room;
-    EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1032);
+    EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
     EXPECT_EQ(info.dataSize, 1000);
     EXPECT_EQ(info.format, 0);
     EXPECT_EQ(info.width, 600);
@@ -224,7 +225,7 @@ TEST_F(ArtworkInfoOf, NullArgumentsAnswerNothing) {
 
 TEST_F(ArtworkInfoOf, NullDataGetsTheNumbersAndNoBytes) {
   ArtworkInfo info{.format = 5, .width = 6, .height = 7, .data = nullptr, .dataSize = 1000};
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1032);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(info.format, 0);
   EXPECT_EQ(info.width, 600);
 }
@@ -236,7 +237,7 @@ TEST_F(ArtworkInfoOf, FileCutShortDeliversWhatItHolds) {
   ArtworkInfo info{};
   info.data = reinterpret_cast<std::uint8_t*>(buffer.data());
   info.dataSize = 1000;
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1032);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 1000 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(info.dataSize, 1000);
   EXPECT_EQ(buffer, Filler(400) + std::string(600, '?'));
 }

@@ -6,6 +6,7 @@
 
 #include "library/artwork/ArtworkHandle.h"
 #include "tests/support/CacheFiles.h"
+#include "tests/support/RecordSizes.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace tavrel::test {
@@ -161,12 +162,12 @@ TEST_F(ArtworkReader, BlockShorterThanItsHeaderIsRecordedAndStepsBackToItsEnd) {
   EXPECT_EQ(Image(1).fileOffset, 284U + 100U + 208U);
 
   ArtworkInfo info{.format = 9, .width = 9, .height = 9, .data = nullptr, .dataSize = -200};
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 100 - 208 + 32);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 100 - 208 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(info.width, 9);
   EXPECT_EQ(info.dataSize, -108);
   std::uint8_t untouched = 77;
   info = {.format = 9, .width = 9, .height = 9, .data = &untouched, .dataSize = 0};
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), -76);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 100 - 208 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(info.format, 0);
   EXPECT_EQ(info.width, 600);
   EXPECT_EQ(info.height, 600);
@@ -181,7 +182,7 @@ TEST_F(ArtworkReader, DescriptorZeroIsAFile) {
   EXPECT_EQ(ArtworkDescriptor(*handle_), 0);
   std::uint8_t bytes[8];
   ArtworkInfo info{.format = 0, .width = 0, .height = 0, .data = bytes, .dataSize = 8};
-  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 40);
+  EXPECT_EQ(GetArtworkInfo(handle_, 0, &info), 8 + tavrel::test::kArtworkInfoSize);
   EXPECT_EQ(std::memcmp(bytes, Filler(8).data(), 8), 0);
   CloseArtwork(handle_);
   handle_ = nullptr;

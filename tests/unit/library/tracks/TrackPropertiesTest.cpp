@@ -19,6 +19,7 @@
 #include "tests/support/CapturedStderr.h"
 #include "tests/support/LibraryTexts.h"
 #include "tests/support/Random.h"
+#include "tests/support/RecordSizes.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/TemporaryHome.h"
 #include "xml/TBXML.h"
@@ -246,7 +247,7 @@ TEST(TrackProperties, OfACallersOwnRecordAreTheCallersToRelease) {
     playlist.tracks = tracks;
     playlist.count = playlist.capacity = 1;
     SongInfo info = {};
-    EXPECT_EQ(GetSongInfo(&playlist, 0, &info), 96 + 2 + 3);
+    EXPECT_EQ(GetSongInfo(&playlist, 0, &info), tavrel::test::kSongInfoSize + 2 + 3);
     EXPECT_STREQ(track.info.name, "x");
     EXPECT_STREQ(track.info.location, "/a");
     ReleaseTexts(track.info);
