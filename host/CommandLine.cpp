@@ -4,9 +4,12 @@
 #include <tavrel/tavrel.h>
 
 #include <CLI/CLI.hpp>
+#include <map>
 #include <memory>
+#include <string>
 
 #include "host/commands/Commands.h"
+#include "system/Environment.h"
 
 namespace tavrel::host {
 namespace {
@@ -28,25 +31,41 @@ constexpr const char* kFooter =
   tavrel ringtones add Tone.m4r     add one to iTunes
   tavrel artwork Music 3            the cover of a song, as a file here
   tavrel artwork --all -o covers    one cover for each album
-  tavrel --library export.xml       a library file that lies elsewhere
+  tavrel -l export.xml              a library file that lies elsewhere
+  tavrel -l /media/old-mac/me       that of another home or iTunes folder
+  zcat old.xml.gz | tavrel -l -     one that comes from another program
 
 Without --home and --library, "Music/iTunes/iTunes Music Library.xml" below
-the home folder is read. Tables fit the terminal; what goes to a pipe or a
-file is not cut, unless COLUMNS is set. NO_COLOR turns all styles off.
+the home folder is read, or the newest library file that lies where iTunes
+and Music put them. TAVREL_LIBRARY in the environment stands for --library.
+Tables fit the terminal; what goes to a pipe or a file is not cut, unless
+COLUMNS is set. NO_COLOR turns all styles off.
 
 Exit codes: 0 done, 1 nothing found or something failed, 2 wrong usage,
 3 there is no library file, 4 it cannot be read.)";
 
 constexpr const char* kSubcommandFooter =
-    "--home DIR, --library FILE and --json work here too; see tavrel --help.";
+    "--home DIR, --library PATH and --json work here too; see tavrel --help.";
+
+const std::map<std::string, ColorUse> kColorUses{
+    {"auto", ColorUse::Auto}, {"always", ColorUse::Always}, {"never", ColorUse::Never}};
 
 void AddGlobalOptions(CLI::App& parser, Options& options) {
   parser
       .add_option("--home", options.home, "Read Music/iTunes below this folder instead of your own")
       ->type_name("DIR");
-  parser.add_option("--library", options.library, "Read this library file, whatever its name")
-      ->type_name("FILE");
+  parser
+      .add_option("-l,--library", options.library,
+                  "Read this library: a file (also one that\n"
+                  "gzip has compressed), a folder of iTunes,\n"
+                  "a home folder, or - for standard input")
+      ->type_name("PATH");
   parser.add_flag("--json", options.json, "Print JSON instead of tables");
+  parser.add_flag("-q,--quiet", options.quiet, "Say nothing but what failed");
+  parser.add_flag("-v,--verbose", options.verbose, "Show what the library logs, too");
+  parser.add_option("--color", options.color, "Use bold and colours: auto, always or never")
+      ->transform(CLI::CheckedTransformer(kColorUses))
+      ->option_text("WHEN");
 }
 
 void CheckGlobalOptions(const Options& options) {
@@ -58,6 +77,15 @@ void CheckGlobalOptions(const Options& options) {
   if (options.library && options.library->empty()) {
     throw CLI::ValidationError("--library: the name is empty");
   }
+}
+
+// $TAVREL_LIBRARY stands for --library where no option says which library.
+void AskEnvironment(Options& options) {
+  if (options.home || options.library) return;
+  const char* library = system::TrustedVariable("TAVREL_LIBRARY");
+  if (library == nullptr || *library == '\0') return;
+  options.library = library;
+  options.isLibraryOfEnvironment = true;
 }
 
 void Check(const ArtworkArguments& arguments) {
@@ -207,6 +235,7 @@ CommandLine ReadCommandLine(int count, const char* const* arguments, Output& out
   try {
     parser.parse(count, arguments);
     CheckGlobalOptions(line.options);
+    AskEnvironment(line.options);
     return line;
   } catch (const CLI::CallForHelp&) {
     output.Write(parser.help());

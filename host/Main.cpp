@@ -1,61 +1,78 @@
 // `tavrel`: the command-line host of the library.
 #include <unistd.h>
 
+#include <cstring>
 #include <exception>
-#include <filesystem>
 #include <new>
-#include <optional>
-#include <string>
 
 #include "host/CommandLine.h"
 #include "host/library/Diagnosis.h"
+#include "host/library/FileFormat.h"
 #include "host/library/Library.h"
-#include "host/library/LinkedHome.h"
+#include "host/library/LibraryPlace.h"
 #include "host/library/Session.h"
 #include "host/output/Failure.h"
+#include "host/output/Format.h"
 #include "host/output/MessageGuard.h"
 #include "host/output/Output.h"
 #include "host/output/StandardDescriptors.h"
 #include "host/output/Terminal.h"
-#include "system/HomeFolder.h"
 
 namespace tavrel::host {
 namespace {
 
-// Where the library file is, as the user named the place.
-std::string LibraryPath(const Options& options) {
-  if (options.library) return *options.library;
-  std::optional<std::string> home = options.home ? options.home : system::HomeFolder();
-  if (!home) throw Failure(ExitCode::NoLibrary, "this user has no home folder; see --home");
-  if (!home->ends_with('/')) *home += '/';
-  return *home + "Music/iTunes/iTunes Music Library.xml";
-}
-
 // Fails when the library that could not be loaded is needed.
-void RequireLibrary(LibraryNeed need, const std::string& path) {
+void RequireLibrary(LibraryNeed need, const LibraryPlace& place) {
   if (need == LibraryNeed::None) return;
-  const Failure failure = Diagnose(path);
+  const Failure failure = place.WhyNotLoaded();
   const bool isThere = failure.code != ExitCode::NoLibrary;
   if (need == LibraryNeed::Readable || isThere) throw failure;
 }
 
-ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
-  const std::string path = LibraryPath(line.options);
-  std::optional<LinkedHome> linked;
-  std::optional<std::string> home;
-  if (line.options.home) home = std::filesystem::absolute(*line.options.home);
-  if (line.options.library) home = linked.emplace(*line.options.library).Folder();
+std::int32_t StopAtTracks(const char* key, const char*, const char*, void* context) {
+  auto& found = *static_cast<bool*>(context);
+  found = std::strcmp(key, "Tracks") == 0;
+  return found ? 0 : 1;
+}
 
-  MessageGuard messages;
-  const Library library(home);
-  if (!library.IsLoaded()) {
+// Fails when what was read is no library. A new one has no track yet, but a place for them.
+void RequireTracks(const Library& library, const LibraryPlace& place) {
+  if (library.getSongCount(library.openAllSongs()) > 0) return;
+  bool found = false;
+  library.visitLibraryProperties(StopAtTracks, &found);
+  if (!found) throw DiagnoseStranger(place.Path(), place.File());
+}
+
+// Runs the command, and says behind its output when the library file is not all there.
+ExitCode RunOnLibrary(const CommandLine& line, Session& session) {
+  const bool isWhole = EndsLikePropertyList(session.place.File());
+  const ExitCode code = line.run(session);
+  if (isWhole) return code;
+  session.output.Flush();
+  const std::int32_t songs = session.library.getSongCount(session.library.openAllSongs());
+  Complain(session.place.Path() + " is cut off: " + Counted(songs, "song") +
+           " read\n  It does not end in </plist>. Copy it again, or let iTunes or Music export it "
+           "anew.");
+  return ExitCode::Failed;
+}
+
+ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
+  const Options& options = line.options;
+  const LibraryPlace place(options);
+  MessageGuard messages(options.verbose ? LogLines::Shown : LogLines::Dropped);
+  const Library library(place.Home());
+  const bool isLoaded = library.IsLoaded();
+  if (!isLoaded) {
     messages
         .Discard();  // the diagnosis says more, and where none is needed nobody wants to hear it
-    RequireLibrary(line.need, path);
+    RequireLibrary(line.need, place);
   }
-  const Terminal terminal = DescribeStandardOutput();
-  Session session{line.options, path, home, library, terminal, output};
-  return line.run(session);
+  const Terminal terminal = DescribeStandardOutput(options.color);
+  Session session{options, place, place.Path(), place.Home(), library, terminal, output};
+  if (!isLoaded || line.need == LibraryNeed::None) return line.run(session);
+  RequireTracks(library, place);
+  if (!options.quiet && !place.Note().empty()) Complain(place.Note());
+  return RunOnLibrary(line, session);
 }
 
 ExitCode RunProgram(int count, const char* const* arguments) {

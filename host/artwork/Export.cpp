@@ -11,7 +11,7 @@
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/Covers.h"
 #include "host/artwork/FileNames.h"
-#include "host/library/Diagnosis.h"
+#include "host/library/LibraryPlace.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"
@@ -48,7 +48,7 @@ class Exporter {
 
   const Tally& Run() {
     const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
-    if (files == 0 && !session_.library.IsLoaded()) throw Diagnose(session_.libraryPath);
+    if (files == 0 && !session_.library.IsLoaded()) throw session_.place.WhyNotLoaded();
     std::error_code error;
     std::filesystem::create_directories(options_.folder, error);
     if (error) {

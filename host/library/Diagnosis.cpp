@@ -8,9 +8,13 @@
 
 #include <cstring>
 #include <filesystem>
+#include <optional>
 #include <string_view>
 #include <vector>
 
+#include "host/library/FileFormat.h"
+#include "host/library/Invocation.h"
+#include "host/library/LibraryFolder.h"
 #include "host/output/Format.h"
 #include "system/Files.h"
 #include "text/Utf8.h"
@@ -30,7 +34,7 @@ Failure Missing(const std::string& path, const std::string& detail) {
                                            detail.empty() ? "" : "\n  " + detail, kAdvice)};
 }
 
-Failure Unusable(const std::string& path, const std::string& reason, const char* advice = "") {
+Failure Unusable(const std::string& path, const std::string& reason, std::string_view advice = "") {
   return {ExitCode::Unreadable,
           fmt::format("cannot read the library file {}\n  {}{}", path, reason, advice)};
 }
@@ -42,7 +46,11 @@ Failure DiagnoseMissing(const std::string& path) {
     const std::string target = std::filesystem::read_symlink(path, ignored);
     return Missing(path, fmt::format("It is a link to {}, which does not exist.", target));
   }
-  return Missing(path, "");
+  std::string hint;
+  const std::vector<std::string> near = NearFiles(path);
+  if (!near.empty()) hint = "Is it one of these?";
+  for (const std::string& file : near) hint += "\n    tavrel -l " + Quoted(file);
+  return Missing(path, hint);
 }
 
 // Follows a text's bytes, which are known to be UTF-8.
@@ -92,22 +100,6 @@ class ElementSearch {
   bool ended_ = false;
 };
 
-bool IsUtf16(std::string_view start) {
-  if (start.starts_with("\xFF\xFE") || start.starts_with("\xFE\xFF")) return true;
-  if (start.size() < 4) return false;
-  const bool littleEndian = start[0] == '<' && start[1] == '\0' && start[3] == '\0';
-  const bool bigEndian = start[0] == '\0' && start[1] == '<' && start[2] == '\0';
-  return littleEndian || bigEndian;
-}
-
-// What a file's first bytes give away; empty when they look like text.
-std::string_view KnownFormat(std::string_view start) {
-  if (start.starts_with("bplist")) return "It is a binary property list, not XML.";
-  if (start.starts_with("hdfm")) return "It is iTunes' own database (.itl), not the XML file.";
-  if (IsUtf16(start)) return "It seems to be UTF-16 text; the library reads UTF-8 only.";
-  return {};
-}
-
 // Reads until `buffer` is full, the file ends or an error; false on an error, and errno says which.
 bool Fill(int descriptor, std::vector<char>& buffer, std::size_t& length) {
   const std::ptrdiff_t count =
@@ -117,21 +109,20 @@ bool Fill(int descriptor, std::vector<char>& buffer, std::size_t& length) {
   return true;
 }
 
+std::string StartOf(int descriptor) {
+  std::string start(kFormatBytes, '\0');
+  start.resize(system::ReadAt(descriptor, 0, start.data(), start.size()));
+  return start;
+}
+
 Failure DiagnoseText(const std::string& path, int descriptor) {
   std::vector<char> buffer(kPieceSize);
   TextPosition position;
   ElementSearch element;
-  bool atStart = true;
   for (std::size_t length = 0;;) {
     if (!Fill(descriptor, buffer, length)) return Unusable(path, std::strerror(errno));
     const bool atEnd = length < buffer.size();
     const std::string_view piece(buffer.data(), length);
-    if (atStart) {
-      const std::string_view format = KnownFormat(piece);
-      if (!format.empty()) return Unusable(path, std::string(format), kAdvice);
-      atStart = false;
-    }
-
     const std::size_t valid = text::ValidUtf8Prefix(piece.data(), length);
     position.Walk(piece.substr(0, valid));
     element.Walk(piece.substr(0, valid));
@@ -150,24 +141,59 @@ Failure DiagnoseText(const std::string& path, int descriptor) {
 
 }  // namespace
 
-Failure Diagnose(const std::string& path) {
+Failure Diagnose(const std::string& path, const std::string& file) {
   struct stat status {};
-  if (::stat(path.c_str(), &status) != 0) {
+  if (::stat(file.c_str(), &status) != 0) {
     if (errno == ENOENT || errno == ENOTDIR) return DiagnoseMissing(path);
     return Unusable(path, std::strerror(errno));
   }
   if (S_ISDIR(status.st_mode)) return Unusable(path, "It is a folder.");
-  if (!S_ISREG(status.st_mode)) return Unusable(path, "It is not a regular file.");
+  if (!S_ISREG(status.st_mode)) {
+    return Unusable(path, "It is not a regular file.",
+                    fmt::format("\n  tavrel -l - < {}", Quoted(path)));
+  }
   if (status.st_size == 0) return Unusable(path, "It is empty.", kAdvice);
   if (status.st_size > system::kLargestFile) {
     return Unusable(path, fmt::format("It has {} bytes; the library reads files of up to {} bytes.",
                                       Grouped(status.st_size), Grouped(system::kLargestFile)));
   }
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
-  if (descriptor < 0) return Unusable(path, std::strerror(errno));
-  const Failure failure = DiagnoseText(path, descriptor);
-  ::close(descriptor);
-  return failure;
+  const system::FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (!opened) return Unusable(path, std::strerror(errno));
+  const std::optional<FileFormat> format = KnownFormat(StartOf(opened.get()), path);
+  if (format) return Unusable(path, format->what, format->help);
+  return DiagnoseText(path, opened.get());
+}
+
+Failure DiagnoseStranger(const std::string& path, const std::string& file) {
+  const system::FileDescriptor opened = system::OpenRegularFile(file.c_str());
+  const std::string start = opened ? StartOf(opened.get()) : std::string();
+  const std::optional<FileFormat> format = KnownFormat(start, path);
+  if (format) return Unusable(path, format->what, format->help);
+  const std::string_view element = FirstElement(start);
+  if (element != "plist") {
+    return Unusable(
+        path, fmt::format("It is no property list: its first element is <{}>.", element), kAdvice);
+  }
+  if (!EndsLikePropertyList(file))
+    return Unusable(path, "It is cut off before its tracks.", kAdvice);
+  return Unusable(path, "It is a property list without tracks, and so no iTunes library.", kAdvice);
+}
+
+Failure NoLibraryAt(const std::string& path, const std::string& home) {
+  const std::vector<std::string> files = FindLibraryFiles(home);
+  if (!files.empty()) {
+    return Missing(path,
+                   fmt::format("There is {}.\n    tavrel -l {}", files.front(), Quoted(home)));
+  }
+  const std::string others = DescribeOtherFiles(home);
+  return Missing(path, others.empty() ? others : others.substr(std::strlen("\n  ")));
+}
+
+Failure NoLibraryIn(const std::string& folder) {
+  const std::string others = DescribeOtherFiles(folder);
+  return {ExitCode::NoLibrary,
+          fmt::format("there is no iTunes library file in {}{}{}", folder,
+                      others.empty() ? DescribeEntries(folder) : others, kAdvice)};
 }
 
 }  // namespace tavrel::host

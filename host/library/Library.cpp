@@ -85,6 +85,7 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "OpenArtworkFile", openArtworkFile);
   Find(handle, "GetSongProperty", getSongProperty);
   Find(handle, "GetLibraryProperty", getLibraryProperty);
+  Find(handle, "VisitLibraryProperties", visitLibraryProperties);
 }
 
 }  // namespace tavrel::host

@@ -27,6 +27,7 @@ struct LibraryFunctions {
   decltype(&::OpenArtworkFile) openArtworkFile;
   decltype(&::GetSongProperty) getSongProperty;
   decltype(&::GetLibraryProperty) getLibraryProperty;
+  decltype(&::VisitLibraryProperties) visitLibraryProperties;
 };
 
 // The opened library; its handles end with it.

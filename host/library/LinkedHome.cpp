@@ -7,21 +7,36 @@
 namespace tavrel::host {
 namespace {
 
+constexpr const char* kLibraryFile = "Music/iTunes/iTunes Music Library.xml";
 constexpr const char* kNeighbours[] = {"Album Artwork", "iTunes Media"};
 
 }  // namespace
 
-LinkedHome::LinkedHome(const std::string& libraryFile) {
-  const std::filesystem::path file = std::filesystem::absolute(libraryFile);
+LinkedHome::LinkedHome() {
   folder_.MakeFolder("Music");
   folder_.MakeFolder("Music/iTunes");
-  folder_.MakeLink("Music/iTunes/iTunes Music Library.xml", file);
+}
+
+void LinkedHome::LinkLibrary(const std::string& file) {
+  folder_.MakeLink(kLibraryFile, std::filesystem::absolute(file));
+}
+
+system::FileDescriptor LinkedHome::MakeLibrary() {
+  return folder_.MakeFile(kLibraryFile);
+}
+
+void LinkedHome::LinkNeighbours(const std::string& libraryFile) {
+  const std::filesystem::path folder = std::filesystem::absolute(libraryFile).parent_path();
   for (const char* name : kNeighbours) {
-    const std::filesystem::path neighbour = file.parent_path() / name;
+    const std::filesystem::path neighbour = folder / name;
     struct stat status {};
     const bool isThere = ::stat(neighbour.c_str(), &status) == 0;
     if (isThere) folder_.MakeLink(std::string("Music/iTunes/") + name, neighbour);
   }
+}
+
+std::string LinkedHome::LibraryFile() const {
+  return Folder() + "/" + kLibraryFile;
 }
 
 }  // namespace tavrel::host

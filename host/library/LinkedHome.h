@@ -5,21 +5,30 @@
 #include <string>
 
 #include "host/library/PrivateFolder.h"
+#include "system/Files.h"
 
 namespace tavrel::host {
 
 // Makes, in a private folder and for as long as that is there,
 //
-//   Music/iTunes/iTunes Music Library.xml -> the file
-//                Album Artwork            -> its neighbour of that name, if any
+//   Music/iTunes/iTunes Music Library.xml -> the library file, or a file of its own
+//                Album Artwork            -> the library file's neighbour of that name, if any
 //                iTunes Media             -> likewise
+//
+// A folder, a file or a link that cannot be made is a Failure.
 class LinkedHome {
  public:
-  // A folder or a link that cannot be made is a Failure.
-  explicit LinkedHome(const std::string& libraryFile);
+  LinkedHome();
 
-  // An absolute path.
+  // Once either of them.
+  void LinkLibrary(const std::string& file);
+  [[nodiscard]] system::FileDescriptor MakeLibrary();  // empty, and open for writing
+
+  void LinkNeighbours(const std::string& libraryFile);
+
+  // An absolute path, and that of the library file below it.
   [[nodiscard]] const std::string& Folder() const noexcept { return folder_.Path(); }
+  [[nodiscard]] std::string LibraryFile() const;
 
  private:
   PrivateFolder folder_;

@@ -150,6 +150,16 @@ void PrivateFolder::MakeLink(const std::string& name, const std::string& target)
   Add(name, 0, [&] { return ::symlinkat(target.c_str(), folder_->get(), name.c_str()) == 0; });
 }
 
+system::FileDescriptor PrivateFolder::MakeFile(const std::string& name) {
+  int file = -1;
+  Add(name, 0, [&] {
+    file = ::openat(folder_->get(), name.c_str(),
+                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    return file >= 0;
+  });
+  return system::FileDescriptor(file);
+}
+
 bool PrivateFolder::IsInPlace() const noexcept {
   struct stat now {};
   if (::fstatat(parent_.get(), name_.c_str(), &now, AT_SYMLINK_NOFOLLOW) != 0) return true;
@@ -172,9 +182,10 @@ void PrivateFolder::Release() noexcept {
 }
 
 void PrivateFolder::Fail(const std::string& reason) const {
-  throw Failure(ExitCode::Failed,
-                "cannot make a temporary folder below " + parentPath_ + ": " + reason +
-                    "\n  --library needs one; set TMPDIR to a folder that can be written to.");
+  throw Failure(
+      ExitCode::Failed,
+      "cannot make a temporary folder below " + parentPath_ + ": " + reason +
+          "\n  Reading this library needs one; set TMPDIR to a folder that can be written to.");
 }
 
 }  // namespace tavrel::host

@@ -32,6 +32,8 @@ class PrivateFolder {
   // name: the path in this folder of what is made, below a folder that was made here.
   void MakeFolder(const std::string& name);
   void MakeLink(const std::string& name, const std::string& target);
+  // A new file that its owner alone may open; open for writing.
+  [[nodiscard]] system::FileDescriptor MakeFile(const std::string& name);
 
  private:
   struct Entry {

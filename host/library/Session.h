@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "host/library/Library.h"
+#include "host/library/LibraryPlace.h"
 #include "host/library/Options.h"
 #include "host/output/MessageGuard.h"
 #include "host/output/Output.h"
@@ -16,6 +17,7 @@ namespace tavrel::host {
 // All of it is borrowed from the program's main function.
 struct Session {
   const Options& options;
+  const LibraryPlace& place;
   const std::string& libraryPath;          // as the user named it
   const std::optional<std::string>& home;  // where the library was told to read; none: the user's
   const Library& library;
@@ -23,8 +25,8 @@ struct Session {
   Output& output;
 };
 
-// A file's path as the user knows it: with --library, what lies in the home folder of links lies
-// beside the library file.
+// A file's path as the user knows it: what lies in a home folder of links lies beside the library file in
+// truth.
 [[nodiscard]] std::string UserPath(const Session& session, std::string_view location);
 
 }  // namespace tavrel::host

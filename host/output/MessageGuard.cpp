@@ -79,8 +79,9 @@ void Complain(const std::string& message) {
   WriteAll(active != nullptr ? active->original_.get() : STDERR_FILENO, text);
 }
 
-MessageGuard::MessageGuard()
-    : kept_(OpenNamelessFile()),
+MessageGuard::MessageGuard(LogLines lines)
+    : lines_(lines),
+      kept_(OpenNamelessFile()),
       original_(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1)) {
   if (!kept_ || !original_ || ::dup2(kept_.get(), STDERR_FILENO) < 0) {
     throw Failure(ExitCode::Failed,
@@ -97,7 +98,7 @@ MessageGuard::~MessageGuard() {
 
 void MessageGuard::Show() noexcept {
   try {
-    CopyCleaned(kept_.get(), original_.get());
+    if (lines_ == LogLines::Shown) CopyCleaned(kept_.get(), original_.get());
   } catch (const std::bad_alloc&) {
     // Messages that there is no memory for are lost.
   }

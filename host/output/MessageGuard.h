@@ -11,21 +11,25 @@ namespace tavrel::host {
 // said so far. Made fit for a terminal, wherever it goes.
 void Complain(const std::string& message);
 
-// Keeps what is written to standard error, and shows it, cleaned, when the object goes: the library's own
-// messages may quote any text of the library file, and this program may have a better one. They are cleaned
-// for pipes and files as well, which somebody shows on a terminal one day. One at a time.
+// Whether what the library logs is shown, or dropped.
+enum class LogLines { Shown, Dropped };
+
+// Keeps what is written to standard error, and where it is to be shown shows it, cleaned, when the object
+// goes: the library's own messages may quote any text of the library file, and this program may have a better
+// one. They are cleaned for pipes and files as well, which somebody shows on a terminal one day. One at a
+// time.
 //
 // They are kept in memory, else in a file without a name. One that there is no room for is lost; none comes
 // through as it is.
 class MessageGuard {
  public:
   // A Failure when nothing can be kept.
-  MessageGuard();
+  explicit MessageGuard(LogLines lines);
   MessageGuard(const MessageGuard&) = delete;
   MessageGuard& operator=(const MessageGuard&) = delete;
   ~MessageGuard();
 
-  // Shows what was written so far.
+  // Shows, or drops, what was written so far.
   void Show() noexcept;
 
   // Forgets what was written so far.
@@ -34,6 +38,7 @@ class MessageGuard {
  private:
   friend void Complain(const std::string& message);
 
+  LogLines lines_;
   system::FileDescriptor kept_;      // the file that takes the messages
   system::FileDescriptor original_;  // standard error as it was
 };

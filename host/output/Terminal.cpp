@@ -50,11 +50,12 @@ std::string Terminal::Styled(Style style, std::string_view text) const {
   return std::string(Start(style)).append(text).append("\x1b[0m");
 }
 
-Terminal DescribeStandardOutput() {
+Terminal DescribeStandardOutput(ColorUse color) {
   const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
   std::size_t width = isTerminal ? WidthOfTerminal() : 0;
   if (width == 0) width = WidthOfEnvironment();
   if (width == 0 && isTerminal) width = kUsualWidth;
+  if (color != ColorUse::Auto) return {width, color == ColorUse::Always};
   const bool styled =
       isTerminal && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
   return {width, styled};

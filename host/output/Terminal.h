@@ -16,10 +16,13 @@ struct Terminal {
   [[nodiscard]] std::string Styled(Style style, std::string_view text) const;
 };
 
+// Whether text may be styled: on a terminal that can show it, or as the user says.
+enum class ColorUse { Auto, Always, Never };
+
 // The width is that of the terminal, else what $COLUMNS says, else 80 for a terminal that does not
 // know its own; a pipe or a file without $COLUMNS has no limit, so that nothing is cut from what
-// other programs read. Only a terminal gets styled text, and not when $NO_COLOR is set and not
-// empty or $TERM is "dumb".
-[[nodiscard]] Terminal DescribeStandardOutput();
+// other programs read. ColorUse::Auto: only a terminal gets styled text, and not when $NO_COLOR is set and
+// not empty or $TERM is "dumb".
+[[nodiscard]] Terminal DescribeStandardOutput(ColorUse color);
 
 }  // namespace tavrel::host

@@ -48,7 +48,7 @@ TEST_F(CommandLine, HelpIsDataAndShowsExamples) {
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.errors, "");
     for (const char* part : {"Examples:", "tavrel songs --all --json", "--home DIR",
-                             "--library FILE", "playlists", "Exit codes: 0 done"}) {
+                             "--library PATH", "playlists", "Exit codes: 0 done"}) {
       EXPECT_THAT(outcome.output, HasSubstr(part));
     }
     for (const std::string& line : Lines(outcome.output)) EXPECT_LE(line.size(), 80u) << line;

@@ -2,6 +2,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "host/output/Format.h"
@@ -83,10 +84,6 @@ TEST_F(Diagnosis, AnEmptyFile) {
   ExpectUnreadable("", "It is empty.");
 }
 
-TEST_F(Diagnosis, AFolder) {
-  ExpectDiagnosis(Path("empty home"), kUnreadable, "It is a folder.");
-}
-
 TEST_F(Diagnosis, APipeInPlaceOfTheFileDoesNotHang) {
   const std::string pipe = Path("pipe.xml");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
@@ -102,6 +99,55 @@ TEST_F(Diagnosis, AnotherFormat) {
 TEST_F(Diagnosis, Utf16WithAndWithoutAMark) {
   for (const std::string& start : {"\xFF\xFE<\0"s, "\xFE\xFF\0<"s, "<\0?\0"s, "\0<\0?"s}) {
     ExpectUnreadable(start, "It seems to be UTF-16 text");
+  }
+}
+
+TEST_F(Diagnosis, WhatIsNoLibrary) {
+  ExpectUnreadable("hfma\x01\x02", "Music's own database (.musicdb)");
+  ExpectUnreadable("\x1F\x8B\x08", "It is empty.");
+  ExpectUnreadable("PK\x03\x04\xFF", "It is a ZIP archive.");
+  for (const char* page :
+       {"<!DOCTYPE html><p>", "\n <HTML><body>404</body></html>", "<html>\xFF"}) {
+    ExpectUnreadable(page, "It is a web page (HTML)");
+  }
+  ExpectUnreadable("<?xml?><!-- <plist> --><rss><channel/></rss>",
+                   "It is no property list: its first element is <rss>.");
+  ExpectUnreadable("<plist><dict><key>Label</key><string>job</string></dict></plist>",
+                   "It is a property list without tracks");
+  ExpectUnreadable("<plist><dict><key>Major Version</key><integer>1</integer>",
+                   "It is cut off before its tracks.");
+  EXPECT_EQ(Run({"-l", Write("new.xml", LibraryText({}))}).exitCode, 0) << "no track is no fault";
+}
+
+TEST_F(Diagnosis, TheHomeOptionsCompressedFileIsReadByTheOther) {
+  const std::string file = Write("home/Music/iTunes/iTunes Music Library.xml", "\x1F\x8B\x08");
+  EXPECT_THAT(
+      Run({"--home", Path("home")}).errors,
+      AllOf(HasSubstr("It is compressed with gzip."), HasSubstr("\n  tavrel -l '" + file + "'\n")));
+}
+
+TEST_F(Diagnosis, TheCommandsThatItNamesRead) {
+  Write("library.xml", LibraryWithName("Dvo\u0159\u00E1k"));
+  Command command;
+  command.folder = Path("");
+  const std::string program = TAVREL_HOST_PROGRAM;
+  command.environment["PATH"] =
+      program.substr(0, program.rfind('/')) + ":" + std::string(::getenv("PATH"));
+  for (const std::string converter :
+       {"iconv -f UTF-8 -t UTF-16", "iconv -f UTF-8 -t UTF-16LE", "iconv -f UTF-8 -t UTF-16BE",
+        "python3 -c 'import plistlib, sys; plistlib.dump(plistlib.load(sys.stdin.buffer), "
+        "sys.stdout.buffer, fmt=plistlib.FMT_BINARY)'"}) {
+    const auto shell = [&](const std::string& script) {
+      return RunProgram(CommandFor("/bin/sh", {"-c", script}, command));
+    };
+    ASSERT_EQ(shell(converter + " < library.xml > 'its file'").exitCode, 0);
+    const Outcome refused = Run({"-l", "its file"}, command);
+    EXPECT_EQ(refused.exitCode, kUnreadable) << converter;
+    const std::vector<std::string> lines = Lines(refused.errors);
+    ASSERT_GE(lines.size(), 3u) << refused.errors;
+    const Outcome read = shell(lines[2] + " songs --all");
+    EXPECT_EQ(read.exitCode, 0) << lines[2] << read.errors;
+    EXPECT_THAT(read.output, HasSubstr("Dvo\u0159\u00E1k")) << lines[2];
   }
 }
 

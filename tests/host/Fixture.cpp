@@ -68,6 +68,8 @@ Command HostTest::CommandFor(const std::string& program, const std::vector<std::
                               {"TMPDIR", Path("temporary")},
                               {"COLUMNS", std::nullopt},
                               {"NO_COLOR", std::nullopt},
+                              {"PAGER", ""},
+                              {"TAVREL_LIBRARY", std::nullopt},
                               {"TERM", "xterm"}});
   return command;
 }

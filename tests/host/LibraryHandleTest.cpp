@@ -81,7 +81,7 @@ TEST_F(LibraryHandle, ARelativeHomeIsMadeAbsolute) {
 }
 
 TEST_F(LibraryHandle, ALibraryFileIsReadThroughAHomeOfLinks) {
-  const std::string file = Write("export/My Library.xml", "");
+  const std::string file = Write("export/My Library.xml", "</plist>");
   fs::create_directories(Path("export/Album Artwork"));
   fs::create_directories(Path("export/iTunes Media"));
   Command command;
@@ -98,7 +98,7 @@ TEST_F(LibraryHandle, ALibraryFileIsReadThroughAHomeOfLinks) {
 }
 
 TEST_F(LibraryHandle, NeighboursThatDoNotExistGetNoLink) {
-  const std::string file = Write("export/library.xml", "");
+  const std::string file = Write("export/library.xml", "</plist>");
   fs::create_symlink("nowhere", Path("export/iTunes Media"));
   RunStandIn({"--library", file});
   EXPECT_THAT(Log(), Not(testing::Contains(HasSubstr("Media"))));

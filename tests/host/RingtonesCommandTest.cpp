@@ -139,7 +139,7 @@ TEST_F(RingtonesCommand, AddShowsEachMessageOnceOnATerminal) {
   Command command = InFolder();
   command.errors = Stream::Terminal;
   command.columns = 200;
-  const std::vector<std::string> lines = Lines(Ringtones({"add", tone}, command).errors);
+  const std::vector<std::string> lines = Lines(Ringtones({"add", tone, "-v"}, command).errors);
   ASSERT_GE(lines.size(), 4u);
   EXPECT_THAT(lines[0], StartsWith("tavrel: iTunes will be started"));
   EXPECT_EQ(lines[1], "refused");
@@ -149,7 +149,7 @@ TEST_F(RingtonesCommand, AddShowsEachMessageOnceOnATerminal) {
 
 TEST_F(RingtonesCommand, AddExplainsAScriptInError) {
   InstallRunner("exit 1");
-  const Outcome outcome = Ringtones({"add", Write("Tone.m4r", "")}, InFolder());
+  const Outcome outcome = Ringtones({"add", Write("Tone.m4r", ""), "-v"}, InFolder());
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_EQ(outcome.output, "");
   EXPECT_THAT(outcome.errors, HasSubstr("Play ringtone script execute error.\n"));

@@ -118,6 +118,9 @@ std::int32_t GetSongProperty(const PlaylistRecord*, std::int32_t, const char*, c
                              std::int32_t) noexcept {
   return 0;
 }
+std::int32_t VisitLibraryProperties(PropertyVisitor, void*) noexcept {
+  return 0;
+}
 std::int32_t GetLibraryProperty(const char*, char*, std::int32_t) noexcept {
   return 0;
 }

@@ -136,7 +136,7 @@ TEST_F(Terminal, MessagesOfTheLibraryAreMadeHarmless) {
   for (const Stream errors : {Stream::Pipe, Stream::Terminal}) {
     Command command;
     command.errors = errors;
-    const Outcome outcome = Run({"--library", file, "songs", "--all"}, command);
+    const Outcome outcome = Run({"-v", "--library", file, "songs", "--all"}, command);
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.errors, AllOf(HasSubstr("\"Nim &rod [31m\""), Not(HasSubstr("\x1b"))));
   }
@@ -146,7 +146,7 @@ TEST_F(Terminal, AMessageOfAnyLengthArrivesWhole) {
   std::string name = "&";  // a reference that has no end
   while (name.size() < 300000) name += "交響曲 ";
   const std::string file = Write("long.xml", LibraryWithName(name + "the end"));
-  const Outcome outcome = Run({"--library", file, "songs", "--all"});
+  const Outcome outcome = Run({"-v", "--library", file, "songs", "--all"});
   EXPECT_EQ(Lines(outcome.errors).size(), 1u);
   EXPECT_THAT(outcome.errors, HasSubstr(name + "the end"));
 }
@@ -157,7 +157,8 @@ TEST_F(Terminal, EveryMessageArrivesInItsOrder) {
     tracks.push_back({id, Property("Name", "&broken " + std::to_string(id))});
   }
   const std::string file = Write("many.xml", LibraryText(tracks));
-  const std::vector<std::string> lines = Lines(Run({"--library", file, "songs", "--all"}).errors);
+  const std::vector<std::string> lines =
+      Lines(Run({"-v", "--library", file, "songs", "--all"}).errors);
   ASSERT_EQ(lines.size(), tracks.size());
   for (std::size_t i = 0; i < lines.size(); ++i) {
     EXPECT_THAT(lines[i], HasSubstr("&broken " + std::to_string(i + 1)));
