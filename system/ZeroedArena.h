@@ -32,6 +32,8 @@ class ZeroedArena {
 
   // Releases every piece; the arena is empty afterwards and can be used again.
   void ReleaseAll() noexcept;
+  // Leaves every piece allocated for good, to whoever knows of it; the arena is empty afterwards.
+  void Abandon() noexcept { *this = {}; }
 
  private:
   static constexpr std::size_t kAlignment = alignof(std::uint64_t);

@@ -116,7 +116,10 @@ const TBXMLElement* PropertiesOf(const LibraryState& state,
 
 void CreatePlaylists(LibraryState& state) noexcept {
   ++playlistChanges;
+  const bool areMadeAnew = state.groups != nullptr;
   if (!CreateGroups(state)) return;
+  // The groups that are there already stay allocated, and so do their records (kept).
+  if (areMadeAnew) state.playlistRecords.Abandon();
   const TBXMLElement* playlists = TopLevelChild(state.document, "array");
   if (playlists != nullptr) ReadPlaylists(state, playlists);
 }

@@ -129,6 +129,17 @@ std::int32_t MakePlaylistsAnew() {
   return CreatePlaylistArray();
 }
 
+TEST(FirstPositions, RecordsOfPlaylistsThatAreMadeAnewStayAllocated) {
+  const SongLibrary library(Numbered({0, 1}), {{4, {1, 0}}});
+  DestroyRingtoneArray();
+  PlaylistRecord* former = OpenPlaylist(0, 0);
+  MakePlaylistsAnew();
+  EXPECT_NE(OpenPlaylist(0, 0), former);
+  DestroyPlaylistArray();
+  EXPECT_EQ(GetPlaylistKind(former), 4);
+  EXPECT_EQ(GetSongCount(former), 2);
+}
+
 TEST(FirstPositions, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   const auto tracks = Numbered({0, 1, 2, 3, 4});
   const std::vector<Playlist> playlists = {{4, {0}}, {0, {4, 3, 2, 1, 0}}};
