@@ -4,48 +4,29 @@
 #include <tavrel/tavrel.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/commands/Commands.h"
+#include "host/help/CommandSummary.h"
+#include "host/help/Completion.h"
+#include "host/help/HelpText.h"
+#include "host/help/ManualPage.h"
+#include "host/help/Mistakes.h"
+#include "host/library/Invocation.h"
+#include "host/output/Terminal.h"
 #include "system/Environment.h"
 
 namespace tavrel::host {
 namespace {
 
 constexpr const char* kAbout =
-    "Shows what is in an iTunes library, from outside iTunes.\n"
-    "Without a subcommand: an overview of the library.\n";
-
-constexpr const char* kFooter =
-    R"(Examples:
-  tavrel                            the overview of your own library
-  tavrel playlists                  its playlists
-  tavrel songs "My Favourites"      the songs of a playlist, by its name
-  tavrel songs 2:0                  the same by group and position
-  tavrel songs --all --json         every song, for other programs
-  tavrel search dvořák              songs by name, artist or album
-  tavrel search --artist dvořák     by the artist alone
-  tavrel ringtones                  the ringtones
-  tavrel ringtones add Tone.m4r     add one to iTunes
-  tavrel artwork Music 3            the cover of a song, as a file here
-  tavrel artwork --all -o covers    one cover for each album
-  tavrel -l export.xml              a library file that lies elsewhere
-  tavrel -l /media/old-mac/me       that of another home or iTunes folder
-  zcat old.xml.gz | tavrel -l -     one that comes from another program
-
-Without --home and --library, "Music/iTunes/iTunes Music Library.xml" below
-the home folder is read, or the newest library file that lies where iTunes
-and Music put them. TAVREL_LIBRARY in the environment stands for --library.
-Tables fit the terminal; what goes to a pipe or a file is not cut, unless
-COLUMNS is set. NO_COLOR turns all styles off.
-
-Exit codes: 0 done, 1 nothing found or something failed, 2 wrong usage,
-3 there is no library file, 4 it cannot be read.)";
-
-constexpr const char* kSubcommandFooter =
-    "--home DIR, --library PATH and --json work here too; see tavrel --help.";
+    "Shows what is in an iTunes library, from outside iTunes. Without a command: an overview of "
+    "the "
+    "library.";
 
 const std::map<std::string, ColorUse> kColorUses{
     {"auto", ColorUse::Auto}, {"always", ColorUse::Always}, {"never", ColorUse::Never}};
@@ -65,7 +46,8 @@ void AddGlobalOptions(CLI::App& parser, Options& options) {
   parser.add_flag("-v,--verbose", options.verbose, "Show what the library logs, too");
   parser.add_option("--color", options.color, "Use bold and colours: auto, always or never")
       ->transform(CLI::CheckedTransformer(kColorUses))
-      ->option_text("WHEN");
+      ->option_text("auto|always|never");
+  parser.add_flag("--no-pager", options.noPager, "Page nothing, also on a terminal");
 }
 
 void CheckGlobalOptions(const Options& options) {
@@ -138,6 +120,7 @@ void AddArtwork(CLI::App& parser, CommandLine& line) {
   command->callback([&line, arguments] {
     Check(*arguments);
     if (arguments->all) arguments->exporting.folder = *arguments->target;
+    line.isPaged = false;
     line.need = NeedOf(*arguments);
     line.run = [arguments](Session& session) { return ShowArtwork(*arguments, session); };
   });
@@ -158,6 +141,7 @@ void AddRingtones(CLI::App& parser, CommandLine& line) {
   command->callback([&line, add, arguments] {
     line.run = ListRingtones;
     if (!add->parsed()) return;
+    line.isPaged = false;
     line.run = [arguments](Session& session) { return AddRingtone(*arguments, session); };
   });
 }
@@ -211,16 +195,132 @@ void AddSongs(CLI::App& parser, CommandLine& line) {
   });
 }
 
+// What "help" and "completion" are asked for.
+struct TextRequest {
+  std::vector<std::string> command;
+  bool isManual = false;
+  std::string shell;  // empty: no completion
+  bool isAsked = false;
+};
+
+void AddTexts(CLI::App& parser, CommandLine& line, TextRequest& request) {
+  CLI::App* help = parser.add_subcommand("help", "Explain a command");
+  help->add_option("COMMAND", request.command, "The command; without it, the program")
+      ->type_name("");
+  help->add_flag("--man", request.isManual, "Print the manual page, for man -l -");
+  CLI::App* completion = parser.add_subcommand("completion", "Print completions for a shell");
+  completion->add_option("SHELL", request.shell, "The shell")
+      ->required()
+      ->check(CLI::IsMember({"bash", "zsh", "fish"}))
+      ->option_text("bash|zsh|fish");
+  const auto ask = [&line, &request] {
+    request.isAsked = true;
+    line.run = nullptr;
+  };
+  help->callback(ask);
+  completion->callback(ask);
+}
+
+// ---- The definition, as help, manual page and completions show it ----
+
+std::string Unbroken(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', ' ');
+  return text;
+}
+
+OptionSummary Summarize(const CLI::Option& option) {
+  OptionSummary summary;
+  for (const std::string& name : option.get_snames()) summary.names.push_back("-" + name);
+  for (const std::string& name : option.get_lnames()) summary.names.push_back("--" + name);
+  summary.text = Unbroken(option.get_description());
+  summary.isRequired = option.get_required();
+  summary.isRepeated = option.get_items_expected_max() > 1;
+  const bool takesOne = option.get_items_expected_max() > 0;
+  const std::string& text = option.get_option_text();
+  const bool isTold = text.find_first_not_of(' ') != std::string::npos;
+  if (isTold) {
+    summary.argument = text;
+  } else if (summary.StandsByPlace()) {
+    summary.argument = option.get_name();
+  } else if (takesOne) {
+    summary.argument = option.get_type_name();
+  }
+  return summary;
+}
+
+CommandSummary Summarize(const CLI::App& parser, const std::string& parent) {
+  const bool isProgram = parent.empty();
+  CommandSummary summary;
+  summary.name = parser.get_name();
+  summary.path = isProgram ? summary.name : parent + " " + summary.name;
+  summary.aliases = parser.get_aliases();
+  summary.text = Unbroken(parser.get_description());
+  for (const CLI::Option* option : parser.get_options()) {
+    if (isProgram || option != parser.get_help_ptr()) summary.options.push_back(Summarize(*option));
+  }
+  for (const CLI::App* command : parser.get_subcommands({})) {
+    summary.commands.push_back(Summarize(*command, summary.path));
+  }
+  return summary;
+}
+
+// The command that the words lead to, and what was given to it by its place.
+struct Reached {
+  const CommandSummary* command;
+  std::vector<std::string> words;
+};
+
+Reached FindReached(const CLI::App& parser, const CommandSummary& program) {
+  const CLI::App* reached = &parser;
+  const CommandSummary* command = &program;
+  while (!reached->get_subcommands().empty()) {
+    reached = reached->get_subcommands().back();
+    const CommandSummary* next = command->Find(reached->get_name());
+    if (next == nullptr) break;
+    command = next;
+  }
+  std::vector<std::string> words;
+  for (const CLI::Option* option : reached->get_options()) {
+    if (!option->get_positional()) continue;
+    words.insert(words.end(), option->results().begin(), option->results().end());
+  }
+  return {command, words};
+}
+
+const CommandSummary& Named(const CommandSummary& program, const std::vector<std::string>& names) {
+  const CommandSummary* command = &program;
+  for (const std::string& name : names) {
+    const CommandSummary* next = command->Find(name);
+    if (next == nullptr)
+      throw Failure(ExitCode::Usage, NoSuchCommand(*command, name, "tavrel help "));
+    command = next;
+  }
+  return *command;
+}
+
+std::string TextFor(const TextRequest& request, const CommandSummary& program) {
+  if (!request.shell.empty()) return Completion(program, request.shell);
+  if (request.isManual) return ManualPage(program, TAVREL_VERSION);
+  return HelpText(program, Named(program, request.command),
+                  DescribeStandardOutput(ColorUse::Never).width);
+}
+
+[[noreturn]] void FailForUsage(const std::string& message, const CommandSummary& command) {
+  const std::size_t name = command.path.find(' ');
+  const std::string rest = name == std::string::npos ? "" : command.path.substr(name);
+  throw Failure(ExitCode::Usage, message + "\n  See tavrel help" + rest + ".");
+}
+
 }  // namespace
 
-CommandLine ReadCommandLine(int count, const char* const* arguments, Output& output) {
+CommandLine ReadCommandLine(int count, const char* const* arguments) {
   CommandLine line;
+  TextRequest request;
   CLI::App parser(kAbout, "tavrel");
   parser.set_help_flag("-h,--help", "Print this help");
   parser.set_version_flag("--version", "tavrel " TAVREL_VERSION, "Print the version");
   parser.require_subcommand(0, 1);
-  parser.fallthrough();                      // global options also stand behind the subcommand
-  parser.get_formatter()->column_width(20);  // before the first subcommand, which takes it over
+  parser.fallthrough();  // global options also stand behind the subcommand
   AddGlobalOptions(parser, line.options);
 
   line.run = ShowOverview;
@@ -229,22 +329,29 @@ CommandLine ReadCommandLine(int count, const char* const* arguments, Output& out
   AddRingtones(parser, line);
   AddSearch(parser, line);
   AddSongs(parser, line);
-  for (CLI::App* subcommand : parser.get_subcommands({})) subcommand->footer(kSubcommandFooter);
-  parser.footer(kFooter);
+  AddTexts(parser, line, request);
+  const CommandSummary program = Summarize(parser, "");
 
   try {
     parser.parse(count, arguments);
     CheckGlobalOptions(line.options);
     AskEnvironment(line.options);
+    if (request.isAsked) line.text = TextFor(request, program);
     return line;
   } catch (const CLI::CallForHelp&) {
-    output.Write(parser.help());
+    line.text = HelpText(program, *FindReached(parser, program).command,
+                         DescribeStandardOutput(ColorUse::Never).width);
   } catch (const CLI::CallForVersion& version) {
-    output.WriteLine(version.what());
+    line.text = version.what() + std::string("\n");
+  } catch (const CLI::ExtrasError&) {
+    const auto [command, words] = FindReached(parser, program);
+    FailForUsage(ExplainExtras(program, *command, parser.remaining(true), words,
+                               Invocation(line.options, "")),
+                 *command);
   } catch (const CLI::ParseError& error) {
-    throw Failure(ExitCode::Usage, std::string(error.what()) + "\n  See tavrel --help.");
+    FailForUsage(error.what(), *FindReached(parser, program).command);
   }
-  line.run = nullptr;  // what was asked for is printed
+  line.run = nullptr;  // the text is all that was asked for
   return line;
 }
 

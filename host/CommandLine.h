@@ -2,11 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <string>
 
 #include "host/library/Options.h"
 #include "host/library/Session.h"
 #include "host/output/Failure.h"
-#include "host/output/Output.h"
 
 namespace tavrel::host {
 
@@ -19,12 +19,14 @@ enum class LibraryNeed {
 
 struct CommandLine {
   Options options;
-  // The command; none when the program has printed what was asked for, its help say.
+  // The command; none when `text` is all that was asked for, the program's help say.
   std::function<ExitCode(Session&)> run;
+  std::string text;
+  bool isPaged = true;  // long output may go through the pager
   LibraryNeed need = LibraryNeed::Readable;
 };
 
-// Prints help and version where they are asked for. A wrong command line is a Failure.
-[[nodiscard]] CommandLine ReadCommandLine(int count, const char* const* arguments, Output& output);
+// A wrong command line is a Failure, which says what may have been meant.
+[[nodiscard]] CommandLine ReadCommandLine(int count, const char* const* arguments);
 
 }  // namespace tavrel::host

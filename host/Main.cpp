@@ -48,7 +48,7 @@ ExitCode RunOnLibrary(const CommandLine& line, Session& session) {
   const bool isWhole = EndsLikePropertyList(session.place.File());
   const ExitCode code = line.run(session);
   if (isWhole) return code;
-  session.output.Flush();
+  session.output.Finish();
   const std::int32_t songs = session.library.getSongCount(session.library.openAllSongs());
   Complain(session.place.Path() + " is cut off: " + Counted(songs, "song") +
            " read\n  It does not end in </plist>. Copy it again, or let iTunes or Music export it "
@@ -77,9 +77,11 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
 
 ExitCode RunProgram(int count, const char* const* arguments) {
   Output output;
-  const CommandLine line = ReadCommandLine(count, arguments, output);
+  const CommandLine line = ReadCommandLine(count, arguments);
+  if (line.isPaged && !line.options.noPager) output.PageLongOutput();
+  output.Write(line.text);
   const ExitCode code = line.run ? RunWithLibrary(line, output) : ExitCode::Done;
-  output.Flush();
+  output.Finish();
   return code;
 }
 

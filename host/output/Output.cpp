@@ -1,9 +1,11 @@
 #include "host/output/Output.h"
 
 #include <errno.h>
+#include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 
 #include "host/output/Failure.h"
@@ -31,14 +33,38 @@ int WriteAll(int descriptor, std::string_view text) noexcept {
   return 0;
 }
 
+void Output::PageLongOutput() {
+  pagerCommand_ = PagerCommand();
+  if (pagerCommand_.empty()) return;
+  rowsLeft_ = RowsOfTerminal();
+  messages_.emplace(::fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
+}
+
+// The last row is left to the prompt.
+void Output::StartPagerWhenLong(std::string_view text) {
+  const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+  rowsLeft_ -= std::min(rowsLeft_, lines);
+  if (rowsLeft_ > 0) return;
+  pager_.emplace(pagerCommand_, messages_->get());
+  pagerCommand_.clear();
+}
+
+void Output::Finish() {
+  Flush();
+  pager_.reset();
+}
+
 void Output::Write(std::string_view text) {
+  if (!pagerCommand_.empty()) StartPagerWhenLong(text);
   buffer_ += text;
   if (buffer_.size() >= kBufferSize) Flush();
 }
 
 void Output::Flush() {
-  const int error = WriteAll(STDOUT_FILENO, buffer_);
+  const bool isPaged = pager_ && pager_->IsRunning();
+  const int error = WriteAll(isPaged ? pager_->Descriptor() : STDOUT_FILENO, buffer_);
   buffer_.clear();
+  if (error == EPIPE && isPaged) throw Failure(ExitCode::Done, "");
   if (error == EPIPE) throw Failure(ExitCode::Failed, "");
   if (error != 0) {
     throw Failure(ExitCode::Failed,

@@ -38,7 +38,7 @@ TEST_F(CommandLine, AWrongOneIsExitCode2AndPrintsNothing) {
     EXPECT_EQ(outcome.exitCode, 2) << testing::PrintToString(arguments);
     EXPECT_EQ(outcome.output, "") << testing::PrintToString(arguments);
     EXPECT_THAT(outcome.errors, StartsWith("tavrel: ")) << testing::PrintToString(arguments);
-    EXPECT_THAT(outcome.errors, HasSubstr("tavrel --help")) << testing::PrintToString(arguments);
+    EXPECT_THAT(outcome.errors, HasSubstr("See tavrel help")) << testing::PrintToString(arguments);
   }
 }
 
@@ -48,7 +48,7 @@ TEST_F(CommandLine, HelpIsDataAndShowsExamples) {
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.errors, "");
     for (const char* part : {"Examples:", "tavrel songs --all --json", "--home DIR",
-                             "--library PATH", "playlists", "Exit codes: 0 done"}) {
+                             "--library PATH", "playlists", "Exit codes:"}) {
       EXPECT_THAT(outcome.output, HasSubstr(part));
     }
     for (const std::string& line : Lines(outcome.output)) EXPECT_LE(line.size(), 80u) << line;

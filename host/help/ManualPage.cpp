@@ -1,0 +1,72 @@
+#include "host/help/ManualPage.h"
+
+#include "host/help/Guide.h"
+
+namespace tavrel::host {
+namespace {
+
+// A line as text: nothing in it is a request or an escape, and hyphens can be copied.
+std::string Text(std::string_view line) {
+  std::string text;
+  if (line.starts_with('.') || line.starts_with('\'')) text += "\\&";
+  for (const char character : line) {
+    if (character == '\\') {
+      text += "\\e";
+    } else if (character == '-') {
+      text += "\\-";
+    } else {
+      text += character == '\n' ? ' ' : character;
+    }
+  }
+  return text;
+}
+
+std::string Upper(std::string_view title) {
+  std::string upper(title);
+  for (char& letter : upper) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return upper;
+}
+
+void AddOptions(const CommandSummary& command, std::string& page) {
+  for (const OptionSummary& option : command.options) {
+    page += ".TP\n\\fB" + Text(option.Title()) + "\\fR\n" + Text(option.text) + "\n";
+  }
+}
+
+void AddExamples(std::string_view command, std::string& page) {
+  for (const Example& example : ExamplesOf(command)) {
+    page += ".TP\n\\fB" + Text(example.line) + "\\fR\n" + Text(example.text) + "\n";
+  }
+}
+
+void AddCommand(const CommandSummary& command, std::string& page) {
+  page += ".SS \"" + Text(command.path) + "\"\n" + Text(command.text) + ".\n.PP\n" +
+          Text(command.Usage()) + "\n";
+  AddOptions(command, page);
+  for (const CommandSummary& one : command.commands) AddCommand(one, page);
+}
+
+}  // namespace
+
+std::string ManualPage(const CommandSummary& program, std::string_view version) {
+  std::string page = ".TH TAVREL 1 \"\" \"tavrel " + Text(version) + "\"\n";
+  page += ".SH NAME\ntavrel \\- what is in an iTunes library, from outside iTunes\n";
+  page += ".SH SYNOPSIS\n" + Text(program.Usage()) + "\n";
+  page += ".SH DESCRIPTION\n" + Text(program.text) + "\n.SH EXAMPLES\n";
+  AddExamples("", page);
+  page += ".SH COMMANDS\n";
+  for (const CommandSummary& command : program.commands) AddCommand(command, page);
+  page += ".SH OPTIONS\n";
+  AddOptions(program, page);
+  for (const Chapter& chapter : Chapters()) {
+    page += ".SH \"" + Upper(chapter.title) + "\"\n";
+    for (const std::string_view paragraph : chapter.paragraphs) {
+      page += ".PP\n" + Text(paragraph) + "\n";
+    }
+  }
+  return page;
+}
+
+}  // namespace tavrel::host

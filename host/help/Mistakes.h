@@ -1,0 +1,27 @@
+// What to say to somebody whose command line is not understood.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "host/help/CommandSummary.h"
+
+namespace tavrel::host {
+
+// program: the whole definition.
+// command: the one that was recognised, or `program`.
+// extras:  the words that fit nowhere, in their order; not empty.
+// words:   those that stand by their place and were taken, in their order.
+// invocation: "tavrel" and the options that say which library, as given.
+// Result: what is wrong, and what may have been meant.
+[[nodiscard]] std::string ExplainExtras(const CommandSummary& program,
+                                        const CommandSummary& command,
+                                        const std::vector<std::string>& extras,
+                                        const std::vector<std::string>& words,
+                                        const std::string& invocation);
+
+// The message for a command that is not there, with those that may have been meant.
+[[nodiscard]] std::string NoSuchCommand(const CommandSummary& program, const std::string& word,
+                                        const std::string& invocation);
+
+}  // namespace tavrel::host
