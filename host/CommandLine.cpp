@@ -73,10 +73,10 @@ void AskEnvironment(Options& options) {
 void Check(const ArtworkArguments& arguments) {
   const ExportOptions& exporting = arguments.exporting;
   if (arguments.all != arguments.names.empty()) {
-    throw CLI::ValidationError("artwork needs PLAYLIST SONG, or FILE, or --all");
+    throw CLI::ValidationError("covers needs PLAYLIST SONG, or FILE, or --all");
   }
   if (arguments.all && (!arguments.target || arguments.target->empty())) {
-    throw CLI::ValidationError("artwork --all needs a folder: -o DIR");
+    throw CLI::ValidationError("covers --all needs a folder: -o DIR");
   }
   if (arguments.all && arguments.list) {
     throw CLI::ValidationError("--list shows the images of one song or file, not of --all");
@@ -97,7 +97,8 @@ LibraryNeed NeedOf(const ArtworkArguments& arguments) {
 void AddArtwork(CLI::App& parser, CommandLine& line) {
   const auto arguments = std::make_shared<ArtworkArguments>();
   ExportOptions& exporting = arguments->exporting;
-  CLI::App* command = parser.add_subcommand("artwork", "Write covers to files, or list them");
+  CLI::App* command = parser.add_subcommand("covers", "Write covers to files, or list them");
+  command->alias("artwork");
   command
       ->add_option("NAMES", arguments->names,
                    "PLAYLIST SONG: names, or positions as \"tavrel songs\" shows them;\n"
@@ -127,8 +128,17 @@ void AddArtwork(CLI::App& parser, CommandLine& line) {
 }
 
 void AddPlaylists(CLI::App& parser, CommandLine& line) {
-  CLI::App* command = parser.add_subcommand("playlists", "List the playlists");
-  command->callback([&line] { line.run = ListPlaylists; });
+  const auto arguments = std::make_shared<PlaylistsArguments>();
+  CLI::App* command = parser.add_subcommand("playlists", "Show the playlists in their folders");
+  command->add_flag("--all", arguments->all, "Also built-in and empty ones");
+  command
+      ->add_option("--with", arguments->with.words,
+                   "Only those that hold a song with this text; again: with all of them")
+      ->type_name("TEXT")
+      ->allow_extra_args(false);
+  command->callback([&line, arguments] {
+    line.run = [arguments](Session& session) { return ListPlaylists(*arguments, session); };
+  });
 }
 
 void AddRingtones(CLI::App& parser, CommandLine& line) {
@@ -146,33 +156,67 @@ void AddRingtones(CLI::App& parser, CommandLine& line) {
   });
 }
 
-void Check(SearchArguments& arguments) {
-  SearchTerms& terms = arguments.terms;
-  if (arguments.any.has_value() == (terms.name || terms.artist || terms.album)) {
-    throw CLI::ValidationError("search needs either TERM or any of --name, --artist and --album");
+void AddSongListOptions(CLI::App& command, SongListOptions& list) {
+  command
+      .add_option("--fields", list.fields,
+                  "What to show of each song, parted by commas: name,artist,year;\n"
+                  "all: everything that the file says")
+      ->type_name("A,B");
+  command.add_option("--sort", list.sort, "Sort by these fields, the first one first")
+      ->type_name("FIELD[,FIELD]");
+  command.add_flag("--reverse", list.isReversed, "The other way round");
+  command.add_option("--format", list.format, "table, json, jsonl, csv or tsv")
+      ->option_text("FORMAT")
+      ->check(CLI::IsMember({"table", "json", "jsonl", "csv", "tsv"}));
+  command.add_flag("--spreadsheet", list.forSpreadsheet,
+                   "With csv and tsv: an apostrophe before what a spreadsheet would run");
+}
+
+void Check(const SearchArguments& arguments) {
+  const SongQuery& query = arguments.query;
+  const std::vector<FieldTerm> terms = FieldTermsOf(query);
+  if (query.words.empty() && terms.empty() && !query.years) {
+    throw CLI::ValidationError("search needs a WORD, or --name, --artist, --album, ...");
   }
-  if (arguments.any) terms = {arguments.any, arguments.any, arguments.any};
-  for (const auto& term : {terms.name, terms.artist, terms.album}) {
-    if (term && term->empty()) throw CLI::ValidationError("search: an empty text is never found");
+  const auto isEmpty = [](const std::string& text) { return text.empty(); };
+  if (std::any_of(query.words.begin(), query.words.end(), isEmpty) ||
+      std::any_of(terms.begin(), terms.end(),
+                  [](const FieldTerm& term) { return term.text->empty(); })) {
+    throw CLI::ValidationError("search: an empty text is never found");
   }
+  if (query.years && !AreYears(*query.years)) {
+    throw CLI::ValidationError("--year: a year, or two as in 1990-1999");
+  }
+}
+
+void AddSearchTerms(CLI::App& command, SongQuery& query) {
+  command
+      .add_option("WORD", query.words,
+                  "Texts that a song must hold, each anywhere in its name, artist,\n"
+                  "album artist, album or composer; case and accents do not count")
+      ->type_name("");
+  command.add_flag(
+      "--exact", query.exact,
+      "Accents count, and words stand in name, artist or album: the library's own rule");
+  command.add_option("--name", query.name, "A part of the name")->type_name("TEXT");
+  command.add_option("--artist", query.artist, "A part of the artist")->type_name("TEXT");
+  command.add_option("--album", query.album, "A part of the album")->type_name("TEXT");
+  command.add_option("--composer", query.composer, "A part of the composer")->type_name("TEXT");
+  command.add_option("--genre", query.genre, "A part of the genre")->type_name("TEXT");
+  command.add_option("--year", query.years, "The year, or the first and the last one: 1990-1999")
+      ->type_name("YEAR");
 }
 
 void AddSearch(CLI::App& parser, CommandLine& line) {
   const auto arguments = std::make_shared<SearchArguments>();
-  SearchTerms& terms = arguments->terms;
-  CLI::App* command =
-      parser.add_subcommand("search", "Find songs by a part of their name, artist or album");
-  command->add_option("TERM", arguments->any, "A part of any of them; accents count, case does not")
-      ->type_name("");
-  command->add_option("--name", terms.name, "A part of the name")->type_name("TEXT");
-  command->add_option("--artist", terms.artist, "A part of the artist, as an alternative")
-      ->type_name("TEXT");
-  command->add_option("--album", terms.album, "A part of the album, as an alternative")
-      ->type_name("TEXT");
-  command->add_option("--limit", arguments->limit, "Stop after so many songs")
+  CLI::App* command = parser.add_subcommand("search", "Find songs by words");
+  AddSearchTerms(*command, arguments->query);
+  command->add_option("--limit", arguments->limit, "Show so many songs at most")
       ->option_text("N")
       ->check(CLI::Range(1, 2147483647));
   command->add_flag("--count", arguments->countOnly, "Print the number of songs only");
+  command->add_flag("--lists", arguments->withLists, "Also the playlists that hold each song");
+  AddSongListOptions(*command, arguments->list);
   command->callback([&line, arguments] {
     Check(*arguments);
     line.run = [arguments](Session& session) { return SearchSongs(*arguments, session); };
@@ -181,17 +225,38 @@ void AddSearch(CLI::App& parser, CommandLine& line) {
 
 void AddSongs(CLI::App& parser, CommandLine& line) {
   const auto arguments = std::make_shared<SongsArguments>();
-  CLI::App* command = parser.add_subcommand("songs", "List the songs of a playlist");
+  CLI::App* command =
+      parser.add_subcommand("songs", "List the songs of a playlist, or all of them");
   command
-      ->add_option("PLAYLIST", arguments->playlist,
-                   "Its name, or its position as \"tavrel playlists\" shows it")
+      ->add_option("LIST", arguments->playlist,
+                   "A playlist: its name, Folder/Name, id:PERSISTENT-ID or GROUP:POSITION;\n"
+                   "without it every song of the library, in the file's order")
       ->type_name("");
-  command->add_flag("--all", arguments->all, "Every song of the library, in the file's order");
+  command->add_flag("--all", arguments->all, "Every song, as without LIST");
+  AddSongListOptions(*command, arguments->list);
   command->callback([&line, arguments] {
-    if (arguments->all == arguments->playlist.has_value()) {
-      throw CLI::ValidationError("songs needs either PLAYLIST or --all");
+    if (arguments->all && arguments->playlist) {
+      throw CLI::ValidationError("--all and LIST exclude each other");
     }
     line.run = [arguments](Session& session) { return ListSongs(*arguments, session); };
+  });
+}
+
+void AddStatistics(CLI::App& parser, CommandLine& line) {
+  const auto arguments = std::make_shared<StatisticsArguments>();
+  CLI::App* command = parser.add_subcommand("stats", "Count songs and their time by a property");
+  command
+      ->add_option("--by", arguments->by,
+                   "artist (unless told otherwise), albumArtist, album, composer, genre, year,\n"
+                   "decade, rating, added or kind")
+      ->option_text("FIELD")
+      ->check(CLI::IsMember({"artist", "albumArtist", "album", "composer", "genre", "year",
+                             "decade", "rating", "added", "kind"},
+                            CLI::ignore_case));
+  command->add_option("--top", arguments->top, "So many of those with the most songs, or all")
+      ->option_text("N|all");
+  command->callback([&line, arguments] {
+    line.run = [arguments](Session& session) { return ShowStatistics(*arguments, session); };
   });
 }
 
@@ -329,6 +394,7 @@ CommandLine ReadCommandLine(int count, const char* const* arguments) {
   AddRingtones(parser, line);
   AddSearch(parser, line);
   AddSongs(parser, line);
+  AddStatistics(parser, line);
   AddTexts(parser, line, request);
   const CommandSummary program = Summarize(parser, "");
 

@@ -6,6 +6,7 @@
 
 #include "host/artwork/FileNames.h"
 #include "host/library/AlbumGrouping.h"
+#include "host/library/SongRecord.h"
 
 namespace tavrel::host {
 namespace {
@@ -26,8 +27,9 @@ std::string JoinNames(std::initializer_list<std::optional<std::string_view>> par
 // The part of each song.
 std::vector<Part> GroupSongs(const LibraryFunctions& library, AlbumGrouping& grouping) {
   std::vector<Part> parts;
-  ForEachSong(library, library.openAllSongs(),
-              [&](std::int32_t, const Song& song) { parts.push_back(grouping.Add(song)); });
+  ForEachRecord(
+      library, library.openAllSongs(), FieldsOfSong(),
+      [&](std::int32_t, const SongRecord& song) { parts.push_back(grouping.Add(AsSong(song))); });
   return parts;
 }
 
@@ -66,7 +68,8 @@ std::vector<Album> ReadAlbums(const LibraryFunctions& library) {
     const std::size_t album = albumOf[*parts[i]];
     if (!places[album]) {
       const Song& first = reader.Read(songs, position);
-      const auto artist = haveOneArtist[album] ? first.artist : std::optional(kVariousArtists);
+      const std::string_view artist =
+          haveOneArtist[album] ? grouping.ArtistOf(album) : kVariousArtists;
       places[album] = albums.size();
       albums.push_back({JoinNames({artist, first.album}), {}});
     }

@@ -15,6 +15,7 @@
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
+#include "host/library/SongRecord.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"
 #include "host/output/NewFile.h"
@@ -185,8 +186,8 @@ ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   const std::vector<Playlist> playlists = ReadPlaylists(library);
   const Playlist& playlist = FindPlaylist(playlists, arguments.names[0]);
   const std::int32_t position = FindSong(playlist, arguments.names[1], library);
-  SongReader reader(library);
-  const Song& song = reader.Read(playlist.handle, position);
+  SongRecordReader reader(library, FieldsOfSong());
+  const Song song = AsSong(reader.Read(playlist.handle, position));
   const Artwork own(library, library.openArtworkAny(playlist.handle, position));
   if (arguments.list) {
     if (own.IsOpen()) return ListImages(own, session);

@@ -10,8 +10,9 @@
 #include <vector>
 
 #include "host/artwork/Export.h"
+#include "host/commands/SongList.h"
 #include "host/library/Session.h"
-#include "host/library/SongSearch.h"
+#include "host/library/SongMatching.h"
 #include "host/output/Failure.h"
 
 namespace tavrel::host {
@@ -24,27 +25,40 @@ struct ArtworkArguments {
   ExportOptions exporting;
 };
 
+struct PlaylistsArguments {
+  bool all = false;  // built-in and empty ones, too
+  SongQuery with;    // only those that hold such a song; without words all
+};
+
 struct RingtoneArguments {
   std::string file;  // as the user wrote it
   bool force = false;
 };
 
 struct SearchArguments {
-  std::optional<std::string> any;
-  SearchTerms terms;
+  SongQuery query;
   std::size_t limit = 0;  // 0: none
   bool countOnly = false;
+  bool withLists = false;
+  SongListOptions list;
+};
+
+struct StatisticsArguments {
+  std::string by = "artist";
+  std::optional<std::string> top;  // a number, or "all"; none: what suits the list
 };
 
 struct SongsArguments {
-  std::optional<std::string> playlist;
-  bool all = false;
+  std::optional<std::string> playlist;  // none: all songs
+  bool all = false;                     // the same, said aloud
+  SongListOptions list;
 };
 
 // Each prints to the session's output. A result of Failed is one that was said already.
 [[nodiscard]] ExitCode ShowOverview(Session& session);  // without a command
 [[nodiscard]] ExitCode ShowArtwork(const ArtworkArguments& arguments, Session& session);
-[[nodiscard]] ExitCode ListPlaylists(Session& session);
+[[nodiscard]] ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session);
+[[nodiscard]] ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session);
 [[nodiscard]] ExitCode ListRingtones(Session& session);
 [[nodiscard]] ExitCode AddRingtone(const RingtoneArguments& arguments, Session& session);
 [[nodiscard]] ExitCode SearchSongs(const SearchArguments& arguments, Session& session);

@@ -18,8 +18,8 @@ using GroupCounts = std::array<std::int32_t, kGroupCount>;
 
 GroupCounts CountPlaylists(const Library& library) {
   GroupCounts counts{};
-  for (std::int32_t group = 0; group < kGroupCount; ++group) {
-    counts[static_cast<std::size_t>(group)] = library.getPlaylistCount(group);
+  for (const Playlist& playlist : ReadPlaylists(library)) {
+    if (playlist.isInFile) ++counts[static_cast<std::size_t>(playlist.group)];
   }
   return counts;
 }
@@ -100,11 +100,19 @@ void PrintSideBySide(const Table& left, const Table& right, Session& session) {
   }
 }
 
+// What is neither a film nor a podcast.
+std::int64_t MusicOf(const Statistics& statistics) {
+  return statistics.songs - statistics.movies - statistics.podcasts;
+}
+
 // What the library amounts to, in parts that stay whole where the line has to be folded.
 std::vector<std::string> SongSummary(const Statistics& statistics) {
-  std::string songs = Counted(statistics.songs, "song");
-  if (statistics.movies > 0) songs += fmt::format(" ({})", Counted(statistics.movies, "movie"));
-  return {songs + ",", Span(statistics.time)};
+  std::vector<std::string> parts{Counted(MusicOf(statistics), "song") + ","};
+  if (statistics.movies > 0) parts.push_back(Counted(statistics.movies, "movie") + ",");
+  if (statistics.podcasts > 0)
+    parts.push_back(Counted(statistics.podcasts, "podcast episode") + ",");
+  parts.push_back(Span(statistics.time));
+  return parts;
 }
 
 std::vector<std::string> PlaylistSummary(const GroupCounts& groups) {
@@ -132,6 +140,13 @@ void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Sessio
                   session);
   Print(AlbumTable(statistics.albums), session);
   Print(PlayedTable(statistics.mostPlayed), session);
+  if (terminal.width == 0) return;
+  session.output.WriteLine("");
+  for (const std::string& line : FoldLine({"Next:", "tavrel songs,", "tavrel search WORD,",
+                                           "tavrel playlists,", "tavrel stats,", "tavrel --help"},
+                                          terminal.width)) {
+    session.output.WriteLine(line);
+  }
 }
 
 // ---- As JSON ----
@@ -158,7 +173,9 @@ void PrintJson(const Statistics& statistics, const GroupCounts& groups, Session&
   const JsonObject playlists{{"library", groups[0]}, {"genius", groups[1]}, {"other", groups[2]}};
   const JsonObject overview{{"library", session.libraryPath},
                             {"songs", statistics.songs},
+                            {"music", MusicOf(statistics)},
                             {"movies", statistics.movies},
+                            {"podcasts", statistics.podcasts},
                             {"totalTime", statistics.time},
                             {"playlists", playlists},
                             {"artists", TalliesJson(statistics.artists, false)},

@@ -1,59 +1,171 @@
-// tavrel playlists: every playlist, group by group.
+// tavrel playlists: the playlists in their folders.
 #include "host/library/Playlists.h"
 
 #include <fmt/format.h>
 
+#include <algorithm>
+
 #include "host/commands/Commands.h"
+#include "host/library/PlaylistTree.h"
+#include "host/library/SongPlaces.h"
+#include "host/output/Format.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
 
 namespace tavrel::host {
 namespace {
 
-void PrintTable(const std::vector<Playlist>& playlists, Session& session) {
-  const Table table(
-      {
-          {.title = "Group", .style = Style::Dim},
-          {.title = "Position", .align = Align::Right},
-          {.title = "Kind", .align = Align::Right, .style = Style::Dim, .rank = 1},
-          {.title = "Songs", .align = Align::Right},
-          {.title = "Name", .weight = 1},
-      },
-      [&](Rows& rows) {
-        for (const Playlist& playlist : playlists) {
-          rows.Add(GroupName(playlist.group));
-          rows.Add(fmt::format("{}:{}", playlist.group, playlist.position));
-          rows.Add(playlist.kind);
-          rows.Add(playlist.songCount);
-          rows.Add(playlist.name.value_or(""));
-        }
-      });
+constexpr std::size_t kDeepestShown =
+    20;  // what is deeper stands below it without going further in
+
+// A playlist with what is told of it.
+struct ListFacts {
+  const Playlist* playlist;
+  const Playlist* folder;  // that holds it; null at the top
+  std::size_t depth;
+  std::int64_t time;                // in milliseconds
+  std::vector<std::int32_t> found;  // songs that were looked for, as positions in the playlist
+};
+
+std::int64_t TimeOf(const Playlist& playlist, const Library& library) {
+  std::int64_t time = 0;
+  for (std::int32_t i = 0; i < playlist.songCount; ++i) {
+    SongInfo song{};
+    library.getSongInfo(playlist.handle, i, &song);
+    time += std::max(song.totalTime, 0);
+  }
+  return time;
+}
+
+// Playlists that the user has made, and that hold something; folders around one that is shown are, too.
+std::vector<bool> ChooseShown(const std::vector<Playlist>& playlists,
+                              const std::vector<TreeEntry>& tree, bool all,
+                              const std::vector<std::vector<std::int32_t>>* found) {
+  std::vector<bool> shown(playlists.size(), false);
+  for (auto entry = tree.rbegin(); entry != tree.rend(); ++entry) {
+    const Playlist& playlist = playlists[entry->playlist];
+    const bool isOwn = playlist.type != PlaylistType::BuiltIn && playlist.songCount > 0;
+    const bool isFound = found == nullptr || !(*found)[entry->playlist].empty();
+    if (playlist.isInFile && (all || isOwn) && isFound) shown[entry->playlist] = true;
+    if (shown[entry->playlist] && entry->parent != kNoParent) shown[entry->parent] = true;
+  }
+  return shown;
+}
+
+// For each playlist the positions of the songs that match.
+std::vector<std::vector<std::int32_t>> FindInPlaylists(const std::vector<Playlist>& playlists,
+                                                       const SongQuery& query,
+                                                       const Library& library) {
+  std::vector<bool> matches(static_cast<std::size_t>(library.getSongCount(library.openAllSongs())),
+                            false);
+  for (const std::int32_t song : MatchSongs(library, query, 0)) {
+    matches[static_cast<std::size_t>(song)] = true;
+  }
+  const SongNumbers numbers(library);
+  std::vector<std::vector<std::int32_t>> found(playlists.size());
+  for (std::size_t list = 0; list < playlists.size(); ++list) {
+    for (std::int32_t i = 0; i < playlists[list].songCount; ++i) {
+      const std::int32_t song = numbers.Of(playlists[list].handle, i);
+      if (song >= 0 && matches[static_cast<std::size_t>(song)]) found[list].push_back(i);
+    }
+  }
+  return found;
+}
+
+void PrintTable(const std::vector<ListFacts>& lists, bool withFound, Session& session) {
+  std::vector<Column> columns{
+      {.title = "Name", .weight = 1},
+      {.title = "Type", .style = Style::Dim},
+      {.title = "Songs", .align = Align::Right},
+      {.title = "Time", .align = Align::Right, .rank = 1},
+      {.title = "At", .align = Align::Right, .style = Style::Dim, .rank = 2}};
+  if (withFound) columns.push_back({.title = "Found", .align = Align::Right});
+  const Table table(columns, [&](Rows& rows) {
+    for (const ListFacts& list : lists) {
+      rows.Add(std::string(2 * std::min(list.depth, kDeepestShown), ' ') +
+               list.playlist->name.value_or(""));
+      rows.Add(TypeName(list.playlist->type));
+      rows.Add(list.playlist->songCount);
+      rows.Add(Clock(list.time));
+      rows.Add(fmt::format("{}:{}", list.playlist->group, list.playlist->position));
+      if (withFound) rows.Add(static_cast<std::int64_t>(list.found.size()));
+    }
+  });
   table.Print(session.terminal, session.output);
 }
 
-void PrintJson(const std::vector<Playlist>& playlists, Session& session) {
-  JsonList list(session.output);
-  for (const Playlist& playlist : playlists) {
-    list.Add(JsonObject{{"group", playlist.group},
-                        {"position", playlist.position},
-                        {"kind", playlist.kind},
-                        {"songs", playlist.songCount},
-                        {"name", playlist.name}});
+JsonValue TextOrNull(const std::string& text) {
+  return text.empty() ? JsonValue(kJsonNull) : JsonValue(text);
+}
+
+void PrintJson(const std::vector<ListFacts>& lists, bool withFound, Session& session) {
+  SongColumns columns;
+  columns.fields = AllFields();
+  const SongJson songs(columns, session);
+  SongRecordReader reader(session.library, columns.Wanted());
+  JsonList array(session.output);
+  for (const ListFacts& list : lists) {
+    const Playlist& playlist = *list.playlist;
+    JsonObject object{
+        {"id", TextOrNull(playlist.id)},
+        {"name", playlist.name},
+        {"type", TypeName(playlist.type)},
+        {"folder", list.folder == nullptr ? JsonValue(kJsonNull) : TextOrNull(list.folder->id)},
+        {"group", playlist.group},
+        {"position", playlist.position},
+        {"kind", playlist.kind},
+        {"songs", playlist.songCount},
+        {"seconds", list.time / 1000}};
+    std::string json = object.Text();
+    if (withFound) {
+      json.back() = ',';
+      json += "\"found\":[";
+      std::string_view between;
+      for (const std::int32_t song : list.found) {
+        json += between;
+        songs.AppendOpen(json, reader.Read(playlist.handle, song));
+        json += '}';
+        between = ",";
+      }
+      json += "]}";
+    }
+    array.AddText(json);
   }
-  list.End();
+  array.End();
 }
 
 }  // namespace
 
-ExitCode ListPlaylists(Session& session) {
+ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session) {
   const std::vector<Playlist> playlists = ReadPlaylists(session.library);
-  if (session.options.json) {
-    PrintJson(playlists, session);
-  } else if (!playlists.empty()) {
-    PrintTable(playlists, session);
+  const std::vector<TreeEntry> tree = MakeTree(playlists);
+  const bool withFound = !arguments.with.words.empty();
+  std::vector<std::vector<std::int32_t>> found(playlists.size());
+  if (withFound) found = FindInPlaylists(playlists, arguments.with, session.library);
+  const std::vector<bool> shown =
+      ChooseShown(playlists, tree, arguments.all, withFound ? &found : nullptr);
+
+  std::vector<ListFacts> lists;
+  for (const TreeEntry& entry : tree) {
+    if (!shown[entry.playlist]) continue;
+    const Playlist& playlist = playlists[entry.playlist];
+    lists.push_back({&playlist, entry.parent == kNoParent ? nullptr : &playlists[entry.parent],
+                     entry.depth, TimeOf(playlist, session.library),
+                     std::move(found[entry.playlist])});
   }
-  if (!playlists.empty()) return ExitCode::Done;
-  Complain("the library has no playlists");
+  if (session.options.json) {
+    PrintJson(lists, withFound, session);
+  } else if (!lists.empty()) {
+    PrintTable(lists, withFound, session);
+  }
+  if (!lists.empty()) return ExitCode::Done;
+  if (withFound) {
+    Complain("no playlist holds such a song");
+  } else {
+    Complain(arguments.all
+                 ? "the library has no playlists"
+                 : "the library has no playlists of your own; --all shows the built-in ones");
+  }
   return ExitCode::Failed;
 }
 

@@ -70,31 +70,17 @@ std::vector<Spelling> MostFrequent(const Spellings& spellings) {
   return list;
 }
 
-std::string Named(const SearchTerms& terms) {
-  std::vector<std::string> all;
-  for (const auto& term : {terms.name, terms.artist, terms.album}) {
-    if (term && std::find(all.begin(), all.end(), *term) == all.end()) all.push_back(*term);
-  }
-  std::string names;
-  for (const std::string& term : all) {
-    if (!names.empty()) names += " or ";
-    names += '"' + Clean(term) + '"';
-  }
-  return names;
-}
-
 }  // namespace
 
-std::string NothingFound(const LibraryFunctions& library, const SearchTerms& terms) {
+std::string SpellingHint(const LibraryFunctions& library, const SearchTerms& terms) {
   const Terms prepared(terms);
   Spellings spellings;
   ForEachSong(library, library.openAllSongs(), [&](std::int32_t, const Song& song) {
     if (const auto found = prepared.FirstSpellingIn(song)) Count(*found, spellings);
   });
 
-  std::string message = "no song matches " + Named(terms);
-  if (spellings.empty()) return message;
-  message += "; accents count. Do you mean:";
+  if (spellings.empty()) return {};
+  std::string message = "; accents count. Do you mean:";
   for (const Spelling& spelling : MostFrequent(spellings)) {
     message += "\n  " + Clean(spelling.text) + "  (" + Counted(spelling.songs, "song") + ")";
   }

@@ -8,8 +8,8 @@
 
 namespace tavrel::host {
 
-// The message; it names spellings that would be found, if accents are all that stands between them
-// and the terms.
-[[nodiscard]] std::string NothingFound(const LibraryFunctions& library, const SearchTerms& terms);
+// The end of the message: spellings that would be found, where accents are all that stands between them and
+// the terms; else empty.
+[[nodiscard]] std::string SpellingHint(const LibraryFunctions& library, const SearchTerms& terms);
 
 }  // namespace tavrel::host

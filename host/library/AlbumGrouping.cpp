@@ -15,12 +15,18 @@ std::string_view FolderOf(std::string_view path) {
   return path.substr(0, path.rfind('/') + 1);
 }
 
+std::string_view ArtistOf(const Song& song) {
+  const std::string_view albumArtist = song.albumArtist.value_or("");
+  if (!albumArtist.empty()) return albumArtist;
+  return song.isCompilation ? kVariousArtists : song.artist.value_or("");
+}
+
 }  // namespace
 
 std::optional<std::size_t> AlbumGrouping::Add(const Song& song) {
   const std::string_view title = song.album.value_or("");
   if (title.empty()) return std::nullopt;
-  const std::string_view artist = song.artist.value_or("");
+  const std::string_view artist = host::ArtistOf(song);
   SetKey(key_, title, artist);
   auto known = byArtist_.find(key_);
   if (known == byArtist_.end()) {
@@ -42,7 +48,7 @@ std::optional<std::size_t> AlbumGrouping::Add(const Song& song) {
 
 std::optional<std::size_t> AlbumGrouping::Find(const Song& song) const {
   std::string key;
-  SetKey(key, Compose(song.album.value_or("")), Compose(song.artist.value_or("")));
+  SetKey(key, Compose(song.album.value_or("")), Compose(host::ArtistOf(song)));
   const auto known = byArtist_.find(key);
   return known == byArtist_.end() ? std::nullopt : std::optional(known->second);
 }

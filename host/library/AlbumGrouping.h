@@ -16,7 +16,8 @@ inline constexpr std::string_view kVariousArtists = "Various Artists";
 
 // Puts songs together to albums. Songs belong to one album when they name the same one and share
 // their artist or their folder, so that an album of several artists stays together, and so do the
-// discs of one artist. How accents are composed makes no difference.
+// discs of one artist. An album artist counts instead of the artist; compilations of one name without an
+// album artist are one album. How accents are composed makes no difference.
 //
 //   song ──► part: a title by an artist         "Hits" by A   "Hits" by B   "Hits" by C
 //                                                    └─ one folder ─┘            │

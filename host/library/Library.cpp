@@ -75,7 +75,6 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "GetPlaylistKind", getPlaylistKind);
   Find(handle, "GetSongCount", getSongCount);
   Find(handle, "GetSongInfo", getSongInfo);
-  Find(handle, "SearchSong", searchSong);
   Find(handle, "AppendRingtone", appendRingtone);
   Find(handle, "GetArtworkCount", getArtworkCount);
   Find(handle, "GetArtworkInfo", getArtworkInfo);
@@ -86,6 +85,9 @@ Library::Library(const std::optional<std::string>& home)
   Find(handle, "GetSongProperty", getSongProperty);
   Find(handle, "GetLibraryProperty", getLibraryProperty);
   Find(handle, "VisitLibraryProperties", visitLibraryProperties);
+  Find(handle, "VisitSongProperties", visitSongProperties);
+  Find(handle, "VisitPlaylistProperties", visitPlaylistProperties);
+  Find(handle, "FindSongs", findSongs);
 }
 
 }  // namespace tavrel::host

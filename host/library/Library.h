@@ -17,7 +17,6 @@ struct LibraryFunctions {
   decltype(&::GetPlaylistKind) getPlaylistKind;
   decltype(&::GetSongCount) getSongCount;
   decltype(&::GetSongInfo) getSongInfo;
-  decltype(&::SearchSong) searchSong;
   decltype(&::AppendRingtone) appendRingtone;
   decltype(&::GetArtworkCount) getArtworkCount;
   decltype(&::GetArtworkInfo) getArtworkInfo;
@@ -28,6 +27,9 @@ struct LibraryFunctions {
   decltype(&::GetSongProperty) getSongProperty;
   decltype(&::GetLibraryProperty) getLibraryProperty;
   decltype(&::VisitLibraryProperties) visitLibraryProperties;
+  decltype(&::VisitSongProperties) visitSongProperties;
+  decltype(&::VisitPlaylistProperties) visitPlaylistProperties;
+  decltype(&::FindSongs) findSongs;
 };
 
 // The opened library; its handles end with it.

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "host/library/PlaylistTree.h"
 #include "host/output/EditDistance.h"
 #include "host/output/Failure.h"
 #include "host/output/Text.h"
@@ -49,8 +50,60 @@ Matches Select(const std::vector<Playlist>& playlists,
 }
 
 std::string Describe(const Playlist& playlist) {
-  return fmt::format("{}:{}  {}", playlist.group, playlist.position,
-                     Clean(playlist.name.value_or("")));
+  const std::string name = Clean(playlist.name.value_or(""));
+  if (playlist.id.empty()) return fmt::format("{}:{}  {}", playlist.group, playlist.position, name);
+  return fmt::format("id:{}  {}", Clean(playlist.id), name);
+}
+
+// Finds playlists by the names of the folders around them.
+class Paths {
+ public:
+  Paths(const std::vector<Playlist>& playlists, bool isFolded)
+      : playlists_(playlists), isFolded_(isFolded), parents_(playlists.size(), kNoParent) {
+    for (const TreeEntry& entry : MakeTree(playlists)) parents_[entry.playlist] = entry.parent;
+    for (const Playlist& playlist : playlists) names_.push_back(Form(playlist.name.value_or("")));
+  }
+
+  // Those whose name, with folders in front of it, is the path. Cost for each: the length of the path.
+  [[nodiscard]] Matches Find(const std::string& path) const {
+    const std::string wanted = Form(path);
+    Matches matches;
+    for (std::size_t i = 0; i < playlists_.size(); ++i) {
+      if (EndsWith(wanted, i)) matches.push_back(&playlists_[i]);
+    }
+    return matches;
+  }
+
+ private:
+  [[nodiscard]] std::string Form(const std::string& text) const {
+    return isFolded_ ? Fold(text) : text;
+  }
+
+  [[nodiscard]] bool EndsWith(std::string_view rest, std::size_t playlist) const {
+    while (playlist != kNoParent && !names_[playlist].empty() && rest.ends_with(names_[playlist])) {
+      rest.remove_suffix(names_[playlist].size());
+      if (rest.empty()) return true;
+      if (!rest.ends_with('/')) return false;
+      rest.remove_suffix(1);
+      playlist = parents_[playlist];
+    }
+    return false;
+  }
+
+  const std::vector<Playlist>& playlists_;
+  bool isFolded_;
+  std::vector<std::size_t> parents_;
+  std::vector<std::string> names_;
+};
+
+const Playlist& FindById(const std::vector<Playlist>& playlists, const std::string& wanted) {
+  const std::string id = Fold(wanted);
+  const Matches matches =
+      Select(playlists, [&](const Playlist& playlist) { return Fold(playlist.id) == id; });
+  if (!id.empty() && !matches.empty()) return *matches.front();
+  throw Failure(ExitCode::Failed, fmt::format("there is no playlist with the ID \"{}\"\n"
+                                              "  tavrel playlists --json shows the IDs.",
+                                              Clean(wanted)));
 }
 
 Failure NoSuchPlace(const std::vector<Playlist>& playlists, const Place& place) {
@@ -69,8 +122,8 @@ Failure NoSuchPlace(const std::vector<Playlist>& playlists, const Place& place) 
 }
 
 Failure SeveralMatches(const std::string& wanted, const Matches& matches) {
-  std::string message = fmt::format(
-      "{} playlists are named \"{}\"; choose one by its position:", matches.size(), Clean(wanted));
+  std::string message =
+      fmt::format("{} playlists are named \"{}\"; choose one of:", matches.size(), Clean(wanted));
   for (const Playlist* match : matches) message += "\n  " + Describe(*match);
   return {ExitCode::Failed, message};
 }
@@ -117,6 +170,8 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
 }  // namespace
 
 const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::string& wanted) {
+  constexpr std::string_view kId = "id:";
+  if (wanted.starts_with(kId)) return FindById(playlists, wanted.substr(kId.size()));
   if (const std::optional<Place> place = ParsePlace(wanted)) {
     const Matches matches = Select(playlists, [&](const Playlist& playlist) {
       return playlist.group == place->group && playlist.position == place->position;
@@ -127,12 +182,15 @@ const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::
 
   Matches matches =
       Select(playlists, [&](const Playlist& playlist) { return playlist.name == wanted; });
+  const bool isPath = wanted.find('/') != std::string::npos;
+  if (matches.empty() && isPath) matches = Paths(playlists, false).Find(wanted);
   if (matches.empty()) {
     const std::string folded = Fold(wanted);
     matches = Select(playlists, [&](const Playlist& playlist) {
       return playlist.name && Fold(*playlist.name) == folded;
     });
   }
+  if (matches.empty() && isPath) matches = Paths(playlists, true).Find(wanted);
   if (matches.empty()) throw NoMatch(playlists, wanted);
   if (matches.size() > 1) throw SeveralMatches(wanted, matches);
   return *matches.front();

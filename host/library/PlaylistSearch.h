@@ -8,9 +8,9 @@
 
 namespace tavrel::host {
 
-// The playlist that `wanted` names: GROUP:POSITION, else a name, else a name that differs only in
-// case or in how its accents are composed. When there is none, or several, a Failure says so, and
-// which ones come near.
+// The playlist that `wanted` names: id:PERSISTENT-ID, GROUP:POSITION, else a name, else a name behind those
+// of the folders around it ("Composers/Bach"), else either of them that differs only in case or in how its
+// accents are composed. When there is none, or several, a Failure says so, and which ones come near.
 [[nodiscard]] const Playlist& FindPlaylist(const std::vector<Playlist>& playlists,
                                            const std::string& wanted);
 

@@ -16,6 +16,11 @@ inline constexpr std::int32_t kGroupCount = 3;
 // What the groups are called on screen: "library", "Genius", "other".
 [[nodiscard]] std::string_view GroupName(std::int32_t group);
 
+enum class PlaylistType { List, Smart, Folder, BuiltIn };
+
+// "list", "smart", "folder", "built-in"
+[[nodiscard]] std::string_view TypeName(PlaylistType type);
+
 struct Playlist {
   std::int32_t group;
   std::int32_t position;
@@ -23,6 +28,10 @@ struct Playlist {
   std::int32_t kind;
   std::int32_t songCount;
   PlaylistRecord* handle;
+  std::string id = {};      // its persistent ID; empty when it has none
+  std::string parent = {};  // the ID of the folder that holds it; empty at the top
+  PlaylistType type = PlaylistType::List;
+  bool isInFile = true;  // not so of the list of ringtones
 };
 
 // Every playlist, group by group.

@@ -10,17 +10,20 @@
 
 namespace tavrel::host {
 
-// One song; a text that the song does not have is none.
+// One song; a text that the song does not have is none. SongReader tells nothing of what has a star.
 struct Song {
   std::optional<std::string_view> name;
   std::optional<std::string_view> location;
   std::optional<std::string_view> artist;
+  std::optional<std::string_view> albumArtist;  // *
   std::optional<std::string_view> album;
   std::optional<std::string_view> genre;
   std::int32_t totalTime = 0;  // in milliseconds
   std::int32_t playCount = 0;
   std::int32_t trackNumber = 0;
   bool isMovie = false;
+  bool isPodcast = false;      // *
+  bool isCompilation = false;  // *
 };
 
 // Reads songs one after the other into one buffer.

@@ -17,18 +17,8 @@ struct SearchTerms {
   std::optional<std::string> album;
 };
 
-struct FoundSong {
-  std::int32_t track;        // its position among all songs
-  PlaylistRecord* playlist;  // the first that holds it; null when none does
-  std::int32_t position;     // in that playlist
-};
-
-// The first `limit` songs that are found, in the file's order; 0 for all.
-[[nodiscard]] std::vector<FoundSong> FindSongs(const LibraryFunctions& library,
-                                               const SearchTerms& terms, std::size_t limit);
-
-// The number of them alone, which takes less time.
-[[nodiscard]] std::size_t CountSongs(const LibraryFunctions& library, const SearchTerms& terms,
-                                     std::size_t limit);
+// The positions of what is found among all songs, in the file's order.
+[[nodiscard]] std::vector<std::int32_t> FindSongs(const LibraryFunctions& library,
+                                                  const SearchTerms& terms);
 
 }  // namespace tavrel::host

@@ -6,7 +6,7 @@
 #include <tuple>
 
 #include "host/library/AlbumGrouping.h"
-#include "host/library/SongReader.h"
+#include "host/library/SongRecord.h"
 #include "host/library/TextHash.h"
 #include "host/output/Text.h"
 
@@ -114,16 +114,22 @@ Statistics CollectStatistics(const LibraryFunctions& library) {
   Albums albums;
   Names genres;
   MostPlayed mostPlayed;
-  ForEachSong(library, library.openAllSongs(), [&](std::int32_t, const Song& song) {
-    const std::int64_t time = std::max(song.totalTime, 0);
-    ++statistics.songs;
-    if (song.isMovie) ++statistics.movies;
-    statistics.time += time;
-    artists.Add(song.artist, time);
-    albums.Add(song, time);
-    genres.Add(song.genre, time);
-    mostPlayed.Count(song);
-  });
+  ForEachRecord(library, library.openAllSongs(), FieldsOfSong(),
+                [&](std::int32_t, const SongRecord& record) {
+                  const Song song = AsSong(record);
+                  const std::int64_t time = std::max(song.totalTime, 0);
+                  ++statistics.songs;
+                  if (song.isPodcast) {
+                    ++statistics.podcasts;
+                  } else if (song.isMovie) {
+                    ++statistics.movies;
+                  }
+                  statistics.time += time;
+                  artists.Add(song.artist, time);
+                  albums.Add(song, time);
+                  genres.Add(song.genre, time);
+                  mostPlayed.Count(song);
+                });
   statistics.artists = Top(artists.All());
   statistics.albums = Top(albums.All());
   statistics.genres = Top(genres.All());

@@ -27,8 +27,9 @@ struct PlayedSong {
 
 struct Statistics {
   std::int64_t songs = 0;
-  std::int64_t movies = 0;  // of the songs
-  std::int64_t time = 0;    // in milliseconds; a song with a negative time counts as 0
+  std::int64_t movies = 0;    // of the songs, those that are no podcasts
+  std::int64_t podcasts = 0;  // of the songs
+  std::int64_t time = 0;      // in milliseconds; a song with a negative time counts as 0
   // At most kTopCount each. The first has the most songs, or plays; equal ones stand in the order
   // of their times, then of their names. Songs that lack the text are not counted.
   std::vector<Tally> artists;

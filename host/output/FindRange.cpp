@@ -4,10 +4,10 @@
 #include <utf8proc.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "host/output/Text.h"
 #include "text/TextFolding.h"
 
 namespace tavrel::host {
@@ -15,6 +15,7 @@ namespace {
 
 // The length of the character at the start of a valid, non-empty text.
 std::size_t CharacterLength(std::string_view text) {
+  if (static_cast<unsigned char>(text[0]) < 0x80) return 1;
   utf8proc_int32_t code = 0;
   const utf8proc_ssize_t length =
       utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
@@ -30,14 +31,26 @@ void AppendFolded(std::string& target, std::string_view text) {
 }
 
 void AppendWithoutAccents(std::string& target, std::string_view character) {
-  utf8proc_uint8_t* mapped = nullptr;
-  const auto options = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE |
-                                                      UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK);
-  const utf8proc_ssize_t size =
-      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(character.data()),
-                   static_cast<utf8proc_ssize_t>(character.size()), &mapped, options);
-  if (size > 0) target.append(reinterpret_cast<char*>(mapped), static_cast<std::size_t>(size));
-  std::free(mapped);
+  constexpr std::size_t kMostParts = 32;  // a character has at most 18
+  constexpr auto kOptions = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE |
+                                                           UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK);
+  const auto byte = static_cast<unsigned char>(character[0]);
+  if (byte < 0x80) {
+    target += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte);
+    return;
+  }
+  utf8proc_int32_t code = 0;
+  const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(character.data());
+  if (utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(character.size()), &code) <= 0) return;
+  utf8proc_int32_t parts[kMostParts];
+  int boundary = 0;
+  const utf8proc_ssize_t count =
+      utf8proc_decompose_char(code, parts, kMostParts, kOptions, &boundary);
+  for (utf8proc_ssize_t i = 0; i < count && count <= utf8proc_ssize_t{kMostParts}; ++i) {
+    utf8proc_uint8_t encoded[4];
+    const utf8proc_ssize_t size = utf8proc_encode_char(parts[i], encoded);
+    target.append(reinterpret_cast<char*>(encoded), static_cast<std::size_t>(size));
+  }
 }
 
 // Maps `text` character by character. Result: the mapped text; ends: where each character's part of
@@ -83,6 +96,14 @@ std::optional<TextRange> FindRange(std::string_view text, const text::SearchTerm
   std::vector<std::size_t> ends;
   (void)MapCharacters(text, ends, AppendFolded);
   return OriginalRange(text, ends, place, place + term.foldedSize());
+}
+
+void AppendAccentless(std::string& target, std::string_view text) {
+  while (!text.empty()) {
+    const Character first = FirstCharacter(text);
+    if (first.code >= 0) AppendWithoutAccents(target, text.substr(0, first.length));
+    text.remove_prefix(first.length);
+  }
 }
 
 AccentlessTerm::AccentlessTerm(std::string_view part) {

@@ -15,6 +15,9 @@ namespace tavrel::host {
 [[nodiscard]] std::optional<TextRange> FindRange(std::string_view text,
                                                  const text::SearchTerm& term);
 
+// Appends `text` as it compares without its accents and case. Cost: linear.
+void AppendAccentless(std::string& target, std::string_view text);
+
 // A text that is looked for without its accents and case.
 class AccentlessTerm {
  public:

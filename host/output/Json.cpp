@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
@@ -43,6 +44,11 @@ std::string WithoutUnseen(const std::string& plain) {
   return escaped;
 }
 
+bool StandsForItself(char letter) {
+  const auto byte = static_cast<unsigned char>(letter);
+  return byte >= 0x20 && byte < 0x7F && letter != '"' && letter != '\\';
+}
+
 void AppendWithComma(std::string& list, std::string_view name, const std::string& value) {
   if (!list.empty()) list += ',';
   if (!name.empty()) list.append(1, '"').append(name).append("\":");
@@ -51,7 +57,17 @@ void AppendWithComma(std::string& list, std::string_view name, const std::string
 
 }  // namespace
 
-JsonValue::JsonValue(std::string_view text) : text_(WithoutUnseen(Quoted(text))) {}
+JsonValue::JsonValue(std::string_view text) {
+  AppendJsonText(text_, text);
+}
+
+void AppendJsonText(std::string& json, std::string_view text) {
+  if (std::all_of(text.begin(), text.end(), StandsForItself)) {
+    json.append(1, '"').append(text).append(1, '"');
+  } else {
+    json += WithoutUnseen(Quoted(text));
+  }
+}
 
 JsonValue::JsonValue(const JsonArray& array) : text_(array.Text()) {}
 
@@ -69,9 +85,9 @@ void JsonObject::Add(const Field& field) {
   AppendWithComma(fields_, field.name, field.value.Text());
 }
 
-void JsonList::Add(const JsonValue& element) {
+void JsonList::AddText(std::string_view json) {
   output_.Write(isEmpty_ ? "\n  " : ",\n  ");
-  output_.Write(element.Text());
+  output_.Write(json);
   isEmpty_ = false;
 }
 

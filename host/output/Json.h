@@ -38,6 +38,9 @@ class JsonValue {
   std::string text_;
 };
 
+// The same for a text alone, behind what `json` holds.
+void AppendJsonText(std::string& json, std::string_view text);
+
 inline constexpr std::optional<std::string_view> kJsonNull = std::nullopt;
 
 class JsonArray {
@@ -68,7 +71,8 @@ class JsonObject {
 class JsonList {
  public:
   explicit JsonList(Output& output) : output_(output) { output_.Write("["); }
-  void Add(const JsonValue& element);
+  void Add(const JsonValue& element) { AddText(element.Text()); }
+  void AddText(std::string_view json);  // a value that is written out already
   void End();
 
  private:

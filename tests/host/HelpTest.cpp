@@ -32,7 +32,7 @@ class Help : public HostTest {
 
 TEST_F(Help, IsTheSameByOptionAndByCommand) {
   EXPECT_EQ(Printed({"help"}), Printed({"--help"}));
-  for (const char* command : {"songs", "search", "playlists", "ringtones", "artwork"}) {
+  for (const char* command : {"songs", "search", "playlists", "ringtones", "covers", "stats"}) {
     EXPECT_EQ(Printed({"help", command}), Printed({command, "--help"}));
     EXPECT_THAT(Printed({"help", command}),
                 AllOf(HasSubstr("tavrel " + std::string(command)), HasSubstr("--library PATH")));
@@ -84,7 +84,7 @@ TEST_F(Help, SeveralWordsWhereOneWasMeantSuggestQuotes) {
 }
 
 TEST_F(Help, AnErrorNamesTheCommandWhoseHelpFits) {
-  EXPECT_THAT(Mistake({"songs"}), EndsWith("\n  See tavrel help songs.\n"));
+  EXPECT_THAT(Mistake({"search"}), EndsWith("\n  See tavrel help search.\n"));
   EXPECT_THAT(Mistake({"ringtones", "add"}), EndsWith("\n  See tavrel help ringtones add.\n"));
   EXPECT_THAT(Mistake({"--color", "blue"}), EndsWith("\n  See tavrel help.\n"));
 }

@@ -76,7 +76,7 @@ TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
   EXPECT_EQ(parsed[0]["name"], "caf\xEF\xBF\xBD \"\x1b\\ \xC2\x9B");
   EXPECT_TRUE(parsed[0]["artist"].IsNull());
   EXPECT_TRUE(parsed[0]["location"].IsNull());
-  EXPECT_TRUE(parsed[0]["totalTime"].IsWhole());
+  EXPECT_TRUE(parsed[0]["seconds"].IsNull());
   EXPECT_EQ(parsed[0]["movie"], false);
 
   const Outcome overview = Run({"--library", file, "--json"});

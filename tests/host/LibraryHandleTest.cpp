@@ -135,8 +135,10 @@ TEST_F(LibraryHandle, ASizeWithoutATextIsAMissingText) {
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   const std::vector<std::string> lines = Lines(outcome.output);
   ASSERT_EQ(lines.size(), 4u);
-  EXPECT_THAT(lines[1], HasSubstr(R"("name":"firstly","artist":null,"album":"")"));
-  EXPECT_THAT(lines[2], HasSubstr(R"("name":"second","artist":null,"album":"")"));
+  EXPECT_THAT(lines[1],
+              HasSubstr(R"("name":"firstly","artist":null,"albumArtist":null,"album":"")"));
+  EXPECT_THAT(lines[2],
+              HasSubstr(R"("name":"second","artist":null,"albumArtist":null,"album":"")"));
 }
 
 TEST_F(LibraryHandle, AnyPathReachesTheLibrary) {

@@ -8,41 +8,87 @@ namespace {
 
 using test::Json;
 
+using testing::ElementsAre;
+
 class Playlists : public HostTest {
  protected:
-  std::string WriteLibrary() const {
-    return Write("library.xml",
-                 LibraryText({{1, Property("Name", "Nimrod")}, {2, ""}},
-                             {{Property("Name", "Evening"), {1, 2, 1}},
-                              {Property("Name", "Genius") + Number("Distinguished Kind", 26), {}},
-                              {Property("Name", "Music") + Number("Distinguished Kind", 4), {1}},
-                              {"", {2}},
-                              {Property("Name", "Rock &#38; Roll"), {}}}));
+  Playlists() {
+    file_ = Write(
+        "library.xml",
+        LibraryText(
+            {{1, Property("Name", "Nimrod") + Number("Total Time", 60000)},
+             {2, Property("Name", "\u00C9tude")}},
+            {{Property("Name", "Music") + Number("Distinguished Kind", 4), {1}},
+             {Property("Name", "Genius") + Number("Distinguished Kind", 26), {}},
+             List("Evening", "A1", "", {1, 2, 1}),
+             {List("Deep", "A3", "A2", {2})},
+             {List("Folder", "A2", "", {2}).properties + "<key>Folder</key><true/>", {2}},
+             {List("Wise", "A4", "A2", {1}).properties + "<key>Smart Info</key><data>AA</data>",
+              {1}},
+             List("Nothing", "", "", {})}));
   }
+
+  static PlaylistText List(std::string_view name, std::string_view id, std::string_view parent,
+                           std::vector<int> items) {
+    return {Property("Name", name) + Property("Playlist Persistent ID", id) +
+                Property("Parent Persistent ID", parent),
+            std::move(items)};
+  }
+
+  Outcome Show(std::vector<std::string> arguments = {}) const {
+    arguments.insert(arguments.begin(), {"--library", file_, "playlists"});
+    return Run(arguments);
+  }
+
+  std::string file_;
 };
 
-TEST_F(Playlists, StandGroupByGroup) {
-  const Outcome outcome = Run({"--library", WriteLibrary(), "playlists"});
+TEST_F(Playlists, StandInTheirFolders) {
+  const Outcome outcome = Show();
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   EXPECT_EQ(outcome.errors, "");
-  const std::vector<std::string> lines = Lines(outcome.output);
-  ASSERT_GE(lines.size(), 6u);
-  EXPECT_EQ(lines[0], "Group    Position  Kind  Songs  Name");
-  EXPECT_EQ(lines[1], "library       0:0     4      1  Music");
-  const std::vector<std::string> rest(lines.end() - 4, lines.end());
-  EXPECT_THAT(rest, testing::ElementsAre("Genius        1:0    26      0  Genius",
-                                         "other         2:0     0      3  Evening",
-                                         "other         2:1     0      1",
-                                         "other         2:2     0      0  Rock & Roll"));
+  EXPECT_THAT(Lines(outcome.output),
+              ElementsAre("Name     Type    Songs  Time   At", "Evening  list        3  2:00  2:0",
+                          "Folder   folder      1        2:2", "  Deep   list        1        2:1",
+                          "  Wise   smart       1  1:00  2:3"));
+}
+
+TEST_F(Playlists, BuiltInAndEmptyOnesAreShownOnRequest) {
+  const std::vector<std::string> lines = Lines(Show({"--all"}).output);
+  ASSERT_EQ(lines.size(), 8u) << "without the list of ringtones, which is not in the file";
+  EXPECT_EQ(lines[1], "Music    built-in      1  1:00  0:0");
+  EXPECT_EQ(lines[2], "Genius   built-in      0        1:0");
+  EXPECT_EQ(lines[7], "Nothing  list          0        2:4");
+}
+
+TEST_F(Playlists, ThoseThatHoldASongAreFound) {
+  EXPECT_THAT(Lines(Show({"--with", "nimrod"}).output),
+              ElementsAre("Name     Type    Songs  Time   At  Found",
+                          "Evening  list        3  2:00  2:0      2",
+                          "Folder   folder      1        2:2      0",
+                          "  Wise   smart       1  1:00  2:3      1"));
+  const Json lists = Json::Parse(Show({"--with", "etude", "--json"}).output);
+  const Json songs = Json::Parse(Run({"--library", file_, "songs", "--json"}).output);
+  ASSERT_EQ(lists.size(), 3u);
+  EXPECT_EQ(lists[0]["found"][0], songs[1]) << "a song is the same object everywhere";
+  EXPECT_EQ(Show({"--with", "zzz"}).exitCode, 1);
+  EXPECT_EQ(Show({"--with", "zzz"}).errors, "tavrel: no playlist holds such a song\n");
 }
 
 TEST_F(Playlists, AsJson) {
-  const Outcome outcome = Run({"--library", WriteLibrary(), "playlists", "--json"});
-  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-  const Json list = Json::Parse(outcome.output);
-  EXPECT_EQ(list[0], Json::Parse(R"({"group":0,"position":0,"kind":4,"songs":1,"name":"Music"})"));
-  const Json unnamed = list[list.size() - 2];
-  EXPECT_EQ(unnamed, Json::Parse(R"({"group":2,"position":1,"kind":0,"songs":1,"name":null})"));
+  const Json list = Json::Parse(Show({"--json"}).output);
+  ASSERT_EQ(list.size(), 4u);
+  EXPECT_EQ(list[2], Json::Parse(R"({"id":"A3","name":"Deep","type":"list","folder":"A2","group":2,
+                                     "position":1,"kind":0,"songs":1,"seconds":0})"));
+  EXPECT_EQ(list[0]["seconds"], 120);
+  EXPECT_TRUE(list[0]["folder"].IsNull());
+}
+
+TEST_F(Playlists, ThatStandWithinEachOtherAreShownAllTheSame) {
+  file_ = Write("circle.xml",
+                LibraryText({{1, ""}}, {List("one", "B1", "B2", {1}), List("two", "B2", "B1", {1}),
+                                        List("self", "B3", "B3", {1})}));
+  EXPECT_THAT(Lines(Show({}).output).size(), 4u);
 }
 
 }  // namespace

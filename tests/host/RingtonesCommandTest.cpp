@@ -76,7 +76,7 @@ TEST_F(RingtonesCommand, ListsLocationsBesideTheLibraryFileAsJson) {
   EXPECT_EQ(list, Json::Parse(R"([{"position":0,"name":"My","location":")" + location + R"("}])"));
   const Json songs =
       Json::Parse(Run({"--library", library, "songs", "Ringtones", "--json"}).output);
-  EXPECT_EQ(songs[0]["location"], location);
+  EXPECT_EQ(songs[0]["path"], location);
 }
 
 TEST_F(RingtonesCommand, ListsLocationsBelowTheHomeFolderAsJson) {

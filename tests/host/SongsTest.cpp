@@ -83,8 +83,38 @@ TEST_F(Songs, CaseAndCompositionOfANameDoNotMatter) {
 
 TEST_F(Songs, ANameOfSeveralPlaylistsListsTheirPlaces) {
   ExpectNotFound("Twice",
-                 "2 playlists are named \"Twice\"; choose one by its position:\n"
+                 "2 playlists are named \"Twice\"; choose one of:\n"
                  "  2:1  Twice\n  2:2  Twice\n");
+}
+
+TEST_F(Songs, APlaylistIsFoundByItsFoldersOrItsId) {
+  const auto list = [](std::string_view name, std::string_view id, std::string_view parent,
+                       int song) {
+    return PlaylistText{Property("Name", name) + Property("Playlist Persistent ID", id) +
+                            (parent.empty() ? "" : Property("Parent Persistent ID", parent)),
+                        {song}};
+  };
+  const std::string file = Write(
+      "folders.xml", LibraryText({{1, Property("Name", "one")},
+                                  {2, Property("Name", "two")},
+                                  {3, Property("Name", "three")}},
+                                 {list("A", "AAA1", "", 1), list("Mix", "AAA2", "AAA1", 1),
+                                  list("B", "AAA3", "AAA1", 2), list("Mix", "AAA4", "AAA3", 2),
+                                  list("a/b", "AAA5", "", 3), list("Own", "AAA6", "AAA6", 3)}));
+  const auto run = [&](const std::string& name) { return Run({"--library", file, "songs", name}); };
+  EXPECT_THAT(run("A/Mix").output, HasSubstr("one"));
+  EXPECT_THAT(run("A/B/Mix").output, HasSubstr("two"));
+  EXPECT_THAT(run("B/Mix").output, HasSubstr("two"));
+  EXPECT_THAT(run("b/MIX").output, HasSubstr("two"));
+  EXPECT_THAT(run("a/b").output, HasSubstr("three")) << "a name goes before a path";
+  EXPECT_THAT(run("id:AAA2").output, HasSubstr("one"));
+  EXPECT_THAT(run("id:aaa4").output, HasSubstr("two"));
+  EXPECT_EQ(run("Own/Own/Own").exitCode, 1) << "a folder within itself";
+  EXPECT_EQ(run("B/A/Mix").exitCode, 1);
+  EXPECT_THAT(run("id:").errors, HasSubstr("no playlist with the ID \"\""));
+  EXPECT_EQ(
+      run("Mix").errors,
+      "tavrel: 2 playlists are named \"Mix\"; choose one of:\n  id:AAA2  Mix\n  id:AAA4  Mix\n");
 }
 
 TEST_F(Songs, AnUnknownNameSuggestsTheNearest) {

@@ -92,10 +92,6 @@ std::int32_t GetSongInfo(PlaylistRecord*, std::int32_t index, SongInfo* info) no
   return 1;
 }
 
-std::int32_t SearchSong(const SongInfo*, SearchSongCallback, void*) noexcept {
-  return 0;
-}
-
 std::int32_t AppendRingtone(const char*) noexcept {
   return 0;
 }
@@ -119,6 +115,16 @@ std::int32_t GetSongProperty(const PlaylistRecord*, std::int32_t, const char*, c
   return 0;
 }
 std::int32_t VisitLibraryProperties(PropertyVisitor, void*) noexcept {
+  return 0;
+}
+std::int32_t VisitPlaylistProperties(const PlaylistRecord*, PropertyVisitor, void*) noexcept {
+  return 0;
+}
+std::int32_t VisitSongProperties(const PlaylistRecord*, std::int32_t, PropertyVisitor,
+                                 void*) noexcept {
+  return 0;  // so that a host asks GetSongInfo
+}
+std::int32_t FindSongs(const SongInfo*, FindSongsCallback, void*) noexcept {
   return 0;
 }
 std::int32_t GetLibraryProperty(const char*, char*, std::int32_t) noexcept {

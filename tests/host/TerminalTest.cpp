@@ -146,7 +146,7 @@ TEST_F(Terminal, AMessageOfAnyLengthArrivesWhole) {
   std::string name = "&";  // a reference that has no end
   while (name.size() < 300000) name += "交響曲 ";
   const std::string file = Write("long.xml", LibraryWithName(name + "the end"));
-  const Outcome outcome = Run({"-v", "--library", file, "songs", "--all"});
+  const Outcome outcome = Run({"-v", "--library", file, "songs", "--all", "--json"});
   EXPECT_EQ(Lines(outcome.errors).size(), 1u);
   EXPECT_THAT(outcome.errors, HasSubstr(name + "the end"));
 }
@@ -158,7 +158,7 @@ TEST_F(Terminal, EveryMessageArrivesInItsOrder) {
   }
   const std::string file = Write("many.xml", LibraryText(tracks));
   const std::vector<std::string> lines =
-      Lines(Run({"-v", "--library", file, "songs", "--all"}).errors);
+      Lines(Run({"-v", "--library", file, "songs", "--all", "--json"}).errors);
   ASSERT_EQ(lines.size(), tracks.size());
   for (std::size_t i = 0; i < lines.size(); ++i) {
     EXPECT_THAT(lines[i], HasSubstr("&broken " + std::to_string(i + 1)));

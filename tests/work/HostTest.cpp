@@ -41,6 +41,8 @@ LibraryFunctions LibraryOf(std::vector<std::string> texts) {
   functions.getSongCount = [](const PlaylistRecord*) noexcept {
     return static_cast<std::int32_t>(names.size());
   };
+  functions.visitSongProperties = [](const PlaylistRecord*, std::int32_t, PropertyVisitor,
+                                     void*) noexcept { return 0; };
   functions.getSongInfo = [](PlaylistRecord*, std::int32_t index, SongInfo* info) noexcept {
     const std::string& name = names[static_cast<std::size_t>(index)];
     Give(name, info->name, info->nameSize);
@@ -152,7 +154,7 @@ TEST(WorkOfTheHost, OnHintsDoubles) {
   });
   ExpectDoubledFor<Texts>("spellings", OrdinaryNames, kCount, [](const Texts& texts) {
     const LibraryFunctions library = LibraryOf(texts);
-    EXPECT_NE(NothingFound(library, {"etude", "etude", "etude"}).find("Étude"), std::string::npos);
+    EXPECT_NE(SpellingHint(library, {"etude", "etude", "etude"}).find("Étude"), std::string::npos);
   });
 }
 

@@ -1,0 +1,89 @@
+#include "host/commands/SongColumns.h"
+
+#include "host/output/EditDistance.h"
+#include "host/output/Failure.h"
+#include "host/output/Format.h"
+#include "host/output/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kLongestCompared = 40;  // in bytes; no name of a field comes near
+
+Failure NoSuchField(std::string_view name) {
+  std::string message = "there is no field \"" + Clean(name) + '"';
+  const std::string folded = Fold(name.substr(0, kLongestCompared));
+  const EditDistance distance(folded);
+  std::string_view nearest;
+  std::size_t least = std::max<std::size_t>(2, folded.size() / 3) + 1;
+  for (const FieldFacts& field : kFields) {
+    const std::size_t far = distance.To(Fold(field.name));
+    if (far >= least) continue;
+    least = far;
+    nearest = field.name;
+  }
+  if (!nearest.empty()) message.append("; do you mean ").append(nearest).append("?");
+  message += "\n  The fields are:";
+  for (const FieldFacts& field : kFields) message.append(" ").append(field.name);
+  return {ExitCode::Usage, message};
+}
+
+}  // namespace
+
+FieldSet SongColumns::Wanted() const {
+  FieldSet wanted;
+  for (const Field field : fields) wanted.set(IndexOf(field));
+  return wanted;
+}
+
+std::vector<Field> AllFields() {
+  std::vector<Field> fields;
+  for (std::size_t i = 0; i < kFieldCount; ++i) fields.push_back(static_cast<Field>(i));
+  return fields;
+}
+
+std::vector<Field> ParseFields(std::string_view text, bool* isAll) {
+  if (isAll != nullptr) *isAll = text == "all";
+  if (isAll != nullptr && *isAll) return AllFields();
+  std::vector<Field> fields;
+  for (;;) {
+    const std::size_t comma = text.find(',');
+    const std::string_view name = text.substr(0, comma);
+    const std::optional<Field> field = FindField(name);
+    if (!field) throw NoSuchField(name);
+    fields.push_back(*field);
+    if (comma == std::string_view::npos) return fields;
+    text.remove_prefix(comma + 1);
+  }
+}
+
+std::string ShownValue(const SongRecord& song, Field field) {
+  constexpr std::size_t kDay = 10;
+  constexpr std::size_t kMinute = 16;
+  const std::string_view value = song.Text(field).value_or("");
+  switch (FactsOf(field).type) {
+    case FieldType::Seconds:
+      return Clock(song.Milliseconds());
+    case FieldType::Flag:
+      return value == "true" ? "yes" : "";
+    case FieldType::Date:
+      if (value.empty()) return {};
+      return std::string(value.substr(0, kDay)) + ' ' +
+             std::string(value.substr(kDay + 1, kMinute - kDay - 1));
+    case FieldType::Text:
+    case FieldType::Number:
+      break;
+  }
+  return std::string(value);
+}
+
+Column ColumnOf(Field field) {
+  const FieldFacts& facts = FactsOf(field);
+  const bool isNumber = facts.type == FieldType::Number || facts.type == FieldType::Seconds;
+  return {.title = facts.heading,
+          .align = isNumber ? Align::Right : Align::Left,
+          .weight = facts.weight,
+          .cut = field == Field::Name ? Cut::Middle : Cut::End};
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,33 @@
+// Which columns a list of songs shows, and what stands in them.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/library/SongRecord.h"
+#include "host/output/Table.h"
+
+namespace tavrel::host {
+
+// The columns of a list: fields, and behind them other keys of the file.
+struct SongColumns {
+  std::vector<Field> fields;
+  OtherKeys keys;
+
+  [[nodiscard]] FieldSet Wanted() const;
+};
+
+// The fields that a text names, parted by commas; "all" is every field, and sets `isAll`. An unknown name
+// is a Failure that says which come near.
+[[nodiscard]] std::vector<Field> ParseFields(std::string_view text, bool* isAll = nullptr);
+
+[[nodiscard]] std::vector<Field> AllFields();
+
+// How a table shows a value: times as "4:05", dates without their seconds, flags as "yes".
+[[nodiscard]] std::string ShownValue(const SongRecord& song, Field field);
+
+[[nodiscard]] Column ColumnOf(Field field);
+
+}  // namespace tavrel::host

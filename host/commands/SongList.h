@@ -1,0 +1,60 @@
+// Lists of songs in every format. A song is the same object in all of them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/commands/SongColumns.h"
+#include "host/library/Session.h"
+
+namespace tavrel::host {
+
+enum class ListFormat { Table, Json, JsonLines, Csv, Tsv };
+
+struct SongListOptions {
+  std::optional<std::string> fields;  // names parted by commas, or "all"; none: the command's own
+  std::optional<std::string> sort;
+  bool isReversed = false;
+  std::optional<std::string> format;  // none: a table, or JSON when --json is given
+  bool forSpreadsheet = false;
+};
+
+// What is listed: songs of a playlist by their positions.
+struct SongList {
+  PlaylistRecord* playlist;
+  std::vector<std::int32_t> positions;
+  std::vector<Field> tableFields;  // what a table shows when nothing else is asked for
+  bool withPositions = false;      // in a table
+  std::map<Field, FindMark> marks;
+  // The playlists that hold the song at a position; may be empty.
+  std::function<std::vector<std::string>(std::int32_t)> listsOf;
+  std::size_t limit = 0;  // of what is printed, once it is sorted; 0: none
+};
+
+// Sorts the songs as the options say, and prints them; an empty table prints nothing.
+void PrintSongs(SongList& list, const SongListOptions& options, Session& session);
+
+// A song as JSON has it everywhere.
+class SongJson {
+ public:
+  // The columns are borrowed.
+  SongJson(const SongColumns& columns, const Session& session);
+
+  // Appends the object behind what `json` holds, but for its closing brace.
+  void AppendOpen(std::string& json, const SongRecord& song) const;
+
+ private:
+  const SongColumns& columns_;
+  const Session& session_;
+  std::vector<std::string> names_;  // quoted, with their colons
+};
+
+// All positions of a playlist's songs.
+[[nodiscard]] std::vector<std::int32_t> AllPositions(const LibraryFunctions& library,
+                                                     PlaylistRecord* playlist);
+
+}  // namespace tavrel::host

@@ -1,0 +1,225 @@
+// tavrel stats: how many songs there are of each artist, year, rating, ...
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <charconv>
+#include <tuple>
+
+#include "host/commands/Commands.h"
+#include "host/library/AlbumGrouping.h"
+#include "host/library/SongRecord.h"
+#include "host/library/TextHash.h"
+#include "host/output/Failure.h"
+#include "host/output/Format.h"
+#include "host/output/Json.h"
+#include "host/output/Table.h"
+#include "host/output/Text.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kUsualTop = 20;    // of texts; numbers are shown all
+constexpr std::size_t kLongestBar = 20;  // in columns
+
+// What the songs of one value come to.
+struct Sum {
+  std::string value;
+  bool isNone = false;
+  std::string artist;  // of an album
+  std::int64_t songs = 0;
+  std::int64_t time = 0;  // in milliseconds
+  std::int64_t plays = 0;
+};
+
+struct Grouping {
+  std::string_view name;
+  Field field;
+  bool isNumber;  // sorted by the value, and all are shown
+};
+
+constexpr std::array kGroupings{
+    Grouping{"artist", Field::Artist, false}, Grouping{"albumArtist", Field::AlbumArtist, false},
+    Grouping{"album", Field::Album, false},   Grouping{"composer", Field::Composer, false},
+    Grouping{"genre", Field::Genre, false},   Grouping{"year", Field::Year, true},
+    Grouping{"decade", Field::Year, true},    Grouping{"rating", Field::Rating, true},
+    Grouping{"added", Field::Added, true},    Grouping{"kind", Field::Kind, false},
+};
+
+const Grouping& GroupingOf(const std::string& name) {
+  const auto known =
+      std::find_if(kGroupings.begin(), kGroupings.end(),
+                   [&](const Grouping& grouping) { return Fold(grouping.name) == Fold(name); });
+  if (known == kGroupings.end()) throw Failure(ExitCode::Usage, "--by: there is no " + Clean(name));
+  return *known;
+}
+
+// The value that a song is counted under; empty when it has none.
+std::string ValueOf(const SongRecord& song, const Grouping& grouping) {
+  constexpr std::size_t kYear = 4;
+  const std::string text(song.Text(grouping.field).value_or(""));
+  if (grouping.name == "added") return text.substr(0, kYear);
+  if (grouping.name != "decade") return text;
+  const auto year = song.Number(Field::Year);
+  return year ? std::to_string(*year / 10 * 10) : "";
+}
+
+void Count(Sum& sum, const Song& song) {
+  ++sum.songs;
+  sum.time += std::max(song.totalTime, 0);
+  sum.plays += std::max(song.playCount, 0);
+}
+
+// Values that differ only in how their accents are composed are the same.
+std::vector<Sum> SumUp(const Grouping& grouping, const Library& library) {
+  std::vector<Sum> sums;
+  TextMap<std::size_t> numbers;
+  FieldSet wanted = FieldsOfSong();
+  wanted.set(IndexOf(grouping.field));
+  ForEachRecord(library, library.openAllSongs(), wanted,
+                [&](std::int32_t, const SongRecord& record) {
+                  const std::string value = ValueOf(record, grouping);
+                  auto known = numbers.find(value);
+                  if (known == numbers.end()) {
+                    const std::string composed = Compose(value);
+                    const auto [entry, isNew] = numbers.try_emplace(composed, sums.size());
+                    if (isNew)
+                      sums.push_back({.value = composed, .isNone = value.empty(), .artist = {}});
+                    known = numbers.try_emplace(value, entry->second).first;
+                  }
+                  Count(sums[known->second], AsSong(record));
+                });
+  return sums;
+}
+
+std::vector<Sum> SumUpAlbums(const Library& library) {
+  AlbumGrouping albums;
+  std::vector<Sum> parts;
+  Sum none{.value = {}, .isNone = true, .artist = {}};
+  ForEachRecord(
+      library, library.openAllSongs(), FieldsOfSong(), [&](std::int32_t, const SongRecord& record) {
+        const Song song = AsSong(record);
+        const auto part = albums.Add(song);
+        if (part && *part == parts.size()) {
+          parts.push_back({.value = albums.TitleOf(*part), .artist = albums.ArtistOf(*part)});
+        }
+        Count(part ? parts[*part] : none, song);
+      });
+  const std::vector<std::size_t> albumOf = albums.Albums();
+  std::vector<Sum> sums;
+  for (std::size_t part = 0; part < parts.size(); ++part) {
+    Sum& album = parts[albumOf[part]];
+    if (albumOf[part] == part) continue;
+    album.songs += parts[part].songs;
+    album.time += parts[part].time;
+    album.plays += parts[part].plays;
+    if (albums.ArtistOf(part) != albums.ArtistOf(albumOf[part])) album.artist = kVariousArtists;
+  }
+  for (std::size_t part = 0; part < parts.size(); ++part) {
+    if (albumOf[part] == part) sums.push_back(parts[part]);
+  }
+  if (none.songs > 0) sums.push_back(none);
+  return sums;
+}
+
+std::int64_t NumberOf(const Sum& sum) {
+  std::int64_t number = 0;
+  std::from_chars(sum.value.data(), sum.value.data() + sum.value.size(), number);
+  return number;
+}
+
+// Those without a value stand last.
+void Sort(std::vector<Sum>& sums, bool byNumber) {
+  std::sort(sums.begin(), sums.end(), [byNumber](const Sum& left, const Sum& right) {
+    if (left.isNone != right.isNone) return right.isNone;
+    if (byNumber) return NumberOf(left) < NumberOf(right);
+    return std::tie(right.songs, right.time, left.value, left.artist) <
+           std::tie(left.songs, left.time, right.value, right.artist);
+  });
+}
+
+// 0: all.
+std::size_t TopOf(const StatisticsArguments& arguments, const Grouping& grouping) {
+  if (!arguments.top) return grouping.isNumber ? 0 : kUsualTop;
+  if (*arguments.top == "all") return 0;
+  const std::string& text = *arguments.top;
+  std::size_t top = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), top);
+  if (error != std::errc() || end != text.data() + text.size() || top == 0) {
+    throw Failure(ExitCode::Usage, "--top: a number from 1, or all");
+  }
+  return top;
+}
+
+std::string Bar(std::int64_t songs, std::int64_t most) {
+  std::string bar;
+  const auto length =
+      static_cast<std::size_t>(songs * static_cast<std::int64_t>(kLongestBar) / most);
+  for (std::size_t i = 0; i < std::max<std::size_t>(length, 1); ++i) bar += "█";
+  return bar;
+}
+
+void PrintTable(const std::vector<Sum>& sums, const Grouping& grouping, Session& session) {
+  const bool isAlbum = grouping.field == Field::Album;
+  const bool withBars = session.terminal.width != 0;
+  std::int64_t most = 1;
+  for (const Sum& sum : sums) most = std::max(most, sum.songs);
+  const bool isOwn = grouping.name != "decade";
+  std::vector<Column> columns{
+      {.title = isOwn ? FactsOf(grouping.field).heading : "Decade", .weight = 3}};
+  if (isAlbum) columns.push_back({.title = "Artist", .weight = 2, .rank = 2});
+  columns.push_back({.title = "Songs", .align = Align::Right});
+  columns.push_back({.title = "Time", .align = Align::Right, .style = Style::Dim, .rank = 3});
+  columns.push_back({.title = "Plays", .align = Align::Right, .style = Style::Dim, .rank = 2});
+  if (withBars) columns.push_back({.title = "", .rank = 1});
+  const Table table(columns, [&](Rows& rows) {
+    for (const Sum& sum : sums) {
+      rows.Add(sum.isNone ? "(none)" : sum.value);
+      if (isAlbum) rows.Add(sum.artist);
+      rows.Add(Grouped(sum.songs));
+      rows.Add(Clock(sum.time));
+      rows.Add(sum.plays == 0 ? std::string() : Grouped(sum.plays));
+      if (withBars) rows.Add(Bar(sum.songs, most));
+    }
+  });
+  table.Print(session.terminal, session.output);
+}
+
+void PrintJson(const std::vector<Sum>& sums, const Grouping& grouping, Session& session) {
+  JsonList list(session.output);
+  for (const Sum& sum : sums) {
+    JsonValue value = JsonValue(sum.value);
+    if (grouping.isNumber) value = JsonValue(NumberOf(sum));
+    if (sum.isNone) value = JsonValue(kJsonNull);
+    JsonObject object{{grouping.name, value}};
+    if (grouping.field == Field::Album) {
+      object.Add({"artist", sum.artist.empty() ? JsonValue(kJsonNull) : JsonValue(sum.artist)});
+    }
+    object.Add({"songs", sum.songs});
+    object.Add({"seconds", sum.time / 1000});
+    object.Add({"plays", sum.plays});
+    list.Add(object);
+  }
+  list.End();
+}
+
+}  // namespace
+
+ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session) {
+  const Grouping& grouping = GroupingOf(arguments.by);
+  const std::size_t top = TopOf(arguments, grouping);
+  std::vector<Sum> sums = grouping.field == Field::Album ? SumUpAlbums(session.library)
+                                                         : SumUp(grouping, session.library);
+  const bool isCut = top != 0 && top < sums.size();
+  Sort(sums, grouping.isNumber && !isCut);
+  if (isCut) sums.resize(top);
+  if (session.options.json) {
+    PrintJson(sums, grouping, session);
+  } else if (!sums.empty()) {
+    PrintTable(sums, grouping, session);
+  }
+  if (!sums.empty()) return ExitCode::Done;
+  Complain("the library has no songs");
+  return ExitCode::Failed;
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,305 @@
+#include "host/library/SongRecord.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <charconv>
+
+#include "text/FileUrl.h"
+
+namespace tavrel::host {
+namespace {
+
+// A whole number, and nothing else.
+std::optional<std::int64_t> ParseNumber(std::string_view text) noexcept {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+bool IsJsonNumber(std::string_view text) noexcept {
+  const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
+  const bool isPlain = digits.size() == 1 || !digits.starts_with('0');
+  return isPlain && !text.starts_with('+') && ParseNumber(text).has_value();
+}
+
+// "2009-11-05T08:13:42Z"
+bool IsDate(std::string_view text) noexcept {
+  constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:ddZ";
+  return std::equal(text.begin(), text.end(), kForm.begin(), kForm.end(),
+                    [](char given, char form) {
+                      return form == 'd' ? given >= '0' && given <= '9' : given == form;
+                    });
+}
+
+// Thousandths without zeros at their end: 245000 is "245", 245120 is "245.12".
+std::string_view SecondsOf(std::int64_t milliseconds, std::array<char, 32>& room) noexcept {
+  char* end = room.data();
+  // Of the lowest number there is no positive one.
+  const std::int64_t whole = milliseconds / 1000;
+  std::int64_t rest = milliseconds % 1000;
+  if (rest < 0) rest = -rest;
+  if (milliseconds < 0 && whole == 0) *end++ = '-';
+  end = std::to_chars(end, room.data() + room.size(), whole).ptr;
+  if (rest != 0) {
+    *end++ = '.';
+    for (std::int64_t unit = 100; rest != 0; unit /= 10) {
+      *end++ = static_cast<char>('0' + rest / unit);
+      rest %= unit;
+    }
+  }
+  return {room.data(), static_cast<std::size_t>(end - room.data())};
+}
+
+bool IsFileUrl(std::string_view url) noexcept {
+  constexpr std::string_view kScheme = "file:";
+  if (url.size() < kScheme.size()) return false;
+  return std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char wanted, char given) {
+    return given == wanted || (given >= 'A' && given <= 'Z' && given - 'A' + 'a' == wanted);
+  });
+}
+
+std::string_view FolderOf(std::string_view path) noexcept {
+  return path.substr(0, path.rfind('/') + 1);
+}
+
+bool Exists(const std::string& path) noexcept {
+  struct stat facts {};
+  return ::stat(path.c_str(), &facts) == 0;
+}
+
+}  // namespace
+
+FieldSet SetOf(std::initializer_list<Field> fields) {
+  FieldSet set;
+  for (const Field field : fields) set.set(IndexOf(field));
+  return set;
+}
+
+// ---- The record ---------------------------------------------------------------------------------
+
+FieldValue SongRecord::At(const Place& place) const noexcept {
+  if (place.from == kNone) return {};
+  return {std::string_view(texts_).substr(place.from, place.size), place.isText};
+}
+
+FieldValue SongRecord::Value(Field field) const noexcept {
+  const FieldValue value = At(places_[IndexOf(field)]);
+  if (value.text || FactsOf(field).type != FieldType::Flag) return value;
+  return {"false", false};
+}
+
+std::optional<std::int64_t> SongRecord::Number(Field field) const noexcept {
+  const auto text = Text(field);
+  return text ? ParseNumber(*text) : std::nullopt;
+}
+
+bool SongRecord::Is(Field flag) const noexcept {
+  return Text(flag) == "true";
+}
+
+FieldValue SongRecord::Other(std::size_t key) const noexcept {
+  return At(others_[key]);
+}
+
+// ---- Other keys ---------------------------------------------------------------------------------
+
+void OtherKeys::Add(std::string_view key) {
+  if (numbers_.find(key) != numbers_.end()) return;
+  numbers_.emplace(key, keys_.size());
+  keys_.emplace_back(key);
+}
+
+std::optional<std::size_t> OtherKeys::Find(std::string_view key) const {
+  const auto known = numbers_.find(key);
+  return known == numbers_.end() ? std::nullopt : std::optional(known->second);
+}
+
+OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist) {
+  struct Context {
+    FieldKeys fields;
+    OtherKeys keys;
+  } context;
+  const auto visit = [](const char* key, const char*, const char*, void* pointer) {
+    auto& known = *static_cast<Context*>(pointer);
+    if (!known.fields.Find(key)) known.keys.Add(key);
+    return std::int32_t{1};
+  };
+  const std::int32_t count = library.getSongCount(playlist);
+  for (std::int32_t i = 0; i < count; ++i)
+    library.visitSongProperties(playlist, i, visit, &context);
+  return std::move(context.keys);
+}
+
+// ---- The reader ---------------------------------------------------------------------------------
+
+SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldSet& wanted,
+                                   const OtherKeys* keys)
+    : library_(library), wanted_(wanted), read_(wanted), keys_(keys), plain_(library) {
+  if (wanted.test(IndexOf(Field::Path)) || wanted.test(IndexOf(Field::Status))) {
+    read_ |= SetOf({Field::Location, Field::Path, Field::Type});
+  }
+}
+
+void SongRecordReader::Set(Field field, std::string_view text, bool isText) {
+  record_.places_[IndexOf(field)] = {record_.texts_.size(), text.size(), isText};
+  record_.texts_ += text;
+}
+
+std::int32_t SongRecordReader::Visit(const char* key, const char* text, const char* type,
+                                     void* context) {
+  static_cast<SongRecordReader*>(context)->Take(key, text, type);
+  return 1;
+}
+
+void SongRecordReader::Take(std::string_view key, const char* text, std::string_view type) {
+  const std::optional<Field> field = fields_.Find(key);
+  if (!field) {
+    if (keys_ != nullptr) TakeOther(key, text, type);
+    return;
+  }
+  if (!read_.test(IndexOf(*field)) || seen_.test(IndexOf(*field))) return;
+  seen_.set(IndexOf(*field));  // the first of two equal keys counts
+  if (text != nullptr) TakeField(*field, text);
+}
+
+void SongRecordReader::TakeField(Field field, std::string_view text) {
+  std::array<char, 32> room{};
+  switch (FactsOf(field).type) {
+    case FieldType::Text:
+      Set(field, text);
+      break;
+    case FieldType::Date:
+      if (IsDate(text)) Set(field, text);
+      break;
+    case FieldType::Flag:
+      if (text == "true") Set(field, text, false);
+      break;
+    case FieldType::Number:
+      if (const auto number = ParseNumber(text)) {
+        const char* end = std::to_chars(room.data(), room.data() + room.size(), *number).ptr;
+        Set(field, {room.data(), static_cast<std::size_t>(end - room.data())}, false);
+      }
+      break;
+    case FieldType::Seconds:
+      if (const auto number = ParseNumber(text)) {
+        record_.milliseconds_ = *number;
+        Set(field, SecondsOf(*number, room), false);
+      }
+      break;
+  }
+}
+
+void SongRecordReader::TakeOther(std::string_view key, const char* text, std::string_view type) {
+  const std::optional<std::size_t> number = keys_->Find(key);
+  if (!number || text == nullptr) return;
+  SongRecord::Place& place = record_.others_[*number];
+  if (place.from != SongRecord::kNone) return;
+  const std::string_view value = text;
+  const bool isTruth = type == "true" || type == "false";
+  const bool isNumber = type == "integer" && IsJsonNumber(value);
+  place = {record_.texts_.size(), value.size(), !isTruth && !isNumber};
+  record_.texts_ += value;
+}
+
+// Of what is not in the file the library tells these alone.
+void SongRecordReader::TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position) {
+  const Song& song = plain_.Read(playlist, position);
+  const auto set = [this](Field field, const std::optional<std::string_view>& text) {
+    if (text && wanted_.test(IndexOf(field))) Set(field, *text);
+  };
+  const auto setNumber = [this](Field field, std::int32_t number) {
+    if (number != 0 && wanted_.test(IndexOf(field))) TakeField(field, std::to_string(number));
+  };
+  set(Field::Name, song.name);
+  set(Field::Artist, song.artist);
+  set(Field::Album, song.album);
+  set(Field::Genre, song.genre);
+  set(Field::Path, song.location);
+  setNumber(Field::Seconds, song.totalTime);
+  setNumber(Field::Plays, song.playCount);
+  setNumber(Field::Track, song.trackNumber);
+  if (song.isMovie && wanted_.test(IndexOf(Field::Movie))) TakeField(Field::Movie, "true");
+  if (!wanted_.test(IndexOf(Field::Status))) return;
+  if (!song.location) return Set(Field::Status, "none");
+  Set(Field::Status, Exists(std::string(*song.location)) ? "found" : "missing");
+}
+
+const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t position) {
+  record_.texts_.clear();
+  record_.places_.fill({});
+  record_.others_.assign(keys_ != nullptr ? keys_->All().size() : 0, {});
+  record_.milliseconds_ = 0;
+  seen_.reset();
+  record_.isOutside_ = library_.visitSongProperties(playlist, position, Visit, this) == 0;
+  if (record_.isOutside_) {
+    TakeFromLibrary(playlist, position);
+    return record_;
+  }
+  if (read_.test(IndexOf(Field::Path))) FindPath();
+  if (wanted_.test(IndexOf(Field::Status))) FindStatus();
+  return record_;
+}
+
+void SongRecordReader::FindPath() {
+  const auto url = record_.Text(Field::Location);
+  if (!url || !IsFileUrl(*url)) return;
+  if (const auto path = text::PathOfUrl(*url)) Set(Field::Path, *path);
+}
+
+void SongRecordReader::FindStatus() {
+  const auto url = record_.Text(Field::Location);
+  const auto path = record_.Text(Field::Path);
+  const std::string_view type = record_.Text(Field::Type).value_or("");
+  if (path) {
+    Set(Field::Status, IsThere(std::string(*path)) ? "found" : "missing");
+  } else if (url && IsFileUrl(*url)) {
+    Set(Field::Status, "missing");
+  } else {
+    Set(Field::Status, url || type == "Remote" || type == "URL" ? "remote" : "none");
+  }
+}
+
+// The songs of an album lie in one folder: where that is not there, one look is enough for all.
+bool SongRecordReader::IsThere(const std::string& path) {
+  const std::string_view folder = FolderOf(path);
+  if (!folder.empty() && folder == missingFolder_) return false;
+  if (Exists(path)) return true;
+  if (folder == presentFolder_) return false;
+  (Exists(std::string(folder)) ? presentFolder_ : missingFolder_) = folder;
+  return false;
+}
+
+// ---- Songs --------------------------------------------------------------------------------------
+
+FieldSet FieldsOfSong() {
+  return SetOf({Field::Name, Field::Artist, Field::AlbumArtist, Field::Album, Field::Genre,
+                Field::Track, Field::Seconds, Field::Plays, Field::Compilation, Field::Podcast,
+                Field::Movie, Field::Path});
+}
+
+Song AsSong(const SongRecord& record) {
+  const auto number = [&](Field field) {
+    const std::int64_t value = record.Number(field).value_or(0);
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, INT32_MIN, INT32_MAX));
+  };
+  Song song;
+  song.name = record.Text(Field::Name);
+  song.location = record.Text(Field::Path);
+  song.artist = record.Text(Field::Artist);
+  song.albumArtist = record.Text(Field::AlbumArtist);
+  song.album = record.Text(Field::Album);
+  song.genre = record.Text(Field::Genre);
+  song.totalTime = static_cast<std::int32_t>(
+      std::clamp<std::int64_t>(record.Milliseconds(), INT32_MIN, INT32_MAX));
+  song.playCount = number(Field::Plays);
+  song.trackNumber = number(Field::Track);
+  song.isMovie = record.Is(Field::Movie);
+  song.isPodcast = record.Is(Field::Podcast);
+  song.isCompilation = record.Is(Field::Compilation);
+  return song;
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,128 @@
+// Everything that the library file says of a song.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/library/Fields.h"
+#include "host/library/Library.h"
+#include "host/library/SongReader.h"
+#include "host/library/TextHash.h"
+
+namespace tavrel::host {
+
+// A value as it is told: a text, or a number or truth value in the form that JSON has for it.
+struct FieldValue {
+  std::optional<std::string_view> text;  // none where there is nothing
+  bool isText = true;
+};
+
+// One song. A value that is not what its field's type asks for is none, as is a missing one; a missing
+// flag is false, since the file only says what is so.
+class SongRecord {
+ public:
+  [[nodiscard]] FieldValue Value(Field field) const noexcept;
+  [[nodiscard]] std::optional<std::string_view> Text(Field field) const noexcept {
+    return Value(field).text;
+  }
+  [[nodiscard]] std::optional<std::int64_t> Number(Field field) const noexcept;  // not of Seconds
+  [[nodiscard]] std::int64_t Milliseconds() const noexcept { return milliseconds_; }
+  [[nodiscard]] bool Is(Field flag) const noexcept;
+  // Of a key that is no field's, by its number among the keys that the reader knows.
+  [[nodiscard]] FieldValue Other(std::size_t key) const noexcept;
+  // Whether the library tells of it without its file, as it does of ringtones.
+  [[nodiscard]] bool IsOutsideTheFile() const noexcept { return isOutside_; }
+
+ private:
+  friend class SongRecordReader;
+
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+  struct Place {
+    std::size_t from = kNone;  // in the texts
+    std::size_t size = 0;
+    bool isText = true;
+  };
+
+  [[nodiscard]] FieldValue At(const Place& place) const noexcept;
+
+  std::string texts_;
+  std::array<Place, kFieldCount> places_;
+  std::vector<Place> others_;
+  std::int64_t milliseconds_ = 0;
+  bool isOutside_ = false;
+};
+
+// Keys of the file that are no field's, in the order in which they came.
+class OtherKeys {
+ public:
+  void Add(std::string_view key);
+  [[nodiscard]] std::optional<std::size_t> Find(std::string_view key) const;
+  [[nodiscard]] const std::vector<std::string>& All() const noexcept { return keys_; }
+
+ private:
+  std::vector<std::string> keys_;
+  TextMap<std::size_t> numbers_;
+};
+
+// All of them that the songs of the playlist have. Cost: one walk over each song.
+[[nodiscard]] OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist);
+
+// Reads songs one after the other into one record.
+class SongRecordReader {
+ public:
+  // wanted: the fields that are read; others stay none. keys: the other keys that are read, borrowed; null
+  // for none.
+  SongRecordReader(const LibraryFunctions& library, const FieldSet& wanted,
+                   const OtherKeys* keys = nullptr);
+
+  // The texts stay valid until the next call. position: must be one of the playlist's.
+  // Cost: one walk over the song's properties; for its status also a look at the file's folder, unless the
+  // song before lies in the same one and that is not there.
+  const SongRecord& Read(PlaylistRecord* playlist, std::int32_t position);
+
+ private:
+  static std::int32_t Visit(const char* key, const char* text, const char* type, void* context);
+  void Take(std::string_view key, const char* text, std::string_view type);
+  void TakeField(Field field, std::string_view text);
+  void TakeOther(std::string_view key, const char* text, std::string_view type);
+  void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);
+  void FindPath();
+  void FindStatus();
+  [[nodiscard]] bool IsThere(const std::string& path);
+  void Set(Field field, std::string_view text, bool isText = true);
+
+  const LibraryFunctions& library_;
+  FieldSet wanted_;
+  FieldSet read_;  // what the wanted fields need
+  const OtherKeys* keys_;
+  FieldKeys fields_;
+  FieldSet seen_;
+  SongReader plain_;
+  SongRecord record_;
+  std::string missingFolder_;
+  std::string presentFolder_;
+};
+
+// What albums, statistics and names of files need of a song. The texts are the record's; `path` keeps the
+// path.
+[[nodiscard]] FieldSet FieldsOfSong();
+[[nodiscard]] Song AsSong(const SongRecord& record);
+
+template <typename Visit>
+void ForEachRecord(const LibraryFunctions& library, PlaylistRecord* playlist,
+                   const FieldSet& wanted, Visit visit) {
+  SongRecordReader reader(library, wanted);
+  const std::int32_t count = library.getSongCount(playlist);
+  for (std::int32_t position = 0; position < count; ++position) {
+    visit(position, reader.Read(playlist, position));
+  }
+}
+
+[[nodiscard]] FieldSet SetOf(std::initializer_list<Field> fields);
+
+}  // namespace tavrel::host

@@ -1,0 +1,38 @@
+// Lists for spreadsheets and other programs: values parted by commas or tabs, a row a line.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "host/output/Output.h"
+
+namespace tavrel::host {
+
+enum class Separation { Commas, Tabs };
+
+// With commas by RFC 4180: rows end in CR LF, and a cell with a comma, a quote or a line end stands in
+// quotes, its own quotes doubled. With tabs, which know no quotes, rows end in LF, and tabs and line ends
+// within a cell become one blank. Control characters go, so that a terminal takes nothing for a command;
+// bytes that are not UTF-8 become U+FFFD.
+class CsvWriter {
+ public:
+  // forSpreadsheet: a cell that begins with '=', '+', '-' or '@' gets an apostrophe in front, so that no
+  // spreadsheet takes it for a formula.
+  CsvWriter(Output& output, Separation separation, bool forSpreadsheet)
+      : output_(output), separation_(separation), forSpreadsheet_(forSpreadsheet) {}
+
+  void Add(std::string_view cell);
+  void EndRow();
+
+ private:
+  Output& output_;
+  Separation separation_;
+  bool forSpreadsheet_;
+  std::size_t cells_ = 0;  // in this row
+  std::string row_;
+  std::string clean_;
+  std::string guarded_;
+};
+
+}  // namespace tavrel::host

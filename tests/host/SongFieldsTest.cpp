@@ -1,0 +1,126 @@
+// What --fields and --sort choose; check_formats.py reads the formats.
+#include <gmock/gmock.h>
+
+#include "tests/host/Fixture.h"
+#include "tests/support/Json.h"
+
+namespace tavrel::tests {
+namespace {
+
+using test::Json;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class SongFields : public HostTest {
+ protected:
+  SongFields() { file_ = WriteTracks(""); }
+
+  std::string WriteTracks(const std::string& more) const {
+    return Write("library.xml",
+                 LibraryText({{1, Property("Name", "Nimrod") + Number("Year", 1899) +
+                                      Number("Total Time", 245120) + more},
+                              {2, Property("Name", "\u00C9tude") + Number("Year", 1833)},
+                              {3, Property("Name", "allegro") + Number("Year", 1899)},
+                              {4, ""}}));
+  }
+
+  Outcome List(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"--library", file_, "songs"});
+    return Run(arguments);
+  }
+
+  Json First(std::vector<std::string> arguments = {}) const {
+    arguments.push_back("--json");
+    return Json::Parse(List(arguments).output)[0];
+  }
+
+  std::string file_;
+};
+
+TEST_F(SongFields, AreTheColumnsInTheOrderInWhichTheyAreNamed) {
+  EXPECT_THAT(Lines(List({"--fields", "year,NAME,seconds"}).output),
+              ElementsAre("#  Year  Name     Time", "0  1899  Nimrod   4:05", "1  1833  \u00C9tude",
+                          "2  1899  allegro", "3"));
+  EXPECT_THAT(Lines(List({"--fields", "year,name", "--format", "csv"}).output)[0], "year,name");
+}
+
+TEST_F(SongFields, SortWithoutCaseAndAccentsAndLeaveMissingOnesLast) {
+  const auto names = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"--fields", "name", "--format", "tsv"});
+    return Lines(List(arguments).output);
+  };
+  EXPECT_THAT(names({"--sort", "name"}),
+              ElementsAre("name", "allegro", "\u00C9tude", "Nimrod", ""));
+  EXPECT_THAT(names({"--sort", "name", "--reverse"}),
+              ElementsAre("name", "Nimrod", "\u00C9tude", "allegro", ""));
+  EXPECT_THAT(names({"--sort", "year"}), ElementsAre("name", "\u00C9tude", "Nimrod", "allegro", ""))
+      << "equal ones keep the file's order";
+  EXPECT_THAT(names({"--sort", "year,name"}),
+              ElementsAre("name", "\u00C9tude", "allegro", "Nimrod", ""));
+  EXPECT_THAT(names({"--reverse"}), ElementsAre("name", "", "allegro", "\u00C9tude", "Nimrod"));
+}
+
+TEST_F(SongFields, AnUnknownOneIsWrongUsageAndToldTheNearest) {
+  const Outcome outcome = List({"--fields", "name,albumartst"});
+  EXPECT_EQ(outcome.exitCode, 2);
+  EXPECT_THAT(outcome.errors,
+              HasSubstr("there is no field \"albumartst\"; do you mean albumArtist?"));
+  EXPECT_EQ(List({"--sort", "nmae"}).exitCode, 2);
+  EXPECT_THAT(List({"--sort", "nmae"}).errors, HasSubstr("do you mean name?"));
+  EXPECT_EQ(List({"--sort", "all"}).exitCode, 2);
+  EXPECT_EQ(List({"--fields", ""}).exitCode, 2);
+}
+
+TEST_F(SongFields, TheFirstOfTwoEqualKeysCounts) {
+  file_ = WriteTracks(Number("Rating", 40) + Number("Rating", 100) + Property("Name", "other") +
+                      Property("Mood", "calm") + Property("Mood", "wild"));
+  const Json song = First({"--fields", "all"});
+  EXPECT_EQ(song["rating"], 40);
+  EXPECT_EQ(song["name"], "Nimrod");
+  EXPECT_EQ(song["Mood"], "calm");
+}
+
+TEST_F(SongFields, ValuesOfAnotherTypeAreNone) {
+  file_ = WriteTracks(
+      Property("Rating", "many") + Number("Bit Rate", -5) + Property("Play Count", "007") +
+      Property("Skip Count", "99999999999999999999") + Property("Date Added", "2015-05-18") +
+      Property("Compilation", "true") + "<key>Artist</key><array/><key>Podcast</key><false/>");
+  const Json song = First();
+  EXPECT_TRUE(song["rating"].IsNull());
+  EXPECT_EQ(song["bitRate"], -5);
+  EXPECT_EQ(song["plays"], 7);
+  EXPECT_TRUE(song["skips"].IsNull());
+  EXPECT_TRUE(song["added"].IsNull());
+  EXPECT_EQ(song["compilation"], true);
+  EXPECT_TRUE(song["artist"].IsNull());
+  EXPECT_EQ(song["podcast"], false);
+}
+
+TEST_F(SongFields, SecondsHaveUpToThreeDecimalPlaces) {
+  for (const auto& [time, seconds] : {std::pair(245120, "245.12"),
+                                      {245000, "245"},
+                                      {7, "0.007"},
+                                      {-7, "-0.007"},
+                                      {-1500, "-1.5"},
+                                      {0, "0"}}) {
+    file_ = Write("time.xml", LibraryText({{1, Number("Total Time", time)}}));
+    EXPECT_EQ(Lines(List({"--fields", "seconds", "--format", "tsv"}).output)[1], seconds);
+  }
+}
+
+TEST_F(SongFields, AFileThatIsHereIsFound) {
+  const std::string here = Write("here.mp3", "x");
+  file_ = WriteTracks(Property("Location", "FILE://" + here));
+  EXPECT_EQ(First()["path"], here);
+  EXPECT_EQ(First()["status"], "found");
+  file_ = WriteTracks(Property("Location", "file://" + here + "x"));
+  EXPECT_EQ(First()["status"], "missing");
+  file_ = WriteTracks(Property("Location", "file:///%zz"));
+  EXPECT_TRUE(First()["path"].IsNull());
+  EXPECT_EQ(First()["status"], "missing");
+  file_ = WriteTracks(Property("Track Type", "Remote"));
+  EXPECT_EQ(First()["status"], "remote");
+}
+
+}  // namespace
+}  // namespace tavrel::tests
