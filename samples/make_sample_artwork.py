@@ -51,7 +51,7 @@ def cases():
     def song(place, *images, **where):
         files[usual(place, **where)] = whole(place, *images)
 
-    # The original layout, its two codes, several sizes in one file.
+    # The usual layout, its two codes, several sizes in one file.
     sizes = [(PNG, b"PNGf", size) for size in (256, 128, 64)]
     song("brandenburg/1/1", *sizes)
     song("seasons/1/1", (JPEG, OLD_JPEG, 200), (PNG, b"PNGf", 64))
