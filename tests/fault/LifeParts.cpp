@@ -4,25 +4,12 @@
 #include <algorithm>
 
 #include "tests/fault/LibraryLife.h"
+#include "tests/fault/SeenParts.h"
 
 namespace tavrel::test {
 namespace {
 
-bool IsPart(const SeenText& part, const SeenText& whole) {
-  return part == whole || (part.text.value_or("").empty() && part.size <= 1);
-}
-
-bool IsPart(std::int32_t part, std::int32_t whole) {
-  return part == whole || part == 0;
-}
-
-bool IsPart(const SeenSong& part, const SeenSong& whole) {
-  return IsPart(part.name, whole.name) && IsPart(part.location, whole.location) &&
-         IsPart(part.artist, whole.artist) && IsPart(part.album, whole.album) &&
-         IsPart(part.genre, whole.genre) && IsPart(part.totalTime, whole.totalTime) &&
-         IsPart(part.playCount, whole.playCount) && IsPart(part.trackNumber, whole.trackNumber) &&
-         IsPart(part.movie, whole.movie);
-}
+using test::IsPart;  // beside those below
 
 // Whether `part` is `whole` with some left out.
 template <class List>

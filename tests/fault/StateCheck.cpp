@@ -11,9 +11,12 @@
 #include "library/playlists/PlaylistTable.h"
 #include "library/tracks/TrackTable.h"
 #include "tests/fault/FailingNew.h"
+#include "tests/fault/SeenParts.h"
 
 namespace tavrel::test {
 namespace {
+
+using test::IsPart;  // beside those below
 
 constexpr std::int32_t kRingtoneKind = 55;
 
@@ -41,22 +44,6 @@ void ExpectPlaylist(const PlaylistRecord* playlist, const std::set<const TrackRe
     const bool owned = playlist->kind == kRingtoneKind;
     EXPECT_TRUE(owned || tracks.count(playlist->tracks[i]) == 1);
   }
-}
-
-bool IsPart(const SeenText& part, const SeenText& whole) {
-  return part == whole || part == SeenText() || (!part.text && part.size <= 1);
-}
-
-bool IsPart(std::int32_t part, std::int32_t whole) {
-  return part == whole || part == 0;
-}
-
-bool IsPart(const SeenSong& part, const SeenSong& whole) {
-  return IsPart(part.name, whole.name) && IsPart(part.location, whole.location) &&
-         IsPart(part.artist, whole.artist) && IsPart(part.album, whole.album) &&
-         IsPart(part.genre, whole.genre) && IsPart(part.totalTime, whole.totalTime) &&
-         IsPart(part.playCount, whole.playCount) && IsPart(part.trackNumber, whole.trackNumber) &&
-         IsPart(part.movie, whole.movie);
 }
 
 bool IsPart(const SeenPlaylist& part, const SeenPlaylist& whole) {
