@@ -86,7 +86,7 @@ def all_mutants(root):
             lines = path.read_text().split("\n")
             for number, code in code_lines("\n".join(lines)):
                 line = lines[number - 1]
-                for kind, after in replacements(line if line.startswith(code) and '"' not in line else code):
+                for kind, after in replacements(code):
                     if '"' in line and after:
                         continue  # a text would have been changed with the code
                     mutants.append(Mutant(file, number, kind, line.strip(), after.strip()))

@@ -7,8 +7,8 @@ import resource
 import shutil
 import subprocess
 
-# The programs whose tests a mutant of the library can fail, and the suites that only slow this down: they
-# look at the checkout, or try what no mutant of ours can reach.
+# The programs whose tests a mutant of the library can fail; the later ones, which link the library in other
+# ways, are run where the first ones have not noticed it.
 PROGRAMS = ("unit_tests", "system_test", "hostile_test", "fault_test")
 LATER_PROGRAMS = ("work_tests", "tavrel_host_tests")
 MOST_MEMORY = 4 << 30
