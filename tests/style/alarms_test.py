@@ -9,6 +9,7 @@ import unittest
 from pathlib import Path
 
 import check_includes
+import check_links
 import check_named_tests
 import check_objects
 import check_words
@@ -43,6 +44,34 @@ class NamedTests(unittest.TestCase):
 
     def test_a_document_that_names_no_test_is_heard(self):
         self.assertEqual(self.faults("none"), ["names no test"])
+
+
+class Links(unittest.TestCase):
+    FILES = ("README.md", "docs/README.md", "docs/a.md", "docs/pictures/a b.png", "host/Main.cpp")
+
+    def faults(self, text, **documents):
+        index = "[a](a.md)\n"
+        return check_links.faults({"docs/README.md": index, "docs/a.md": text, **documents}, self.FILES)
+
+    def test_links_that_lead_somewhere_are_no_fault(self):
+        text = ("# Two Words\n## Two Words\n[up](../README.md) ![a](<pictures/a%20b.png>) [it](#two-words-1)\n"
+                "[r]: ../host/Main.cpp\n[out](https://example.invalid/x) [folder](../host) `[no](link)`\n"
+                "```\n[no](link)\n```\n")
+        self.assertEqual(len(check_links.links_of(text)), 6)
+        self.assertEqual(self.faults(text), [])
+
+    def test_a_link_to_a_file_that_is_not_there_is_heard(self):
+        for link in ("[a](b.md)", "![a](../a.md)", "[a]: host/Main.cpp", '[a](../README "title")',
+                     "`code` [a](b.md)", '<img alt="a" src="b.png">'):
+            self.assertEqual(len(self.faults(link + "\n")), 1, link)
+
+    def test_a_link_to_a_heading_that_is_not_there_is_heard(self):
+        for link in ("[a](#none)", "[a](README.md#none)", "[a](../host/Main.cpp#none)", "[a](#in-code)"):
+            self.assertEqual(len(self.faults(f"```\n# In code\n```\n# A\n{link}\n")), 1, link)
+
+    def test_a_document_that_the_index_does_not_name_is_heard(self):
+        found = self.faults("", **{"docs/b.md": ""})
+        self.assertEqual(found, ["docs/README.md: does not name docs/b.md"])
 
 
 class Includes(unittest.TestCase):
