@@ -46,7 +46,7 @@ void RequireTracks(const Library& library, const LibraryPlace& place) {
 // Runs the command, and says behind its output when the library file is not all there.
 ExitCode RunOnLibrary(const CommandLine& line, Session& session) {
   const bool isWhole = EndsLikePropertyList(session.place.File());
-  const ExitCode code = line.run(session);
+  const ExitCode code = line.task.run(session);
   if (isWhole) return code;
   session.output.Finish();
   const std::int32_t songs = session.library.getSongCount(session.library.openAllSongs());
@@ -65,11 +65,11 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
   if (!isLoaded) {
     messages
         .Discard();  // the diagnosis says more, and where none is needed nobody wants to hear it
-    RequireLibrary(line.need, place);
+    RequireLibrary(line.task.need, place);
   }
   const Terminal terminal = DescribeStandardOutput(options.color);
   Session session{options, place, place.Path(), place.Home(), library, terminal, output};
-  if (!isLoaded || line.need == LibraryNeed::None) return line.run(session);
+  if (!isLoaded || line.task.need == LibraryNeed::None) return line.task.run(session);
   RequireTracks(library, place);
   if (!options.quiet && !place.Note().empty()) Complain(place.Note());
   return RunOnLibrary(line, session);
@@ -78,9 +78,9 @@ ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
 ExitCode RunProgram(int count, const char* const* arguments) {
   Output output;
   const CommandLine line = ReadCommandLine(count, arguments);
-  if (line.isPaged && !line.options.noPager) output.PageLongOutput();
+  if (line.task.isPaged && !line.options.noPager) output.PageLongOutput();
   output.Write(line.text);
-  const ExitCode code = line.run ? RunWithLibrary(line, output) : ExitCode::Done;
+  const ExitCode code = line.task.run ? RunWithLibrary(line, output) : ExitCode::Done;
   output.Finish();
   return code;
 }

@@ -3,6 +3,7 @@
 
 #include <charconv>
 #include <filesystem>
+#include <memory>
 #include <optional>
 
 #include "host/artwork/Albums.h"
@@ -25,6 +26,14 @@
 
 namespace tavrel::host {
 namespace {
+
+struct ArtworkArguments {
+  std::vector<std::string> names;  // a cache file, or a playlist and a song
+  std::optional<std::string> target;
+  bool list = false;
+  bool all = false;
+  ExportOptions exporting;
+};
 
 std::optional<std::int32_t> Position(const std::string& text) {
   std::int32_t position = 0;
@@ -206,11 +215,60 @@ ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   return ExitCode::Failed;
 }
 
-}  // namespace
-
 ExitCode ShowArtwork(const ArtworkArguments& arguments, Session& session) {
   if (arguments.all) return ExportArtwork(arguments.exporting, session);
   return arguments.names.size() == 1 ? ShowFile(arguments, session) : ShowSong(arguments, session);
+}
+
+void Check(const ArtworkArguments& arguments) {
+  const ExportOptions& exporting = arguments.exporting;
+  if (arguments.all != arguments.names.empty()) {
+    throw UsageError("covers needs PLAYLIST SONG, or FILE, or --all");
+  }
+  if (arguments.all && (!arguments.target || arguments.target->empty())) {
+    throw UsageError("covers --all needs a folder: -o DIR");
+  }
+  if (arguments.all && arguments.list) {
+    throw UsageError("--list shows the images of one song or file, not of --all");
+  }
+  if (!arguments.all && (exporting.perSong || exporting.unclaimed)) {
+    throw UsageError("--per-song and --unclaimed need --all");
+  }
+  if (arguments.target && arguments.target->empty()) throw UsageError("-o: the name is empty");
+}
+
+LibraryNeed NeedOf(const ArtworkArguments& arguments) {
+  if (arguments.all && arguments.exporting.unclaimed) return LibraryNeed::ReadableIfThere;
+  return arguments.names.size() == 1 ? LibraryNeed::None : LibraryNeed::Readable;
+}
+
+}  // namespace
+
+void DefineArtwork(CommandDefinition program) {
+  const auto arguments = std::make_shared<ArtworkArguments>();
+  ExportOptions& exporting = arguments->exporting;
+  CommandDefinition command = program.AddCommand("covers", "Write covers to files, or list them");
+  command.AddAlias("artwork");
+  command.AddPlaces("NAMES", arguments->names, 2,
+                    "PLAYLIST SONG: names, or positions as \"tavrel songs\" shows them;\n"
+                    "or FILE: an artwork cache file (.itc2, .itc)");
+  command.AddText("-o,--output", arguments->target, "FILE",
+                  "The file to write (its extension follows the picture's type; - is standard\n"
+                  "output), or the folder");
+  command.AddFlag("--list", arguments->list, "List the images instead");
+  command.AddFlag("--all", arguments->all, "One cover for each album of the library");
+  command.AddFlag("--per-song", exporting.perSong, "With --all: one for each song");
+  command.AddFlag("--unclaimed", exporting.unclaimed,
+                  "With --all: also the cache files that belong to no song; the library\n"
+                  "file may be missing then");
+  command.AddFlag("--force", exporting.force, "Replace files that are there");
+  command.Makes([arguments] {
+    Check(*arguments);
+    if (arguments->all) arguments->exporting.folder = *arguments->target;
+    return Task{.run = [arguments](Session& session) { return ShowArtwork(*arguments, session); },
+                .need = NeedOf(*arguments),
+                .isPaged = false};
+  });
 }
 
 }  // namespace tavrel::host

@@ -4,9 +4,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <memory>
 
 #include "host/commands/Commands.h"
+#include "host/commands/SongList.h"
 #include "host/library/PlaylistTree.h"
+#include "host/library/SongMatching.h"
 #include "host/library/SongPlaces.h"
 #include "host/output/Format.h"
 #include "host/output/Json.h"
@@ -14,6 +17,11 @@
 
 namespace tavrel::host {
 namespace {
+
+struct PlaylistsArguments {
+  bool all = false;  // built-in and empty ones, too
+  SongQuery with;    // only those that hold such a song; without words all
+};
 
 constexpr std::size_t kDeepestShown =
     20;  // what is deeper stands below it without going further in
@@ -134,8 +142,6 @@ void PrintJson(const std::vector<ListFacts>& lists, bool withFound, Session& ses
   array.End();
 }
 
-}  // namespace
-
 ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session) {
   const std::vector<Playlist> playlists = ReadPlaylists(session.library);
   const std::vector<TreeEntry> tree = MakeTree(playlists);
@@ -167,6 +173,21 @@ ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session) {
                  : "the library has no playlists of your own; --all shows the built-in ones");
   }
   return ExitCode::Failed;
+}
+
+}  // namespace
+
+void DefinePlaylists(CommandDefinition program) {
+  const auto arguments = std::make_shared<PlaylistsArguments>();
+  CommandDefinition command =
+      program.AddCommand("playlists", "Show the playlists in their folders");
+  command.AddFlag("--all", arguments->all, "Also built-in and empty ones");
+  command.AddTexts("--with", arguments->with.words, "TEXT",
+                   "Only those that hold a song with this text; again: with all of them");
+  command.Makes([arguments] {
+    return Task{
+        .run = [arguments](Session& session) { return ListPlaylists(*arguments, session); }};
+  });
 }
 
 }  // namespace tavrel::host

@@ -1,6 +1,7 @@
 // tavrel ringtones add: adding a ringtone to iTunes, explained on the way.
 #include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "host/commands/Commands.h"
 #include "host/library/InputFile.h"
@@ -9,6 +10,11 @@
 
 namespace tavrel::host {
 namespace {
+
+struct RingtoneArguments {
+  std::string file;  // as the user wrote it
+  bool force = false;
+};
 
 void RequireRunner() {
   if (system::FindScriptRunner()) return;
@@ -57,8 +63,6 @@ std::string_view Explain(std::int32_t result) {
   return result > 0 ? kListNotUpdated : kNotAdded;
 }
 
-}  // namespace
-
 ExitCode AddRingtone(const RingtoneArguments& arguments, Session& session) {
   RequireRunner();
   RequireFile(arguments.file);
@@ -78,6 +82,20 @@ ExitCode AddRingtone(const RingtoneArguments& arguments, Session& session) {
     Complain(std::string(meaning));
   }
   return result == 0 ? ExitCode::Done : ExitCode::Failed;
+}
+
+}  // namespace
+
+void DefineRingtoneAdding(CommandDefinition ringtones) {
+  const auto arguments = std::make_shared<RingtoneArguments>();
+  CommandDefinition command = ringtones.AddCommand("add", "Add a ringtone to iTunes");
+  command.AddRequiredPlace("FILE", arguments->file, "The ringtone's file");
+  command.AddFlag("--force", arguments->force,
+                  "Send the script also when the file's path changes it");
+  command.Makes([arguments] {
+    return Task{.run = [arguments](Session& session) { return AddRingtone(*arguments, session); },
+                .isPaged = false};
+  });
 }
 
 }  // namespace tavrel::host

@@ -44,8 +44,6 @@ void PrintJson(PlaylistRecord* ringtones, Session& session) {
   list.End();
 }
 
-}  // namespace
-
 ExitCode ListRingtones(Session& session) {
   PlaylistRecord* ringtones = FindRingtones(session.library);
   const bool isEmpty = session.library.getSongCount(ringtones) == 0;
@@ -57,6 +55,14 @@ ExitCode ListRingtones(Session& session) {
   if (!isEmpty) return ExitCode::Done;
   Complain("the library has no ringtones");
   return ExitCode::Failed;
+}
+
+}  // namespace
+
+void DefineRingtones(CommandDefinition program) {
+  CommandDefinition command = program.AddCommand("ringtones", "List the ringtones, or add one");
+  DefineRingtoneAdding(command);
+  command.Makes([] { return Task{.run = ListRingtones}; });
 }
 
 }  // namespace tavrel::host

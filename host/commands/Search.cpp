@@ -15,6 +15,14 @@
 namespace tavrel::host {
 namespace {
 
+struct SearchArguments {
+  SongQuery query;
+  std::size_t limit = 0;  // 0: none
+  bool countOnly = false;
+  bool withLists = false;
+  SongListOptions list;
+};
+
 using Mark = std::optional<TextRange>;
 
 // Finds the first of the texts that a cell holds.
@@ -96,8 +104,6 @@ void AddLists(SongList& list, const Session& session) {
   };
 }
 
-}  // namespace
-
 ExitCode SearchSongs(const SearchArguments& arguments, Session& session) {
   const SongQuery& query = arguments.query;
   // With an order the limit is that of what is shown, not of what is looked at.
@@ -122,6 +128,55 @@ ExitCode SearchSongs(const SearchArguments& arguments, Session& session) {
   if (!isEmpty) return ExitCode::Done;
   Complain(NothingFoundBy(query, session.library));
   return ExitCode::Failed;
+}
+
+void Check(const SearchArguments& arguments) {
+  const SongQuery& query = arguments.query;
+  const std::vector<FieldTerm> terms = FieldTermsOf(query);
+  if (query.words.empty() && terms.empty() && !query.years) {
+    throw UsageError("search needs a WORD, or --name, --artist, --album, ...");
+  }
+  const auto isEmpty = [](const std::string& text) { return text.empty(); };
+  if (std::any_of(query.words.begin(), query.words.end(), isEmpty) ||
+      std::any_of(terms.begin(), terms.end(),
+                  [](const FieldTerm& term) { return term.text->empty(); })) {
+    throw UsageError("search: an empty text is never found");
+  }
+  if (query.years && !AreYears(*query.years)) {
+    throw UsageError("--year: a year, or two as in 1990-1999");
+  }
+}
+
+void AddTerms(CommandDefinition command, SongQuery& query) {
+  command.AddPlaces("WORD", query.words, 0,
+                    "Texts that a song must hold, each anywhere in its name, artist,\n"
+                    "album artist, album or composer; case and accents do not count");
+  command.AddFlag(
+      "--exact", query.exact,
+      "Accents count, and words stand in name, artist or album: the library's own rule");
+  command.AddText("--name", query.name, "TEXT", "A part of the name");
+  command.AddText("--artist", query.artist, "TEXT", "A part of the artist");
+  command.AddText("--album", query.album, "TEXT", "A part of the album");
+  command.AddText("--composer", query.composer, "TEXT", "A part of the composer");
+  command.AddText("--genre", query.genre, "TEXT", "A part of the genre");
+  command.AddText("--year", query.years, "YEAR",
+                  "The year, or the first and the last one: 1990-1999");
+}
+
+}  // namespace
+
+void DefineSearch(CommandDefinition program) {
+  const auto arguments = std::make_shared<SearchArguments>();
+  CommandDefinition command = program.AddCommand("search", "Find songs by words");
+  AddTerms(command, arguments->query);
+  command.AddCount("--limit", arguments->limit, "N", "Show so many songs at most");
+  command.AddFlag("--count", arguments->countOnly, "Print the number of songs only");
+  command.AddFlag("--lists", arguments->withLists, "Also the playlists that hold each song");
+  AddSongListOptions(command, arguments->list);
+  command.Makes([arguments] {
+    Check(*arguments);
+    return Task{.run = [arguments](Session& session) { return SearchSongs(*arguments, session); }};
+  });
 }
 
 }  // namespace tavrel::host

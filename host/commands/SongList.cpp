@@ -152,6 +152,19 @@ void PrintCsv(const SongList& list, const SongColumns& columns, Separation separ
 
 }  // namespace
 
+void AddSongListOptions(CommandDefinition command, SongListOptions& list) {
+  command.AddText("--fields", list.fields, "A,B",
+                  "What to show of each song, parted by commas: name,artist,year;\n"
+                  "all: everything that the file says");
+  command.AddText("--sort", list.sort, "FIELD[,FIELD]",
+                  "Sort by these fields, the first one first");
+  command.AddFlag("--reverse", list.isReversed, "The other way round");
+  command.AddChoice("--format", list.format, {"table", "json", "jsonl", "csv", "tsv"},
+                    "table, json, jsonl, csv or tsv", "FORMAT");
+  command.AddFlag("--spreadsheet", list.forSpreadsheet,
+                  "With csv and tsv: an apostrophe before what a spreadsheet would run");
+}
+
 // ---- JSON ---------------------------------------------------------------------------------------
 
 SongJson::SongJson(const SongColumns& columns, const Session& session)

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/arguments/CommandDefinition.h"
 #include "host/commands/SongColumns.h"
 #include "host/library/Session.h"
 
@@ -22,6 +23,9 @@ struct SongListOptions {
   std::optional<std::string> format;  // none: a table, or JSON when --json is given
   bool forSpreadsheet = false;
 };
+
+// The options that every command has which lists songs.
+void AddSongListOptions(CommandDefinition command, SongListOptions& list);
 
 // What is listed: songs of a playlist by their positions.
 struct SongList {

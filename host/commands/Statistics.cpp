@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <tuple>
 
 #include "host/commands/Commands.h"
@@ -17,6 +18,11 @@
 
 namespace tavrel::host {
 namespace {
+
+struct StatisticsArguments {
+  std::optional<std::string> by;
+  std::optional<std::string> top;  // a number, or "all"; none: what suits the list
+};
 
 constexpr std::size_t kUsualTop = 20;    // of texts; numbers are shown all
 constexpr std::size_t kLongestBar = 20;  // in columns
@@ -202,10 +208,8 @@ void PrintJson(const std::vector<Sum>& sums, const Grouping& grouping, Session& 
   list.End();
 }
 
-}  // namespace
-
 ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session) {
-  const Grouping& grouping = GroupingOf(arguments.by);
+  const Grouping& grouping = GroupingOf(arguments.by.value_or("artist"));
   const std::size_t top = TopOf(arguments, grouping);
   std::vector<Sum> sums = grouping.field == Field::Album ? SumUpAlbums(session.library)
                                                          : SumUp(grouping, session.library);
@@ -220,6 +224,26 @@ ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session) 
   if (!sums.empty()) return ExitCode::Done;
   Complain("the library has no songs");
   return ExitCode::Failed;
+}
+
+}  // namespace
+
+void DefineStatistics(CommandDefinition program) {
+  const auto arguments = std::make_shared<StatisticsArguments>();
+  std::vector<std::string> names;
+  for (const Grouping& grouping : kGroupings) names.emplace_back(grouping.name);
+  CommandDefinition command =
+      program.AddCommand("stats", "Count songs and their time by a property");
+  command.AddChoiceInAnyCase(
+      "--by", arguments->by, names,
+      "artist (unless told otherwise), albumArtist, album, composer, genre, year,\n"
+      "decade, rating, added or kind",
+      "FIELD");
+  command.AddText("--top", arguments->top, "N|all", "So many of those with the most songs, or all");
+  command.Makes([arguments] {
+    return Task{
+        .run = [arguments](Session& session) { return ShowStatistics(*arguments, session); }};
+  });
 }
 
 }  // namespace tavrel::host

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/help/CommandSummary.h"
+#include "host/arguments/CommandSummary.h"
 
 namespace tavrel::host {
 

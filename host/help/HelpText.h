@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-#include "host/help/CommandSummary.h"
+#include "host/arguments/CommandSummary.h"
 
 namespace tavrel::host {
 

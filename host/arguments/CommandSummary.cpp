@@ -1,4 +1,4 @@
-#include "host/help/CommandSummary.h"
+#include "host/arguments/CommandSummary.h"
 
 #include <algorithm>
 

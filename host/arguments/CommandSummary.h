@@ -1,4 +1,4 @@
-// The definition of the commands, as help, manual page and completions show it. CommandLine.cpp makes it from
+// The definition of the commands, as help, manual page and completions show it. CommandParser makes it from
 // what parses the command line.
 #pragma once
 

@@ -1,0 +1,14 @@
+#include "host/commands/Commands.h"
+
+namespace tavrel::host {
+
+void DefineCommands(CommandDefinition program) {
+  DefineArtwork(program);
+  DefinePlaylists(program);
+  DefineRingtones(program);
+  DefineSearch(program);
+  DefineSongs(program);
+  DefineStatistics(program);
+}
+
+}  // namespace tavrel::host
