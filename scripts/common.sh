@@ -21,6 +21,8 @@ libcli11-dev CLI/CLI.hpp
 nlohmann-json3-dev nlohmann/json.hpp
 libfmt-dev fmt/format.h
 libpng-dev png.h
+libturbojpeg0-dev turbojpeg.h
+libstb-dev stb/stb_image_resize.h
 LIST
 }
 test_needs() {
