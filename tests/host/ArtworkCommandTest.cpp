@@ -11,7 +11,7 @@
 #include "tests/support/Json.h"
 #include "tests/support/Sanitizers.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -82,7 +82,7 @@ class ArtworkCommand : public HostTest {
     return Run(arguments);
   }
 
-  std::vector<Track> tracks_;
+  std::vector<TrackText> tracks_;
   std::vector<int> items_;
 };
 
@@ -473,4 +473,4 @@ TEST_F(ArtworkCommand, ProgressIsShownOnATerminalOnly) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

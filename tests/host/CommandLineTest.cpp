@@ -4,7 +4,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Sanitizers.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using testing::HasSubstr;
@@ -84,7 +84,7 @@ TEST_F(CommandLine, APlaylistMayBeNamedLikeAnything) {
 
 #if !TAVREL_SANITIZED  // whose address space must not be limited
 TEST_F(CommandLine, OutOfMemoryIsAMessage) {
-  std::vector<Track> tracks;
+  std::vector<TrackText> tracks;
   for (int id = 1; id <= 20000; ++id)
     tracks.push_back({id, Property("Name", std::string(500, 'x'))});
   const std::string file = Write("library.xml", LibraryText(tracks));
@@ -104,4 +104,4 @@ TEST_F(CommandLine, OutOfMemoryIsAMessage) {
 #endif
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

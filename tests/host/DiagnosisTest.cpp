@@ -8,7 +8,7 @@
 #include "host/output/Format.h"
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using namespace std::string_literals;
@@ -210,4 +210,4 @@ TEST_F(Diagnosis, PathsAreShownWithoutControlCharacters) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -13,7 +13,7 @@
 #include "tests/support/Soak.h"
 #include "tests/support/StandInRunner.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -139,4 +139,4 @@ TEST_F(ReplacedFolder, IsNeitherFollowedNorRemoved) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <stdexcept>
 
-namespace tavrel::tests {
+namespace tavrel::test {
 
 std::string Property(std::string_view key, std::string_view text) {
   return "<key>" + std::string(key) + "</key><string>" + std::string(text) + "</string>\n";
@@ -16,12 +16,12 @@ std::string Number(std::string_view key, long long number) {
   return "<key>" + std::string(key) + "</key><integer>" + std::to_string(number) + "</integer>\n";
 }
 
-std::string LibraryText(const std::vector<Track>& tracks,
+std::string LibraryText(const std::vector<TrackText>& tracks,
                         const std::vector<PlaylistText>& playlists) {
   std::string text =
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n<dict>\n"
       "<key>Tracks</key>\n<dict>\n";
-  for (const Track& track : tracks) {
+  for (const TrackText& track : tracks) {
     const std::string id = std::to_string(track.id);
     text += "<key>" + id + "</key>\n<dict>\n" + Number("Track ID", track.id) + track.properties +
             "</dict>\n";
@@ -100,4 +100,4 @@ std::vector<std::string> Lines(std::string_view text) {
   return lines;
 }
 
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -10,10 +10,10 @@
 
 #include "tests/support/ChildProcess.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 
 // A track or a playlist as it stands in a library file; the texts are written as they are.
-struct Track {
+struct TrackText {
   int id = 0;
   std::string properties;  // "<key>Name</key><string>Nimrod</string>..."
 };
@@ -25,7 +25,7 @@ struct PlaylistText {
 
 [[nodiscard]] std::string Property(std::string_view key, std::string_view text);
 [[nodiscard]] std::string Number(std::string_view key, long long number);
-[[nodiscard]] std::string LibraryText(const std::vector<Track>& tracks,
+[[nodiscard]] std::string LibraryText(const std::vector<TrackText>& tracks,
                                       const std::vector<PlaylistText>& playlists = {});
 
 // One track with this name, in no playlist.
@@ -60,4 +60,4 @@ class HostTest : public testing::Test {
 // The lines of a text, without their ends.
 [[nodiscard]] std::vector<std::string> Lines(std::string_view text);
 
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

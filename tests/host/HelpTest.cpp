@@ -3,7 +3,7 @@
 #include "host/output/Text.h"
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using host::Width;
@@ -92,7 +92,7 @@ TEST_F(Help, AnErrorNamesTheCommandWhoseHelpFits) {
 class Paging : public HostTest {
  protected:
   Outcome Songs(int count, const char* pager, std::vector<std::string> arguments = {}) const {
-    std::vector<Track> tracks;
+    std::vector<TrackText> tracks;
     for (int id = 1; id <= count; ++id) tracks.push_back({id, Property("Name", "Variation")});
     Command command;
     command.output = Stream::Terminal;  // of 24 rows
@@ -131,4 +131,4 @@ TEST_F(Paging, LeavingItEarlyIsNoError) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

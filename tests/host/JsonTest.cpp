@@ -8,9 +8,9 @@
 namespace tavrel::host {
 namespace {
 
+using test::HostTest;
 using test::Json;
-using tests::HostTest;
-using tests::Outcome;
+using test::Outcome;
 
 TEST(Json, AMissingTextIsNull) {
   EXPECT_EQ((JsonObject{{"name", kJsonNull}}.Text()), R"({"name":null})");
@@ -66,8 +66,8 @@ TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
   // &#233; is the lone byte E9 on purpose.
   const std::string file =
       Write("library.xml",
-            tests::LibraryText({{1, tests::Property("Name", "caf&#233; \"\x1b\\ \xC2\x9B") +
-                                        tests::Property("Album", "&#10;&#237;&#160;&#128;")}}));
+            test::LibraryText({{1, test::Property("Name", "caf&#233; \"\x1b\\ \xC2\x9B") +
+                                       test::Property("Album", "&#10;&#237;&#160;&#128;")}}));
   const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
   EXPECT_EQ(songs.exitCode, 0) << songs.errors;
   EXPECT_TRUE(text::IsValidUtf8(songs.output));
@@ -85,18 +85,18 @@ TEST_F(JsonOutput, IsValidWhateverTheFileHolds) {
 }
 
 TEST_F(JsonOutput, AListWithoutElementsIsAnEmptyArray) {
-  const std::string file = Write("library.xml", tests::LibraryText({}));
+  const std::string file = Write("library.xml", test::LibraryText({}));
   EXPECT_EQ(Run({"--library", file, "songs", "--all", "--json"}).output, "[]\n");
 }
 
 TEST_F(JsonOutput, HasOneElementALine) {
-  const std::string file = Write("library.xml", tests::LibraryText({{1, ""}, {2, ""}, {3, ""}}));
+  const std::string file = Write("library.xml", test::LibraryText({{1, ""}, {2, ""}, {3, ""}}));
   const Outcome songs = Run({"--library", file, "songs", "--all", "--json"});
-  EXPECT_EQ(tests::Lines(songs.output).size(), 5u) << songs.output;
+  EXPECT_EQ(test::Lines(songs.output).size(), 5u) << songs.output;
 }
 
 TEST_F(JsonOutput, APathThatIsNotUtf8IsShownAllTheSame) {
-  const std::string file = Write("caf\xE9.xml", tests::LibraryWithName("Nimrod"));
+  const std::string file = Write("caf\xE9.xml", test::LibraryWithName("Nimrod"));
   const Outcome overview = Run({"--library", file, "--json"});
   EXPECT_EQ(overview.exitCode, 0) << overview.errors;
   EXPECT_TRUE(text::IsValidUtf8(overview.output));

@@ -6,7 +6,7 @@
 
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -156,4 +156,4 @@ TEST_F(LibraryHandle, TheHomeFolderMayBeALink) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

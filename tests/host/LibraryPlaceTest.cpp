@@ -6,7 +6,7 @@
 
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -152,7 +152,7 @@ TEST_F(LibraryPlace, CompressedDataOfAnyLengthAreInflatedWhole) {
 }
 
 TEST_F(LibraryPlace, DamagedAndCutOffCompressedDataAreTold) {
-  Write("library.xml", LibraryText(std::vector<Track>(
+  Write("library.xml", LibraryText(std::vector<TrackText>(
                            2000, {1, Property("Name", "Nimrod") + Property("Artist", "Elgar")})));
   const Outcome cut = Shell(
       "gzip -k library.xml; head -c 1000 library.xml.gz > cut.gz; $tavrel -l cut.gz songs --all");
@@ -180,7 +180,7 @@ TEST_F(LibraryPlace, ANearbyNameIsSuggestedAsACommand) {
 }
 
 TEST_F(LibraryPlace, AFileThatIsCutOffIsShownAndExitCode1) {
-  std::vector<Track> tracks;
+  std::vector<TrackText> tracks;
   for (int id = 1; id <= 54; ++id) tracks.push_back({id, Property("Name", "Song")});
   const std::string text = LibraryText(tracks);
   const std::string cut = Write("cut.xml", text.substr(0, text.find("</dict>\n<key>Playlists")));
@@ -205,4 +205,4 @@ TEST_F(LibraryPlace, LogLinesOfTheLibraryShowWithVerboseOnly) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -4,7 +4,7 @@
 
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -14,7 +14,7 @@ class Output : public HostTest {
  protected:
   // A library whose songs fill more than any buffer in between.
   std::string WriteLargeLibrary() const {
-    std::vector<Track> tracks;
+    std::vector<TrackText> tracks;
     for (int id = 1; id <= 5000; ++id) {
       tracks.push_back({id, Property("Name", "Variation " + std::to_string(id))});
     }
@@ -80,7 +80,7 @@ TEST_F(Output, AClosedStandardErrorDoesNotMatter) {
 
 TEST_F(Output, OneVeryLongNameDoesNotFillTheOtherRowsWithBlanks) {
   const std::string name(1 << 20, 'x');
-  std::vector<Track> tracks{{1, Property("Name", name) + Property("Artist", name)}};
+  std::vector<TrackText> tracks{{1, Property("Name", name) + Property("Artist", name)}};
   for (int id = 2; id <= 200; ++id) tracks.push_back({id, Property("Name", "Nimrod")});
   const std::string file =
       Write("library.xml", LibraryText(tracks, {{Property("Name", name), {1}}}));
@@ -101,4 +101,4 @@ TEST_F(Output, AllOfItArrives) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -3,7 +3,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using test::Json;
@@ -12,8 +12,8 @@ using testing::Not;
 
 constexpr int kHour = 3600 * 1000;
 
-Track MakeTrack(int id, std::string_view artist, std::string_view album, std::string_view genre,
-                long long time, int plays) {
+TrackText MakeTrack(int id, std::string_view artist, std::string_view album, std::string_view genre,
+                    long long time, int plays) {
   return {id, Property("Name", "Song " + std::to_string(id)) + Property("Artist", artist) +
                   Property("Album", album) + Property("Genre", genre) + Number("Total Time", time) +
                   Number("Play Count", plays)};
@@ -24,7 +24,7 @@ PlaylistText MakePlaylist(std::string_view name, int kind) {
 }
 
 std::string MakeLibrary() {
-  Track movie{7, Property("Name", "Fantasia") + "<key>Movie</key><true/>\n"};
+  TrackText movie{7, Property("Name", "Fantasia") + "<key>Movie</key><true/>\n"};
   return LibraryText({MakeTrack(1, "Dvořák", "Greatest Hits", "Classical", kHour, 3),
                       MakeTrack(2, "Dvor\u030Ca\u0301k", "Greatest Hits", "Classical", kHour, 9),
                       MakeTrack(3, "Elgar", "Greatest Hits", "Classical", kHour, 0),
@@ -83,7 +83,7 @@ TEST_F(Overview, AnAlbumOfAnotherArtistIsAnotherAlbum) {
 
 TEST_F(Overview, SongsOfOneTitleInOneFolderAreOneAlbum) {
   const auto tribute = [](int id, std::string_view artist, std::string_view folder) {
-    Track track = MakeTrack(id, artist, "Tribute", "", 1000, 0);
+    TrackText track = MakeTrack(id, artist, "Tribute", "", 1000, 0);
     track.properties += Property("Location", "file:///Music/" + std::string(folder) + "/x.mp3");
     return track;
   };
@@ -99,7 +99,7 @@ TEST_F(Overview, SongsOfOneTitleInOneFolderAreOneAlbum) {
 
 TEST_F(Overview, AlbumArtistsAndCompilationsMakeAlbums) {
   const auto track = [](int id, std::string_view artist, const std::string& more) {
-    return Track{
+    return TrackText{
         id, Property("Name", "x") + Property("Artist", artist) + Property("Album", "Hits") + more};
   };
   const std::string flag = "<key>Compilation</key><true/>";
@@ -132,7 +132,7 @@ TEST_F(Overview, MostPlayedSongsKeepTheFilesOrderWhenTheyAreEqual) {
 }
 
 TEST_F(Overview, ListsHaveAtMostFiveEntries) {
-  std::vector<Track> tracks;
+  std::vector<TrackText> tracks;
   for (int id = 1; id <= 30; ++id) {
     const std::string name = "Artist " + std::to_string(id % 8);
     tracks.push_back(MakeTrack(id, name, name, name, 1000 * id, id));
@@ -165,7 +165,7 @@ TEST_F(Overview, TheSummaryFitsANarrowTerminal) {
   narrow.output = Stream::Terminal;
   narrow.columns = 40;
   narrow.folder = Path("");
-  std::vector<Track> tracks;
+  std::vector<TrackText> tracks;
   for (int id = 1; id <= 1200; ++id) tracks.push_back(MakeTrack(id, "", "", "", kHour + 61000, 0));
   tracks[0].properties += "<key>Movie</key><true/>\n";
   Write("library.xml", LibraryText(tracks, {MakePlaylist("Genius", 26), MakePlaylist("x", 0)}));
@@ -183,4 +183,4 @@ TEST_F(Overview, AnEmptyLibraryHasAnOverviewToo) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

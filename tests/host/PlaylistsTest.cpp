@@ -3,7 +3,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using test::Json;
@@ -92,4 +92,4 @@ TEST_F(Playlists, ThatStandWithinEachOtherAreShownAllTheSame) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

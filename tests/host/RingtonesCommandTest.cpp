@@ -8,7 +8,7 @@
 #include "tests/support/Json.h"
 #include "tests/support/StandInRunner.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using test::Contents;
@@ -213,4 +213,4 @@ TEST_F(RingtonesCommand, AddSaysThatThereIsNoRunnerBeforeDoingAnything) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -3,7 +3,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using testing::AllOf;
@@ -201,4 +201,4 @@ TEST_F(Search, AVeryLongNameIsNoTrouble) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -4,7 +4,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using test::Json;
@@ -123,4 +123,4 @@ TEST_F(SongFields, AFileThatIsHereIsFound) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -2,7 +2,7 @@
 
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using testing::AllOf;
@@ -13,10 +13,10 @@ using testing::Not;
 class Songs : public HostTest {
  protected:
   Songs() {
-    Track nimrod{1, Property("Name", "Nimrod") + Property("Artist", "Elgar &#38; Friends") +
-                        Property("Album", "Enigma") + Property("Genre", "Classical") +
-                        Number("Total Time", 245000) + Number("Play Count", 12) +
-                        Number("Track Number", 9)};
+    TrackText nimrod{1, Property("Name", "Nimrod") + Property("Artist", "Elgar &#38; Friends") +
+                            Property("Album", "Enigma") + Property("Genre", "Classical") +
+                            Number("Total Time", 245000) + Number("Play Count", 12) +
+                            Number("Track Number", 9)};
     file_ = Write("library.xml", LibraryText({nimrod, {2, Property("Name", "Vltava")}, {3, ""}},
                                              {{Property("Name", "Evening"), {2, 1}},
                                               {Property("Name", "Twice"), {1}},
@@ -184,4 +184,4 @@ TEST_F(Songs, AVeryLongNameIsNoTrouble) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -4,7 +4,7 @@
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using test::Json;
@@ -16,10 +16,10 @@ class Statistics : public HostTest {
  protected:
   Statistics() {
     const auto track = [](int id, std::string_view artist, int year, int rating) {
-      return Track{id, Property("Artist", artist) + Property("Album", "Hits") +
-                           Number("Year", year) + Number("Total Time", 60000) +
-                           Number("Rating", rating) + "<key>Date Added</key><date>201" +
-                           std::to_string(id) + "-01-01T00:00:00Z</date>"};
+      return TrackText{id, Property("Artist", artist) + Property("Album", "Hits") +
+                               Number("Year", year) + Number("Total Time", 60000) +
+                               Number("Rating", rating) + "<key>Date Added</key><date>201" +
+                               std::to_string(id) + "-01-01T00:00:00Z</date>"};
     };
     file_ = Write("library.xml", LibraryText({track(1, "Satie", 1888, 20),
                                               track(2, "Elgar", 1899, 100),
@@ -82,4 +82,4 @@ TEST_F(Statistics, WrongUsageEndsWithTwo) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

@@ -12,7 +12,7 @@
 #include "system/BlockedSignals.h"
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 namespace fs = std::filesystem;
@@ -153,4 +153,4 @@ TEST_F(TemporaryHome, TheLibraryFileMayBeALink) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

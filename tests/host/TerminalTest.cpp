@@ -3,7 +3,7 @@
 #include "host/output/Text.h"
 #include "tests/host/Fixture.h"
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 using host::Width;
@@ -14,7 +14,7 @@ using testing::Not;
 class Terminal : public HostTest {
  protected:
   Terminal() {
-    std::vector<Track> tracks;
+    std::vector<TrackText> tracks;
     const std::vector<std::string> names{
         "Symphony No. 9 in E minor, Op. 95, \"From the New World\": II. Largo",
         "交響曲第九番 ニ短調 作品百二十五「合唱付き」第四楽章",
@@ -152,7 +152,7 @@ TEST_F(Terminal, AMessageOfAnyLengthArrivesWhole) {
 }
 
 TEST_F(Terminal, EveryMessageArrivesInItsOrder) {
-  std::vector<Track> tracks;
+  std::vector<TrackText> tracks;
   for (int id = 1; id <= 2000; ++id) {
     tracks.push_back({id, Property("Name", "&broken " + std::to_string(id))});
   }
@@ -173,4 +173,4 @@ TEST_F(Terminal, ALibraryThatDoesNotLoadHasOneMessageOnly) {
 }
 
 }  // namespace
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

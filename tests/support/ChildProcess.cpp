@@ -17,7 +17,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-namespace tavrel::tests {
+namespace tavrel::test {
 namespace {
 
 // The two ends of a stream; -1 where there is none.
@@ -175,4 +175,4 @@ Outcome RunProgram(const Command& command) {
   return ChildProcess(command).Finish();
 }
 
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

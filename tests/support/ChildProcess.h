@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace tavrel::tests {
+namespace tavrel::test {
 
 // Where one of the program's output streams leads.
 enum class Stream {
@@ -60,4 +60,4 @@ class ChildProcess {
 
 [[nodiscard]] Outcome RunProgram(const Command& command);
 
-}  // namespace tavrel::tests
+}  // namespace tavrel::test

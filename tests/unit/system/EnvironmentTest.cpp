@@ -17,12 +17,12 @@ namespace {
 constexpr uid_t kCaller = 65534;  // "nobody"
 
 // Runs the program as a caller who has set HOME and PATH.
-tests::Outcome RunAsCaller(const std::string& program, const TemporaryFolder& folder) {
-  tests::Command command;
+Outcome RunAsCaller(const std::string& program, const TemporaryFolder& folder) {
+  Command command;
   command.arguments = {program};
   command.environment = {{"HOME", "/of/the/caller"}, {"PATH", folder.PathOf("bin")}};
   command.user = kCaller;
-  return tests::RunProgram(command);
+  return RunProgram(command);
 }
 
 }  // namespace
