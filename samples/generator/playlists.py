@@ -10,22 +10,24 @@ from generator.tracks import EXPORTED
 
 def make_playlists(tracks):
     rows = read_table("playlists.tsv")
-    if len({row["name"] for row in rows}) != len(rows):
-        sys.exit("playlists.tsv: two playlists have the same name")
-    playlists, playlist_id = [], tracks[-1]["Track ID"] + 27
+    if len({(row["folder"], row["name"]) for row in rows}) != len(rows):
+        sys.exit("playlists.tsv: two playlists of one folder have the same name")
+    playlists, playlist_id, names = [], tracks[-1]["Track ID"] + 27, set()
     for row in rows:
         items = choose(row, rows, tracks)
-        playlists.append(make_playlist(row, playlist_id, items))
+        place = (row["folder"], row["name"]) if row["name"] in names else (row["name"],)
+        names.add(row["name"])
+        playlists.append(make_playlist(row, persistent_id("playlist", *place), playlist_id, items))
         playlist_id += 3 + len(items)  # iTunes numbers the items as well
     return playlists
 
 
-def make_playlist(row, playlist_id, items):
+def make_playlist(row, identity, playlist_id, items):
     form = "NFD" if "decomposed" in row["notes"] else "NFC"
     playlist = {
         "Name": unicodedata.normalize(form, row["name"]),
         "Playlist ID": playlist_id,
-        "Playlist Persistent ID": persistent_id("playlist", row["name"]),
+        "Playlist Persistent ID": identity,
         "All Items": True,
     }
     if "hidden" in row["notes"]:

@@ -12,6 +12,7 @@ from generator.tables import draw, parse_settings, persistent_id, read_table
 EXPORTED = datetime.datetime(2015, 5, 18, 7, 42, 11)
 FIRST_IMPORT = datetime.datetime(2013, 3, 2, 10, 15, 0)
 LAST_IMPORT = datetime.datetime(2015, 5, 10, 16, 40, 0)
+EVENLY_SPREAD = 34  # albums that came in between the two; those behind them in the table came a day apart
 MAC_EPOCH = datetime.datetime(1904, 1, 1)
 LOCAL_TIME = datetime.timedelta(hours=9)  # "Play Date" is in local time, "Play Date UTC" is not
 
@@ -61,10 +62,13 @@ def make_tracks():
 
 
 def import_time(row, albums):
-    """The albums came in one after the other, evenly spread, their tracks seven seconds apart."""
+    """The albums came in one after the other, their tracks seven seconds apart."""
+    number = albums.index(row["album"])
     minutes = (LAST_IMPORT - FIRST_IMPORT).days * 24 * 60
-    album = datetime.timedelta(minutes=minutes * albums.index(row["album"]) // (len(albums) - 1))
-    return FIRST_IMPORT + album + datetime.timedelta(seconds=7 * int(row["track"] or 0))
+    spread = datetime.timedelta(minutes=minutes * number // (EVENLY_SPREAD - 1))
+    later = number - EVENLY_SPREAD + 1
+    album = LAST_IMPORT + datetime.timedelta(days=later) if later > 0 else FIRST_IMPORT + spread
+    return album + datetime.timedelta(seconds=7 * int(row["track"] or 0))
 
 
 def put_tags(track):
@@ -146,7 +150,11 @@ def put_history(track):
     if draw(9, "skipped at all", track.key) == 0:
         track["Skip Count"] = 1 + draw(3, "skips", track.key)
         track["Skip Date"] = moment_since_import(track, "skipped")
-    track.put({"Rating": int(track.more.get("rating", 0))})
+    track.put({
+        "Rating": int(track.more.get("rating", 0)),
+        "Rating Computed": "computed" in track.more,
+        "Loved": "loved" in track.more,
+    })
 
 
 def moment_since_import(track, what):
@@ -158,7 +166,7 @@ def put_album_ratings(tracks):
     """iTunes computes an album's rating from its tracks' and writes it with each of them."""
     ratings = collections.defaultdict(list)
     for track in tracks:
-        if "Rating" in track:
+        if "Rating" in track and "Rating Computed" not in track:
             ratings[track.row["album"]].append(track["Rating"])
     for track in tracks:
         given = ratings[track.row["album"]]

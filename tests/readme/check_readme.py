@@ -31,7 +31,7 @@ def main():
         failures.append("the overview of the sample library is not the one that scripts/run prints:\n" + overview)
     if Path("examples/playlists.c").read_text(encoding="utf-8") not in blocks:
         failures.append("the C host is not the one in examples/playlists.c")
-    if "  199  Music\n" not in output_of([example], home=sample):
+    if "  204  Music\n" not in output_of([example], home=sample):
         failures.append("the C host does not list the sample library's playlists")
 
     for failure in failures:
