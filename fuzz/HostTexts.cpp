@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "fuzz/FuzzTarget.h"
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 #include "host/output/EditDistance.h"
 #include "host/output/FindRange.h"
 #include "host/output/Json.h"

@@ -42,6 +42,21 @@ BlockedSignals BlockedSignals::Ending() noexcept {
   return BlockedSignals(ending);
 }
 
+bool EndingSignalWaits() noexcept {
+  sigset_t waiting;
+  sigemptyset(&waiting);
+  sigpending(&waiting);
+  for (const int number : kEndingSignals) {
+    // Also one that is ignored waits where it is blocked.
+    struct sigaction action {};
+    const bool waits = sigismember(&waiting, number) == 1;
+    if (waits && sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
+      return true;
+    }
+  }
+  return false;
+}
+
 NoPipeSignal::NoPipeSignal() noexcept : waitedBefore_(PipeSignalWaits()) {
   const sigset_t pipe = OnlyPipeSignal();
   pthread_sigmask(SIG_BLOCK, &pipe, &former_);

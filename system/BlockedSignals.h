@@ -31,6 +31,10 @@ class BlockedSignals {
   sigset_t former_;
 };
 
+// Whether one of the signals above waits, and will end the program once it need not: one that is ignored
+// will not.
+[[nodiscard]] bool EndingSignalWaits() noexcept;
+
 // Writing, in the thread that made the object, to a pipe that nobody reads is an error and nothing more,
 // whatever the program does with SIGPIPE. A signal that waited before stays.
 class NoPipeSignal {

@@ -4,7 +4,7 @@
 #include <optional>
 #include <string_view>
 
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 #include "host/library/AlbumGrouping.h"
 #include "host/library/SongRecord.h"
 

@@ -10,7 +10,7 @@
 #include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/Covers.h"
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 #include "host/library/LibraryPlace.h"
 #include "host/library/SongReader.h"
 #include "host/output/Format.h"

@@ -10,7 +10,7 @@
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/Covers.h"
 #include "host/artwork/Export.h"
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 #include "host/commands/Commands.h"
 #include "host/library/InputFile.h"
 #include "host/library/PlaylistSearch.h"

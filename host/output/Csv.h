@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "host/output/Output.h"
+#include "host/output/Sink.h"
 
 namespace tavrel::host {
 
@@ -19,14 +19,14 @@ class CsvWriter {
  public:
   // forSpreadsheet: a cell that begins with '=', '+', '-' or '@' gets an apostrophe in front, so that no
   // spreadsheet takes it for a formula.
-  CsvWriter(Output& output, Separation separation, bool forSpreadsheet)
+  CsvWriter(Sink& output, Separation separation, bool forSpreadsheet)
       : output_(output), separation_(separation), forSpreadsheet_(forSpreadsheet) {}
 
   void Add(std::string_view cell);
   void EndRow();
 
  private:
-  Output& output_;
+  Sink& output_;
   Separation separation_;
   bool forSpreadsheet_;
   std::size_t cells_ = 0;  // in this row

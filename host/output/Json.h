@@ -9,7 +9,7 @@
 #include <string_view>
 #include <utility>
 
-#include "host/output/Output.h"
+#include "host/output/Sink.h"
 
 namespace tavrel::host {
 
@@ -70,13 +70,13 @@ class JsonObject {
 // Prints an array, one element a line, without holding more than one of them.
 class JsonList {
  public:
-  explicit JsonList(Output& output) : output_(output) { output_.Write("["); }
+  explicit JsonList(Sink& output) : output_(output) { output_.Write("["); }
   void Add(const JsonValue& element) { AddText(element.Text()); }
   void AddText(std::string_view json);  // a value that is written out already
   void End();
 
  private:
-  Output& output_;
+  Sink& output_;
   bool isEmpty_ = true;
 };
 

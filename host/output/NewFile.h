@@ -4,13 +4,57 @@
 #include <string>
 #include <string_view>
 
+#include "host/output/Sink.h"
+#include "system/BlockedSignals.h"
+
 namespace tavrel::host {
 
 enum class IfThere { Keep, Replace };
 
-// Writes a file: under a temporary name in the same folder first, which then becomes `path` in one
-// step. False, with nothing changed, when there is something of that name and it is to be kept,
-// also when it has come only meanwhile. What cannot be written is a Failure.
+// A file that is written under a temporary name in the same folder, and gets its own in one step when it is
+// finished; one that is not goes with the object. A signal that ends the program waits until the object is
+// gone; writing notices it, and is a Failure without a message then. What cannot be written is a Failure.
+class NewFile : public Sink {
+ public:
+  // Makes the temporary file.
+  explicit NewFile(std::string path);
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+  ~NewFile() override;
+
+  void Write(std::string_view bytes) override;
+
+  // Gives the file its name. False, with nothing changed, when there is something of that name and it is to
+  // be kept.
+  [[nodiscard]] bool Finish(IfThere ifThere);
+
+  // For those who write it by other means.
+  [[nodiscard]] const std::string& TemporaryPath() const noexcept { return temporary_; }
+  [[nodiscard]] int Descriptor() const noexcept { return descriptor_; }
+
+ private:
+  void Flush();
+  void Replace();
+  [[nodiscard]] bool TakeFreeName();
+  [[nodiscard]] bool RenameToFreeName();
+
+  // None comes between the making of a temporary file and its end.
+  system::BlockedSignals blocked_ = system::BlockedSignals::Ending();
+  std::string path_;
+  std::string temporary_;  // empty once it is gone
+  int descriptor_ = -1;
+  std::string waiting_;
+};
+
+// Writes a file that is known as a whole. False, with nothing changed, when there is something of that name
+// and it is to be kept, also when it has come only meanwhile.
 [[nodiscard]] bool WriteNewFile(const std::string& path, std::string_view bytes, IfThere ifThere);
+
+// Whether there is anything of that name, a link that leads nowhere included.
+[[nodiscard]] bool IsTaken(const std::string& path) noexcept;
+
+// For those who write by other means: a Failure without a message when a signal waits that is to end the
+// program, so that they give up.
+void RequireNoEndingSignal();
 
 }  // namespace tavrel::host

@@ -7,28 +7,25 @@
 #include <string_view>
 
 #include "host/output/Pager.h"
+#include "host/output/Sink.h"
 #include "system/Files.h"
 
 namespace tavrel::host {
 
 // Buffered standard output. Nothing is lost silently: a failed write is a Failure, with an empty
 // message when the reader of a pipe has gone away, which is no news to anybody.
-class Output {
+class Output : public Sink {
  public:
   Output() = default;
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
-  ~Output() = default;  // which waits for the pager
+  ~Output() override = default;  // which waits for the pager
 
   // From now on, what is longer than the terminal goes through the pager, if there is one. A user who leaves
   // it early has seen enough: that is a Failure with ExitCode::Done.
   void PageLongOutput();
 
-  void Write(std::string_view text);
-  void WriteLine(std::string_view text) {
-    Write(text);
-    Write("\n");
-  }
+  void Write(std::string_view text) override;
   void Flush();
 
   // Writes everything, and waits until the user has left the pager.

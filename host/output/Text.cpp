@@ -221,7 +221,18 @@ std::string Fold(std::string_view text) {
 }
 
 std::string FoldFileName(std::string_view name) {
-  return Map(name, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD | UTF8PROC_IGNORE);
+  constexpr std::string_view kDotlessI = "\u0131";  // whose capital letter is that of i
+  std::string folded =
+      Map(name, UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD | UTF8PROC_IGNORE);
+  std::size_t at = folded.find(kDotlessI);
+  if (at == std::string::npos) return folded;
+  std::string whole;
+  std::string_view rest = folded;
+  for (; at != std::string_view::npos; at = rest.find(kDotlessI)) {
+    whole.append(rest.substr(0, at)).append(1, 'i');
+    rest.remove_prefix(at + kDotlessI.size());
+  }
+  return whole.append(rest);
 }
 
 std::string Compose(std::string_view text) {

@@ -49,8 +49,8 @@ std::size_t AppendClean(std::string& destination, std::string_view text);
 // equal.
 [[nodiscard]] std::string Fold(std::string_view text);
 
-// A file name as the least exact file systems compare it: as above, and without the characters that
-// have no shape of their own (joiners, soft hyphens).
+// A file name as the least exact file systems compare it: as above, without the characters that
+// have no shape of their own (joiners, soft hyphens), and a dotless i as an i.
 [[nodiscard]] std::string FoldFileName(std::string_view name);
 
 // The text with its accents composed, so that texts that look alike are alike.

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 #include "host/commands/SpellingHint.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Statistics.h"

@@ -11,6 +11,7 @@
 #include "system/Uninterrupted.h"
 
 using tavrel::system::BlockedSignals;
+using tavrel::system::EndingSignalWaits;
 using tavrel::system::FileDescriptor;
 using tavrel::system::Uninterrupted;
 using tavrel::system::WriteFully;
@@ -49,6 +50,19 @@ TEST(BlockedSignals, AnEndingSignalWaitsForTheEndOfTheObject) {
     }
     EXPECT_EQ(caught, 1) << number;
   }
+}
+
+TEST(BlockedSignals, OnlyOneThatWillEndTheProgramIsToldOf) {
+  const auto blocked = BlockedSignals::Ending();
+  EXPECT_FALSE(EndingSignalWaits());
+  raise(SIGTERM);
+  EXPECT_TRUE(EndingSignalWaits());
+  const auto former = signal(SIGTERM, SIG_IGN);
+  EXPECT_FALSE(EndingSignalWaits()) << "somebody has chosen to ignore it";
+  raise(SIGTERM);
+  EXPECT_FALSE(EndingSignalWaits());
+  signal(SIGTERM, SIG_IGN);  // takes away the one that waits
+  signal(SIGTERM, former);
 }
 
 TEST(BlockedSignals, OtherSignalsWaitOnlyWhenAllDo) {

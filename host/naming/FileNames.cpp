@@ -1,9 +1,10 @@
-#include "host/artwork/FileNames.h"
+#include "host/naming/FileNames.h"
 
 #include <algorithm>
 #include <array>
 
 #include "host/output/Text.h"
+#include "text/PathNames.h"
 
 namespace tavrel::host {
 namespace {
@@ -58,6 +59,17 @@ std::string SafeName(std::string_view text) {
   name.erase(0, std::min(name.find_first_not_of(". "), name.size()));
   name.erase(name.find_last_not_of(' ') + 1);
   return name;
+}
+
+std::string SafeExtension(std::string_view path) {
+  constexpr std::size_t kLongest = 10;
+  const std::string_view extension = text::SplitExtension(path).extension;
+  const bool isPlain = std::all_of(extension.begin(), extension.end(), [](char letter) {
+    return (letter >= '0' && letter <= '9') || (letter >= 'a' && letter <= 'z') ||
+           (letter >= 'A' && letter <= 'Z');
+  });
+  if (extension.empty() || extension.size() > kLongest || !isPlain) return {};
+  return std::string(1, '.').append(extension);
 }
 
 std::string_view CutToBytes(std::string_view clean, std::size_t bytes) {

@@ -1,4 +1,4 @@
-// File names for covers, out of texts that may hold anything.
+// File names that any file system takes, out of texts that may hold anything.
 #pragma once
 
 #include <cstddef>
@@ -22,13 +22,18 @@ inline constexpr const char* kUntitled = "Untitled";
 // marks stay with their base.
 [[nodiscard]] std::string_view CutToBytes(std::string_view clean, std::size_t bytes);
 
+// The extension of a file's path, with its dot and in the same case: ".mp3". Empty when there is none, or when
+// what stands behind the last dot is no extension: anything but one to ten ASCII letters and digits.
+[[nodiscard]] std::string SafeExtension(std::string_view path);
+
 // Gives each file of a folder a name of its own, which any file system takes.
 class FileNames {
  public:
   // "STEM.png", or "STEM (2).png" and so on when that name has been given; names that differ only in
   // case, in how accents are composed or in characters without a shape are the same. `stem` is made
   // of safe parts; a long one is cut, dots and blanks at its end go, one that is empty is "Untitled",
-  // and one that stands for a device on some systems ("con") gets a '_' before it.
+  // and one that stands for a device on some systems ("con") gets a '_' before it. extension: of a few
+  // letters, or empty, as for a folder.
   // Cost: linear in the stem's length, all calls together, however many stems are equal.
   [[nodiscard]] std::string Take(std::string_view stem, std::string_view extension);
 
