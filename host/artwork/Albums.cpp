@@ -4,9 +4,9 @@
 #include <optional>
 #include <string_view>
 
-#include "host/naming/FileNames.h"
 #include "host/library/AlbumGrouping.h"
 #include "host/library/SongRecord.h"
+#include "host/naming/FileNames.h"
 
 namespace tavrel::host {
 namespace {

@@ -8,10 +8,10 @@
 #include <utility>
 #include <vector>
 
-#include "host/naming/FileNames.h"
 #include "host/commands/SpellingHint.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Statistics.h"
+#include "host/naming/FileNames.h"
 #include "host/output/Failure.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
