@@ -1,7 +1,10 @@
 # The library's own dependencies. Those of the host, the tests and the benchmarks are looked for in
 # their folders, and switch them off when they are missing.
 
-find_package(ZLIB REQUIRED)
+# Only programs compress and inflate.
+if(TAVREL_BUILD_HOST OR TAVREL_BUILD_TESTS OR TAVREL_BUILD_BENCH OR TAVREL_BUILD_FUZZERS)
+  find_package(ZLIB REQUIRED)
+endif()
 
 find_package(uriparser QUIET CONFIG)
 if(NOT TARGET uriparser::uriparser)

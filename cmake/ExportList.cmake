@@ -17,15 +17,18 @@ function(tavrel_limit_exports target)
     string(JOIN "\n" text ${names})
     set(file ${PROJECT_BINARY_DIR}/exports.list)
     file(CONFIGURE OUTPUT ${file} CONTENT "${text}\n")
-    target_link_options(${target} PRIVATE -Wl,-exported_symbols_list,${file})
+    target_link_options(${target} PRIVATE -Wl,-exported_symbols_list,${file} -Wl,-dead_strip_dylibs)
   else()
+    # Every name carries the major version, so that two of them can serve one process. Who asks for the bare
+    # name, by dlsym or from before there was a version, gets it.
+    set(node TAVREL_${PROJECT_VERSION_MAJOR})
     string(JOIN ";\n    " text ${names})
     set(file ${PROJECT_BINARY_DIR}/exports.map)
-    file(CONFIGURE OUTPUT ${file} CONTENT "{\n  global:\n    ${text};\n  local: *;\n};\n")
+    file(CONFIGURE OUTPUT ${file} CONTENT "${node} {\n  global:\n    ${text};\n  local: *;\n};\n")
     target_link_options(${target} PRIVATE -Wl,--version-script=${file}
       # What the library refers to is its own, also where the host, or a second copy of the library in the
       # same process, has a function or a variable of the same name.
-      -Wl,-Bsymbolic -Wl,-z,relro -Wl,-z,now)
+      -Wl,-Bsymbolic -Wl,-z,relro -Wl,-z,now -Wl,--as-needed)
     if(NOT TAVREL_SANITIZE)
       target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()

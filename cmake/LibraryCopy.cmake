@@ -2,7 +2,7 @@
 # these options beside those of the project.
 function(tavrel_add_library_copy name)
   add_library(${name} OBJECT EXCLUDE_FROM_ALL)
-  foreach(target tavrel_system tavrel_text tavrel_objects)
+  foreach(target tavrel_system tavrel_text tavrel_objects tavrel_wing)
     get_target_property(sources ${target} SOURCES)
     get_target_property(folder ${target} SOURCE_DIR)
     foreach(source IN LISTS sources)

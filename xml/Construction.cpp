@@ -1,10 +1,7 @@
 #include <cstring>
 #include <new>
 
-#include "codecs/Gzip.h"
-#include "system/Resources.h"
 #include "text/FileUrl.h"
-#include "text/PathNames.h"
 #include "xml/TBXML.h"
 #include "xml/TreeBuilder.h"
 
@@ -53,18 +50,6 @@ TBXML* TBXML::initWithXMLData(const ByteBuffer& data) noexcept {
   return this;
 }
 
-TBXML* TBXML::initWithXMLFile(std::string_view name) {
-  const auto [base, extension] = tavrel::text::SplitExtension(name);
-  return initWithXMLFile(base, extension);
-}
-
-TBXML* TBXML::initWithXMLFile(std::string_view name, std::string_view fileExtension) {
-  init();
-  const auto path = tavrel::system::PathForResource(name, fileExtension);
-  decodeData((path ? tavrel::dataWithUncompressedContentsOfFile(*path) : ByteBuffer()).view());
-  return this;
-}
-
 std::unique_ptr<TBXML> TBXML::tbxmlWithURL(std::string_view url) {
   auto document = alloc();
   if (document) document->initWithURL(url);
@@ -81,19 +66,6 @@ std::unique_ptr<TBXML> TBXML::tbxmlWithXMLString(
 std::unique_ptr<TBXML> TBXML::tbxmlWithXMLData(const ByteBuffer& data) noexcept {
   auto document = alloc();
   if (document) document->initWithXMLData(data);
-  return document;
-}
-
-std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name) {
-  auto document = alloc();
-  if (document) document->initWithXMLFile(name);
-  return document;
-}
-
-std::unique_ptr<TBXML> TBXML::tbxmlWithXMLFile(std::string_view name,
-                                               std::string_view fileExtension) {
-  auto document = alloc();
-  if (document) document->initWithXMLFile(name, fileExtension);
   return document;
 }
 

@@ -19,7 +19,7 @@ constexpr char kFooter[] =
     "\n"
     "Examples:\n"
     "  generate_library --tracks 100000 -o library.xml && load_library library.xml\n"
-    "  load_library --peers none --library other-build/lib/libTavrel.so.0 library.xml";
+    "  load_library --peers none --library other-build/lib/libTavrel.so.1 library.xml";
 
 // Larger files would keep the slow loaders busy for minutes, with gigabytes of memory.
 constexpr std::size_t kLargestForSlow = 200'000'000;

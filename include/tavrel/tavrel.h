@@ -32,10 +32,10 @@
 
 #include <stdint.h>
 
-#define TAVREL_VERSION_MAJOR 0
-#define TAVREL_VERSION_MINOR 1
+#define TAVREL_VERSION_MAJOR 1
+#define TAVREL_VERSION_MINOR 0
 #define TAVREL_VERSION_PATCH 0
-#define TAVREL_VERSION "0.1.0"
+#define TAVREL_VERSION "1.0.0"
 
 #if defined(__GNUC__)
 #define TAVREL_API __attribute__((visibility("default")))

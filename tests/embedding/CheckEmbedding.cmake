@@ -11,7 +11,7 @@ execute_process(COMMAND ${CMAKE_COMMAND} -S ${PROJECT} -B ${BUILD} -G Ninja -DTA
   -DCMAKE_C_COMPILER=${C} -DCMAKE_CXX_COMPILER=${CXX} -DCMAKE_MAKE_PROGRAM=${MAKE}
   OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
 file(READ ${BUILD}/report.txt report)
-expect_match("What is built" "${report}" "folders: system;text;codecs;xml;library;agent\n")
+expect_match("What is built" "${report}" "folders: system;text;xml;library;agent\n")
 expect_match("The list of tests" "${report}" "tests: \n")
 expect_match("The build type of the other project" "${report}" "build type: \n")
 expect_match("The standard of the other project" "${report}" "standard: \n")
