@@ -38,6 +38,10 @@ locales /usr/share/i18n/locales/tr_TR
 libc-bin localedef
 bzip2 bzip2
 python3 python3
+python3-pip /usr/lib/python3/dist-packages/pip
+python3-setuptools /usr/lib/python3/dist-packages/setuptools
+python3-wheel /usr/lib/python3/dist-packages/wheel
+mypy mypy
 binutils nm
 LIST
 }

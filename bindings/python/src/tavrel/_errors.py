@@ -1,0 +1,13 @@
+"""What goes wrong beside the errors of Python's own that fit: FileNotFoundError, TypeError, ..."""
+
+
+class LibraryError(Exception):
+    """The library cannot be found, opened or read, or did not do what it was asked for."""
+
+
+class AlreadyOpenError(LibraryError):
+    """A library is open already in this process, which can have one at a time."""
+
+
+class ClosedError(LibraryError):
+    """The library is closed; what was read before stays, what was not cannot be read any more."""
