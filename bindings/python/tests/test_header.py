@@ -1,11 +1,13 @@
 """The tables of records and functions are those of the C header, and the versions its version."""
 import ctypes
+import os
 import re
+import sys
 import unittest
 
 import sample
 
-from tavrel import _functions
+from tavrel import _functions, _shared_library
 
 HEADER = (sample.CHECKOUT / "include/tavrel/tavrel.h").read_text(encoding="utf-8")
 CODE = re.sub(r"/\*.*?\*/", "", HEADER, flags=re.DOTALL)
@@ -82,6 +84,11 @@ class Header(unittest.TestCase):
 
     def test_the_package_has_the_version_of_the_library(self):
         self.assertEqual(_functions.VERSION, re.search(r'#define TAVREL_VERSION "(.*)"', HEADER).group(1))
+
+    def test_the_name_that_is_looked_for_is_the_librarys(self):
+        name = _shared_library.FILE_NAME
+        self.assertTrue(os.path.basename(sample.LIBRARY).startswith(name + ".") or sys.platform == "darwin", name)
+        self.assertIn(f"`{name}`", (sample.PACKAGE / "README.md").read_text(encoding="utf-8"))
 
     def test_the_licence_is_that_of_the_project(self):
         self.assertEqual((sample.PACKAGE / "LICENSE").read_text(), (sample.CHECKOUT / "LICENSE").read_text())

@@ -5,7 +5,7 @@ A test compares everything here with the header.
 import ctypes
 from typing import Any, Dict, List, Tuple
 
-VERSION = "0.1.0"
+VERSION = "1.0.0"
 
 Int = ctypes.c_int32
 Text = ctypes.c_char_p
