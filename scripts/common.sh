@@ -37,6 +37,10 @@ unicode-data /usr/share/unicode/CaseFolding.txt
 locales /usr/share/i18n/locales/tr_TR
 libc-bin localedef
 bzip2 bzip2
+zsh zsh
+fish fish
+man-db man
+groff-base groff
 python3 python3
 python3-pip /usr/lib/python3/dist-packages/pip
 python3-setuptools /usr/lib/python3/dist-packages/setuptools

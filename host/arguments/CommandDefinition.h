@@ -14,7 +14,6 @@
 
 namespace CLI {
 class App;
-class Option;
 }  // namespace CLI
 
 namespace tavrel::host {
@@ -39,6 +38,8 @@ class UsageError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
+struct Definitions;
+
 // A command, or the program itself. Values are borrowed until the command line is read; what the command
 // runs keeps its own alive, as with a shared pointer to all of them.
 //
@@ -47,7 +48,8 @@ class UsageError : public std::runtime_error {
 // text:     for help, without a full stop. Line breaks are for the eyes of the source's readers.
 class CommandDefinition {
  public:
-  CommandDefinition(CLI::App& parser, std::optional<Task>& task) : parser_(&parser), task_(&task) {}
+  // Both are borrowed.
+  CommandDefinition(CLI::App& parser, Definitions& all) : parser_(&parser), all_(&all) {}
 
   [[nodiscard]] CommandDefinition AddCommand(const std::string& name, const std::string& text);
   void AddAlias(const std::string& name);
@@ -70,6 +72,11 @@ class CommandDefinition {
                           const std::vector<std::string>& choices, const std::string& text,
                           const std::string& argument = {});
 
+  // Several of the words, parted by commas, as one text; others are let through, too.
+  void AddParted(const std::string& names, std::optional<std::string>& value,
+                 const std::vector<std::string>& words, const std::string& argument,
+                 const std::string& text);
+
   // What stands by its place, under the name that help gives it.
   void AddPlace(const std::string& name, std::optional<std::string>& value,
                 const std::string& text);
@@ -86,7 +93,7 @@ class CommandDefinition {
 
  private:
   CLI::App* parser_;
-  std::optional<Task>* task_;
+  Definitions* all_;
 };
 
 }  // namespace tavrel::host

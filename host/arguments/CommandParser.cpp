@@ -3,9 +3,18 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <map>
 #include <utility>
 
 namespace tavrel::host {
+
+// What all commands have in common.
+struct Definitions {
+  std::optional<Task> task;  // of the one that was asked for
+  std::map<const CLI::Option*, std::vector<std::string>> choices =
+      {};  // of the options that have some
+};
+
 namespace {
 
 constexpr std::size_t kLargestCount = 2147483647;
@@ -17,9 +26,14 @@ std::string Joined(const std::vector<std::string>& choices) {
 }
 
 // What help shows as the argument is the text of an option; of its own the parser would add the type.
-void Show(CLI::Option* option, const std::string& argument,
-          const std::vector<std::string>& choices = {}) {
-  option->option_text(argument.empty() ? Joined(choices) : argument);
+void Show(CLI::Option* option, const std::string& argument) {
+  option->option_text(argument);
+}
+
+void ShowChoices(CLI::Option* option, const std::vector<std::string>& choices,
+                 const std::string& argument, Definitions& all) {
+  Show(option, argument.empty() ? Joined(choices) : argument);
+  all.choices[option] = choices;
 }
 
 std::string Unbroken(std::string text) {
@@ -27,7 +41,7 @@ std::string Unbroken(std::string text) {
   return text;
 }
 
-OptionSummary Summarize(const CLI::Option& option) {
+OptionSummary Summarize(const CLI::Option& option, const Definitions& all) {
   OptionSummary summary;
   for (const std::string& name : option.get_snames()) summary.names.push_back("-" + name);
   for (const std::string& name : option.get_lnames()) summary.names.push_back("--" + name);
@@ -36,10 +50,13 @@ OptionSummary Summarize(const CLI::Option& option) {
   summary.isRepeated = option.get_items_expected_max() > 1;
   summary.argument = option.get_option_text();
   if (summary.argument.empty() && summary.StandsByPlace()) summary.argument = option.get_name();
+  const auto choices = all.choices.find(&option);
+  if (choices != all.choices.end()) summary.choices = choices->second;
   return summary;
 }
 
-CommandSummary Summarize(const CLI::App& parser, const std::string& parent) {
+CommandSummary Summarize(const CLI::App& parser, const std::string& parent,
+                         const Definitions& all) {
   const bool isProgram = parent.empty();
   CommandSummary summary;
   summary.name = parser.get_name();
@@ -47,10 +64,11 @@ CommandSummary Summarize(const CLI::App& parser, const std::string& parent) {
   summary.aliases = parser.get_aliases();
   summary.text = Unbroken(parser.get_description());
   for (const CLI::Option* option : parser.get_options()) {
-    if (isProgram || option != parser.get_help_ptr()) summary.options.push_back(Summarize(*option));
+    if (isProgram || option != parser.get_help_ptr())
+      summary.options.push_back(Summarize(*option, all));
   }
   for (const CLI::App* command : parser.get_subcommands({})) {
-    summary.commands.push_back(Summarize(*command, summary.path));
+    summary.commands.push_back(Summarize(*command, summary.path, all));
   }
   return summary;
 }
@@ -75,7 +93,7 @@ ParsedWords FindReached(const CLI::App& parser) {
 // ---- The definition ----
 
 CommandDefinition CommandDefinition::AddCommand(const std::string& name, const std::string& text) {
-  return {*parser_->add_subcommand(name, text), *task_};
+  return {*parser_->add_subcommand(name, text), *all_};
 }
 
 void CommandDefinition::AddAlias(const std::string& name) {
@@ -106,7 +124,7 @@ void CommandDefinition::AddChoice(const std::string& names, std::optional<std::s
                                   const std::vector<std::string>& choices, const std::string& text,
                                   const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  Show(option->check(CLI::IsMember(choices)), argument, choices);
+  ShowChoices(option->check(CLI::IsMember(choices)), choices, argument, *all_);
 }
 
 void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
@@ -114,7 +132,13 @@ void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
                                            const std::vector<std::string>& choices,
                                            const std::string& text, const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  Show(option->check(CLI::IsMember(choices, CLI::ignore_case)), argument, choices);
+  ShowChoices(option->check(CLI::IsMember(choices, CLI::ignore_case)), choices, argument, *all_);
+}
+
+void CommandDefinition::AddParted(const std::string& names, std::optional<std::string>& value,
+                                  const std::vector<std::string>& words,
+                                  const std::string& argument, const std::string& text) {
+  ShowChoices(parser_->add_option(names, value, text), words, argument, *all_);
 }
 
 void CommandDefinition::AddPlace(const std::string& name, std::optional<std::string>& value,
@@ -131,7 +155,7 @@ void CommandDefinition::AddRequiredChoice(const std::string& name, std::string& 
                                           const std::vector<std::string>& choices,
                                           const std::string& text) {
   CLI::Option* option = parser_->add_option(name, value, text)->required();
-  Show(option->check(CLI::IsMember(choices)), {}, choices);
+  ShowChoices(option->check(CLI::IsMember(choices)), choices, {}, *all_);
 }
 
 void CommandDefinition::AddPlaces(const std::string& name, std::vector<std::string>& values,
@@ -142,15 +166,15 @@ void CommandDefinition::AddPlaces(const std::string& name, std::vector<std::stri
 
 void CommandDefinition::Makes(std::function<Task()> make) {
   // Those below come first.
-  parser_->callback([task = task_, make = std::move(make)] {
-    if (!*task) *task = make();
+  parser_->callback([all = all_, make = std::move(make)] {
+    if (!all->task) all->task = make();
   });
 }
 
 // ---- The parser ----
 
 CommandParser::CommandParser(const std::string& name, const std::string& text)
-    : parser_(std::make_unique<CLI::App>(text, name)) {
+    : parser_(std::make_unique<CLI::App>(text, name)), all_(std::make_unique<Definitions>()) {
   parser_->set_help_flag("-h,--help", "Print this help");
   parser_->set_version_flag("--version", std::string(), "Print the version");
   parser_->require_subcommand(0, 1);
@@ -160,11 +184,11 @@ CommandParser::CommandParser(const std::string& name, const std::string& text)
 CommandParser::~CommandParser() = default;
 
 CommandDefinition CommandParser::Program() {
-  return {*parser_, task_};
+  return {*parser_, *all_};
 }
 
 CommandSummary CommandParser::Summary() const {
-  return Summarize(*parser_, "");
+  return Summarize(*parser_, "", *all_);
 }
 
 ParsedWords CommandParser::Parse(int count, const char* const* arguments) {
@@ -190,7 +214,7 @@ ParsedWords CommandParser::Parse(int count, const char* const* arguments) {
   parsed.kind = kind;
   parsed.message = std::move(message);
   if (kind == Kind::TooMany) parsed.extras = parser_->remaining(true);
-  if (kind == Kind::Understood) parsed.task = task_;
+  if (kind == Kind::Understood) parsed.task = all_->task;
   return parsed;
 }
 

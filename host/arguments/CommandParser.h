@@ -43,7 +43,7 @@ class CommandParser {
 
  private:
   std::unique_ptr<CLI::App> parser_;
-  std::optional<Task> task_;
+  std::unique_ptr<Definitions> all_;
 };
 
 }  // namespace tavrel::host

@@ -3,6 +3,22 @@
 #include <algorithm>
 
 namespace tavrel::host {
+namespace {
+
+bool IsLowerCase(std::string_view word) {
+  return std::any_of(word.begin(), word.end(),
+                     [](char letter) { return letter >= 'a' && letter <= 'z'; });
+}
+
+// A word of an option's argument.
+void Take(std::string_view word, OptionValues& values) {
+  if (IsLowerCase(word)) values.choices.emplace_back(word);
+  if (word == "FILE" || word == "PATH" || word == "DIR" || word == "FOLDER") values.files = true;
+  if (word == "LIST" || word == "PLAYLIST") values.lists = true;
+  if (word == "COMMAND") values.commands = true;
+}
+
+}  // namespace
 
 std::string OptionSummary::Title() const {
   std::string title;
@@ -11,15 +27,16 @@ std::string OptionSummary::Title() const {
   return title;
 }
 
-std::vector<std::string> OptionSummary::Choices() const {
-  std::vector<std::string> choices;
-  if (argument.find('|') == std::string::npos) return choices;
-  for (std::size_t from = 0; from <= argument.size();) {
-    const std::size_t to = std::min(argument.find('|', from), argument.size());
-    choices.push_back(argument.substr(from, to - from));
-    from = to + 1;
+OptionValues OptionSummary::Values() const {
+  OptionValues values;
+  for (std::string_view rest = argument; !rest.empty();) {
+    const std::size_t end = std::min(rest.find_first_of("|[,"), rest.size());
+    Take(rest.substr(0, end), values);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
   }
-  return choices;
+  if (!choices.empty()) values.choices = choices;
+  values.isParted = !values.choices.empty() && argument.find(',') != std::string::npos;
+  return values;
 }
 
 std::string CommandSummary::Usage() const {

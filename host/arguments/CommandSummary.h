@@ -8,22 +8,29 @@
 
 namespace tavrel::host {
 
+// What may stand where an option has its argument.
+struct OptionValues {
+  std::vector<std::string> choices;  // words to choose from
+  bool isParted = false;             // several of them, parted by commas
+  bool files = false;                // names of files and folders
+  bool lists = false;                // names of playlists
+  bool commands = false;             // names of the program's commands
+};
+
 struct OptionSummary {
   std::vector<std::string> names;  // "-l", "--library"; none: it stands by its place
   std::string argument;            // "PATH", "auto|always|never"; empty: it takes none
   std::string text;
+  std::vector<std::string> choices;  // what the argument may be, where that is known
   bool isRequired = false;
   bool isRepeated = false;  // of those that stand by their place: there may be several
 
   [[nodiscard]] bool StandsByPlace() const noexcept { return names.empty(); }
   // "-l, --library PATH", "LIST"
   [[nodiscard]] std::string Title() const;
-  // The values that the argument may have; empty when it may be any.
-  [[nodiscard]] std::vector<std::string> Choices() const;
-  // Whether it is the name of a file or folder.
-  [[nodiscard]] bool IsFile() const noexcept {
-    return argument == "FILE" || argument == "PATH" || argument == "DIR";
-  }
+  // The choices, and what the argument tells of its values: FILE, PATH, DIR and FOLDER name files, LIST and
+  // PLAYLIST playlists, words in lower case stand for themselves, and a comma parts several.
+  [[nodiscard]] OptionValues Values() const;
 };
 
 struct CommandSummary {

@@ -153,11 +153,15 @@ void PrintCsv(const SongList& list, const SongColumns& columns, Separation separ
 }  // namespace
 
 void AddSongListOptions(CommandDefinition command, SongListOptions& list) {
-  command.AddText("--fields", list.fields, "A,B",
-                  "What to show of each song, parted by commas: name,artist,year;\n"
-                  "all: everything that the file says");
-  command.AddText("--sort", list.sort, "FIELD[,FIELD]",
-                  "Sort by these fields, the first one first");
+  std::vector<std::string> names;
+  for (const FieldFacts& field : kFields) names.emplace_back(field.name);
+  std::vector<std::string> shown = names;
+  shown.emplace_back("all");
+  command.AddParted("--fields", list.fields, shown, "A,B",
+                    "What to show of each song, parted by commas: name,artist,year;\n"
+                    "all: everything that the file says");
+  command.AddParted("--sort", list.sort, names, "FIELD[,FIELD]",
+                    "Sort by these fields, the first one first");
   command.AddFlag("--reverse", list.isReversed, "The other way round");
   command.AddChoice("--format", list.format, {"table", "json", "jsonl", "csv", "tsv"},
                     "table, json, jsonl, csv or tsv", "FORMAT");

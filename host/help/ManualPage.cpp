@@ -52,7 +52,7 @@ void AddCommand(const CommandSummary& command, std::string& page) {
 
 std::string ManualPage(const CommandSummary& program, std::string_view version) {
   std::string page = ".TH TAVREL 1 \"\" \"tavrel " + Text(version) + "\"\n";
-  page += ".SH NAME\ntavrel \\- what is in an iTunes library, from outside iTunes\n";
+  page += ".nh\n.ad l\n.SH NAME\ntavrel \\- what is in an iTunes library, from outside iTunes\n";
   page += ".SH SYNOPSIS\n" + Text(program.Usage()) + "\n";
   page += ".SH DESCRIPTION\n" + Text(program.text) + "\n.SH EXAMPLES\n";
   AddExamples("", page);
