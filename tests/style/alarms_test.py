@@ -10,6 +10,7 @@ from pathlib import Path
 
 import check_includes
 import check_links
+import check_manual
 import check_named_tests
 import check_objects
 import check_words
@@ -72,6 +73,26 @@ class Links(unittest.TestCase):
     def test_a_document_that_the_index_does_not_name_is_heard(self):
         found = self.faults("", **{"docs/b.md": ""})
         self.assertEqual(found, ["docs/README.md: does not name docs/b.md"])
+
+
+class Manual(unittest.TestCase):
+    HEADER = "TAVREL_API int32_t F(int32_t a,\n    char* b) TAVREL_NOEXCEPT;\ntypedef int32_t (*C)(void* c);\n"
+
+    def faults(self, *lines, example="main"):
+        shown = "".join(f'.B "{line}"\n' for line in lines)
+        manual = f".SH SYNOPSIS\n.B \"#include\"\n{shown}.SH NEXT\n.EX\nmain\n.EE\n"
+        return check_manual.faults(manual, self.HEADER, example + "\n")
+
+    def test_the_same_declarations_are_no_fault(self):
+        self.assertEqual(self.faults("typedef int32_t (*C)(void* c);", "int32_t F(int32_t a,", "    char* b);"), [])
+
+    def test_a_declaration_that_differs_or_lacks_is_heard(self):
+        self.assertEqual(len(self.faults("int32_t F(int32_t a, char* b);")), 1)
+        self.assertEqual(len(self.faults("typedef int32_t (*C)(void* c);", "int32_t F(char* a, char* b);")), 2)
+
+    def test_another_example_is_heard(self):
+        self.assertEqual(len(self.faults("typedef int32_t (*C)(void* c); int32_t F(int32_t a, char* b);",
+                                         example="mine")), 1)
 
 
 class Includes(unittest.TestCase):

@@ -1,0 +1,85 @@
+# Installs each component into an empty folder, moves all of it elsewhere, and builds and runs a host on what
+# lies there: by find_package(), by pkg-config, and once more on the build folder.
+#   BUILD  HOST (whether the tavrel command is built)  WORK  PROJECT  SOURCE  VERSION  C  MAKE  SAMPLE  PKG_CONFIG
+cmake_minimum_required(VERSION 3.21)
+
+function(run)
+  execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output ERROR_VARIABLE output RESULT_VARIABLE result)
+  if(NOT result EQUAL 0)
+    string(JOIN " " command ${ARGN})
+    message(FATAL_ERROR "${command}\nends with ${result}:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+function(expect what text pattern)
+  if(NOT text MATCHES "${pattern}")
+    message(SEND_ERROR "${what} is not as expected (${pattern}):\n${text}")
+  endif()
+endfunction()
+
+# Installs a component; all its files must match the pattern, and there must be `count` of them or more.
+function(install_component component count pattern)
+  run(${CMAKE_COMMAND} --install ${BUILD} --component ${component} --prefix "${WORK}/only ${component}")
+  file(GLOB_RECURSE files RELATIVE "${WORK}/only ${component}" "${WORK}/only ${component}/*")
+  foreach(file IN LISTS files)
+    expect("A file of ${component}" "${file}" "^(${pattern})$")
+  endforeach()
+  list(LENGTH files found)
+  if(found LESS count)
+    message(SEND_ERROR "${component} has ${found} files: ${files}")
+  endif()
+endfunction()
+
+# Builds the project with what lies at `where` and runs it on the sample library.
+function(check_host how)
+  set(build "${WORK}/${how}")
+  run(${CMAKE_COMMAND} -S ${PROJECT} -B "${build}" -G Ninja -DCMAKE_C_COMPILER=${C} -DCMAKE_MAKE_PROGRAM=${MAKE}
+    -DSOURCE=${SOURCE} -DWANTED=${VERSION} ${ARGN})
+  run(${CMAKE_COMMAND} --build "${build}")
+  run(${CMAKE_COMMAND} -E env HOME=${SAMPLE} "${build}/somebody")
+  expect("What the host of ${how} prints" "${output}" "  [0-9]+  Music\n")
+endfunction()
+
+function(check_pkg_config)
+  set(ENV{PKG_CONFIG_PATH} "${moved}/lib/pkgconfig")
+  run(${PKG_CONFIG} --modversion tavrel)
+  expect("The version of pkg-config" "${output}" "^${VERSION}\n$")
+  run(${PKG_CONFIG} --cflags --libs tavrel)
+  separate_arguments(flags UNIX_COMMAND "${output}")
+  run(${C} -o "${WORK}/by pkg-config" ${SOURCE} ${flags})
+  run(${CMAKE_COMMAND} -E env HOME=${SAMPLE} "LD_LIBRARY_PATH=${moved}/lib" "${WORK}/by pkg-config")
+  expect("What the host of pkg-config prints" "${output}" "  [0-9]+  Music\n")
+endfunction()
+
+file(REMOVE_RECURSE ${WORK})
+install_component(runtime 3 "lib/libTavrel\\.so\\.[0-9.]+|share/doc/.*")
+install_component(development 8
+  "lib/libTavrel\\.so|include/tavrel/tavrel\\.h|lib/cmake/Tavrel/.*|lib/pkgconfig/tavrel\\.pc|share/man/man3/tavrel\\.3")
+if(HOST)
+  install_component(host 5 "bin/tavrel|share/(man/man1|bash-completion|zsh|fish)/.*")
+endif()
+
+# One tree of all, in another place than that which it was installed to.
+set(moved "${WORK}/a prefix/elsewhere")
+run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/prefix)
+file(MAKE_DIRECTORY "${WORK}/a prefix")
+file(RENAME ${WORK}/prefix "${moved}")
+file(GLOB_RECURSE texts "${moved}/lib/cmake/*" "${moved}/lib/pkgconfig/*")
+foreach(file IN LISTS texts)
+  file(READ "${file}" text)
+  string(FIND "${text}" "${WORK}" place)
+  if(NOT place EQUAL -1)
+    message(SEND_ERROR "${file} knows where it was installed")
+  endif()
+endforeach()
+
+check_host(installed "-DCMAKE_PREFIX_PATH=${moved}")
+check_host(built -DTavrel_DIR=${BUILD})
+if(PKG_CONFIG)
+  check_pkg_config()
+endif()
+if(HOST)
+  run("${moved}/bin/tavrel" --library ${SAMPLE} playlists)
+  expect("What the command prints" "${output}" "Favourites|Music")
+endif()
