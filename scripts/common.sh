@@ -47,6 +47,7 @@ python3-setuptools /usr/lib/python3/dist-packages/setuptools
 python3-wheel /usr/lib/python3/dist-packages/wheel
 mypy mypy
 binutils nm
+abigail-tools abidiff
 pkg-config pkg-config
 LIST
 }
