@@ -16,21 +16,27 @@ static void* Find(const char* name) {
   return symbol;
 }
 
-static void CheckSizes(void) {
-  if (sizeof(void*) != 8) return;
-  CHECK(sizeof(struct MirrorAttribute) == 24);
-  CHECK(sizeof(struct MirrorElement) == 64);
-  CHECK(sizeof(struct MirrorDocument) == 56);
-  CHECK(sizeof(struct MirrorSongInfo) == 96);
-  CHECK(offsetof(struct MirrorTrack, trackId) == 96);
-  CHECK(offsetof(struct MirrorTrack, persistentId) == 100);
-  CHECK(offsetof(struct MirrorTrack, pendingDict) == 112);
-  CHECK(sizeof(struct MirrorTrack) == 120);
-  CHECK(sizeof(struct MirrorPlaylist) == 40);
-  CHECK(sizeof(struct MirrorGroup) == 16);
-  CHECK(offsetof(struct MirrorState, document) == 56);
-  CHECK(offsetof(struct MirrorState, pool) == 64);
-}
+#define HOLDS(condition) _Static_assert(sizeof(void*) != 8 || (condition), #condition)
+HOLDS(sizeof(struct MirrorAttribute) == 24);
+HOLDS(sizeof(struct MirrorElement) == 64);
+HOLDS(sizeof(struct MirrorDocument) == 56);
+HOLDS(sizeof(struct MirrorSongInfo) == 96);
+HOLDS(offsetof(struct MirrorTrack, trackId) == 96);
+HOLDS(offsetof(struct MirrorTrack, persistentId) == 100);
+HOLDS(offsetof(struct MirrorTrack, pendingDict) == 112);
+HOLDS(sizeof(struct MirrorTrack) == 120);
+HOLDS(offsetof(struct MirrorPlaylist, capacity) == 8);
+HOLDS(offsetof(struct MirrorPlaylist, count) == 12);
+HOLDS(offsetof(struct MirrorPlaylist, kind) == 16);
+HOLDS(offsetof(struct MirrorPlaylist, name) == 24);
+HOLDS(offsetof(struct MirrorPlaylist, nameSize) == 32);
+HOLDS(sizeof(struct MirrorPlaylist) == 40);
+HOLDS(sizeof(struct MirrorGroup) == 16);
+HOLDS(offsetof(struct MirrorState, groups) == 16);
+HOLDS(offsetof(struct MirrorState, artworkFiles) == 32);
+HOLDS(offsetof(struct MirrorState, libraryPersistentId) == 48);
+HOLDS(offsetof(struct MirrorState, document) == 56);
+HOLDS(offsetof(struct MirrorState, pool) == 64);
 
 static void CheckDocument(const struct MirrorDocument* document) {
   static const char kDeclaration[] = "<?xml";
@@ -151,7 +157,6 @@ int main(int argc, char** argv) {
     fprintf(stderr, "%s\n", dlerror());
     return 2;
   }
-  CheckSizes();
   state = *(struct MirrorState**)Find("g_pGlobal");
   CHECK(state != NULL);
   if (state != NULL) {
