@@ -42,6 +42,7 @@ fish fish
 man-db man
 groff-base groff
 python3 python3
+nodejs node
 python3-pip /usr/lib/python3/dist-packages/pip
 python3-setuptools /usr/lib/python3/dist-packages/setuptools
 python3-wheel /usr/lib/python3/dist-packages/wheel

@@ -25,6 +25,8 @@ constexpr std::array kLines{
     Line{{"stats", "tavrel stats --by decade", "how many songs of each decade"}, true},
     Line{{"covers", "tavrel covers Music 3", "the cover of a song, as a file here"}, true},
     Line{{"covers", "tavrel covers --all -o covers", "one cover for each album"}, true},
+    Line{{"page", "tavrel page -o music.html --open", "the library as a page to look at"}, true},
+    Line{{"page", "tavrel page -o - --covers none | gzip > page.gz", "through a pipe"}, false},
     Line{{"ringtones", "tavrel ringtones", "the ringtones"}, true},
     Line{{"ringtones", "tavrel ringtones add Tone.m4r", "add one to iTunes"}, false},
     Line{{"", "tavrel -l export.xml", "a library file that lies elsewhere"}, true},

@@ -63,6 +63,7 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
             {"search", "a"},
             {"artwork", "--all", "--unclaimed", "-o", Path("covers")},
             {"artwork", "--all", "--per-song", "--force", "-o", Path("covers")},
+            {"page", "-o", Path("page.html")},
             {"ringtones", "add", Path("Tone.m4r")}};
   }
 

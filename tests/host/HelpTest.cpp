@@ -32,7 +32,8 @@ class Help : public HostTest {
 
 TEST_F(Help, IsTheSameByOptionAndByCommand) {
   EXPECT_EQ(Printed({"help"}), Printed({"--help"}));
-  for (const char* command : {"songs", "search", "playlists", "ringtones", "covers", "stats"}) {
+  for (const char* command :
+       {"songs", "search", "playlists", "ringtones", "covers", "stats", "page"}) {
     EXPECT_EQ(Printed({"help", command}), Printed({command, "--help"}));
     EXPECT_THAT(Printed({"help", command}),
                 AllOf(HasSubstr("tavrel " + std::string(command)), HasSubstr("--library PATH")));

@@ -1,0 +1,64 @@
+// What the page tells of a library: its songs by columns, its albums and its playlists.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/library/Fields.h"
+#include "host/library/Library.h"
+#include "host/library/Playlists.h"
+#include "host/page/Columns.h"
+
+namespace tavrel::host {
+
+enum class ColumnKind : std::uint8_t { Text, Number, Seconds, Day, Kilobytes, Rating, Flag };
+
+// "text", "number", …, as the page's scripts know them.
+[[nodiscard]] std::string_view KindName(ColumnKind kind);
+
+// One field of all songs. A number stands one higher than it is, so that 0 is none: seconds, days since
+// the beginning of 1970, kilobytes of 1024, ratings from 0 to 100 that somebody has given, 1 for a flag.
+struct PageColumn {
+  Field field;
+  ColumnKind kind;
+  TextColumn texts = {};
+  std::vector<std::int64_t> numbers = {};
+
+  // Whether any song has it.
+  [[nodiscard]] bool IsUsed() const noexcept;
+};
+
+struct PageAlbum {
+  std::string title;
+  std::string artist;
+  std::int64_t songs = 0;
+  std::int64_t plays = 0;
+  std::vector<std::int32_t> positions = {};  // of its songs
+};
+
+struct PagePlaylist {
+  std::string name;
+  std::string id;
+  std::string_view type;
+  std::size_t depth;
+  std::vector<std::int64_t> songs;  // positions among all songs
+};
+
+struct PageContents {
+  std::size_t songs = 0;
+  std::int64_t time = 0;  // in milliseconds
+  std::vector<PageColumn> columns = {};
+  std::vector<PageAlbum> albums = {};      // in the order of their first songs
+  std::vector<std::int64_t> albumOf = {};  // for each song the number of its album from 1; 0: none
+  std::vector<PagePlaylist> playlists = {};
+
+  [[nodiscard]] const PageColumn& Of(Field field) const;
+};
+
+// Reads each song once. withPaths: also where its file lies. Looks for every file.
+[[nodiscard]] PageContents ReadContents(const LibraryFunctions& library, bool withPaths);
+
+}  // namespace tavrel::host

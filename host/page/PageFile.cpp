@@ -1,0 +1,87 @@
+#include "host/page/PageFile.h"
+
+#include <tavrel/tavrel.h>
+
+#include <fstream>
+#include <map>
+#include <string_view>
+
+#include "host/page/FirstScreen.h"
+#include "host/page/Html.h"
+#include "host/page/PageSources.h"
+#include "host/page/Words.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::string_view kOpening = "<!doctype html>\n<!-- a page of tavrel's -->\n";
+
+using Parts = std::map<std::string_view, std::string>;
+
+// The markup with each "{{name}}" replaced by the part of that name, or by the word of the interface.
+std::string Fill(std::string_view markup, const Parts& parts, const Words& words) {
+  std::string filled;
+  while (true) {
+    const std::size_t open = markup.find("{{");
+    const std::size_t close = markup.find("}}", open);
+    if (open == std::string_view::npos || close == std::string_view::npos) break;
+    filled += markup.substr(0, open);
+    const std::string_view name = markup.substr(open + 2, close - open - 2);
+    const auto part = parts.find(name);
+    filled += part != parts.end() ? part->second : Escaped(words.Of(name));
+    markup.remove_prefix(close + 2);
+  }
+  return filled.append(markup);
+}
+
+// What no script engine runs: the type says that these are data.
+std::string DataBlock(const std::string& id, std::string_view form, std::string_view text) {
+  std::string block = "<script type=\"application/octet-stream\" id=\"" + id + "\" data-form=\"";
+  return block.append(form).append("\">").append(text).append("</script>\n");
+}
+
+std::string SongsBlock(const PageContents& contents, const CoverPlaces& places) {
+  const std::string payload = MakePayload(contents, places);
+  return contents.songs < kFewSongs
+             ? DataBlock("songs-data", "plain", Base64Text(payload))
+             : DataBlock("songs-data", "gzip", Base64Text(Compressed(payload)));
+}
+
+std::string CoverBlocks(const std::vector<std::string>& pictures) {
+  std::string blocks;
+  for (std::size_t i = 0; i < pictures.size(); ++i) {
+    blocks += DataBlock("covers-" + std::to_string(i), "jpeg", Base64Text(pictures[i]));
+  }
+  return blocks;
+}
+
+}  // namespace
+
+std::string MakePage(const PageContents& contents, const PageCovers& covers,
+                     const std::string& title) {
+  const PageSources sources = SourcesOfPage();
+  const Words words(sources.words);
+  Parts parts;
+  parts["opening"] = kOpening;
+  parts["version"] = TAVREL_VERSION;
+  parts["title"] = EscapedStart(title.empty() ? words.Of("title.usual") : title, 200);
+  parts["style"] = sources.style;
+  parts["script"] = sources.script;
+  parts["styleHash"] = Base64OfHex(sources.styleHash);
+  parts["scriptHash"] = Base64OfHex(sources.scriptHash);
+  parts["words"] = words.Json();
+  parts["figures"] = Figures(contents, words);
+  parts["albums"] = AlbumList(contents, TopAlbums(contents), covers.top);
+  parts["allPlots"] = AllPlots(contents, words);
+  parts["data"] = SongsBlock(contents, covers.places) + CoverBlocks(covers.pictures);
+  return Fill(sources.markup, parts, words);
+}
+
+bool IsPage(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string opening(kOpening.size(), '\0');
+  file.read(opening.data(), static_cast<std::streamsize>(opening.size()));
+  return file && opening == kOpening;
+}
+
+}  // namespace tavrel::host

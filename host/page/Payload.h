@@ -1,0 +1,31 @@
+// The songs as the page carries them.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/page/Contents.h"
+
+namespace tavrel::host {
+
+// Where the covers of albums stand in the pictures that hold many of them.
+struct CoverPlaces {
+  std::vector<std::int64_t> numbers = {};  // for each album from 1; 0: it has none
+  std::int64_t side = 0;                   // of a cover, in pixels
+  std::int64_t columns = 1;                // of a picture, in covers
+  std::int64_t perPicture = 1;
+};
+
+// The length of a JSON text in 4 bytes, lowest first; the text, which describes the columns and holds the
+// texts; and the bytes of the columns, of the songs' albums, of the covers and of the playlists, in the order
+// in which the JSON text names them.
+//
+//   0        4                       4 + length
+//   | length | {"songs":…,"columns":… | name │ artist │ … │ albums │ covers │ playlists |
+[[nodiscard]] std::string MakePayload(const PageContents& contents, const CoverPlaces& covers);
+
+// The same as a gzip file. Cost: linear; the more threads, the sooner.
+[[nodiscard]] std::string Compressed(const std::string& bytes);
+
+}  // namespace tavrel::host

@@ -1,0 +1,3 @@
+import { openPage } from "./page.js";
+
+void openPage();
