@@ -1,6 +1,7 @@
 """The library, its playlists, and the search."""
 import ctypes
 import os
+from functools import cached_property
 from typing import Dict, Iterator, List, Optional, Type, Union
 
 from ._errors import LibraryError
@@ -46,7 +47,7 @@ class Playlist:
     def songs(self) -> Songs:
         return Songs(self._session, self._handle)
 
-    @property
+    @cached_property
     def properties(self) -> Properties:
         """Every property that the file has of it: "Playlist Persistent ID", "Folder", ..."""
         handle = self._handle
@@ -125,7 +126,7 @@ class Library:
         """All songs of the file, also those that no playlist holds."""
         return Songs(self._session, self._all)
 
-    @property
+    @cached_property
     def properties(self) -> Properties:
         """Every property of the file itself: "Library Persistent ID", "Music Folder", "Date", ..."""
         return Properties(self._session, lambda functions, visitor: functions.VisitLibraryProperties(visitor, None))

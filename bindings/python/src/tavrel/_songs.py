@@ -1,6 +1,7 @@
 """Songs, and the sequences that they stand in."""
 import ctypes
 import os
+from functools import cached_property
 from typing import Any, Callable, Iterator, List, NamedTuple, Optional, Sequence, TypeVar, Union, overload
 
 from ._artwork import Picture, read_pictures
@@ -85,7 +86,7 @@ class Song:
     def is_movie(self) -> bool:
         return self.fields.is_movie
 
-    @property
+    @cached_property
     def properties(self) -> Properties:
         """Every property that the file has of it: "Rating", "Composer", "Persistent ID", ..."""
         playlist, index = self._playlist, self._index

@@ -1,0 +1,15 @@
+# Copies the Node module to FOLDER and installs the packages that it needs beside it, unless they are there already.
+foreach(part lib tests types)
+  file(REMOVE_RECURSE ${FOLDER}/${part})
+endforeach()
+file(COPY ${SOURCE}/ DESTINATION ${FOLDER} PATTERN node_modules EXCLUDE)
+file(SHA256 ${SOURCE}/package-lock.json wanted)
+set(there)
+if(EXISTS ${FOLDER}/installed.txt)
+  file(READ ${FOLDER}/installed.txt there)
+endif()
+if(NOT there STREQUAL wanted)
+  execute_process(COMMAND ${NPM} ci --prefer-offline --ignore-scripts --no-audit --no-fund
+    WORKING_DIRECTORY ${FOLDER} COMMAND_ERROR_IS_FATAL ANY)
+  file(WRITE ${FOLDER}/installed.txt ${wanted})
+endif()
