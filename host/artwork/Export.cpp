@@ -55,7 +55,8 @@ class Exporter {
       throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
     }
     const std::vector<Album> albums = ReadAlbums(session_.library);
-    Progress progress(albums.size() + files, session_.terminal, session_.output);
+    Progress progress(albums.size() + files, session_.terminal, session_.output,
+                      session_.options.quiet);
     for (const Album& album : albums) {
       if (options_.perSong) ExportSongs(album);
       if (!options_.perSong) ExportAlbum(album);

@@ -12,6 +12,7 @@
 #include "host/artwork/Export.h"
 #include "host/commands/Commands.h"
 #include "host/library/InputFile.h"
+#include "host/library/Invocation.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
@@ -44,11 +45,14 @@ std::optional<std::int32_t> Position(const std::string& text) {
 
 // The song at a position, or of a name; names that differ only in case or in how accents are
 // composed are taken when none is exactly the same.
-std::int32_t FindSong(const Playlist& playlist, const std::string& wanted, const Library& library) {
+// names: of the playlist and of the song, as given.
+std::int32_t FindSong(const Playlist& playlist, const std::vector<std::string>& names,
+                      const Session& session) {
+  const std::string& wanted = names[1];
   if (const auto position = Position(wanted)) {
     if (*position >= 0 && *position < playlist.songCount) return *position;
   }
-  SongReader reader(library);
+  SongReader reader(session.library);
   const std::string folded = Fold(wanted);
   std::optional<std::int32_t> alike;
   for (std::int32_t position = 0; position < playlist.songCount; ++position) {
@@ -57,8 +61,9 @@ std::int32_t FindSong(const Playlist& playlist, const std::string& wanted, const
     if (!alike && Fold(name) == folded) alike = position;
   }
   if (alike) return *alike;
-  throw Failure(ExitCode::Failed, "the playlist has no song \"" + wanted +
-                                      "\"; \"tavrel songs\" shows positions and names");
+  throw Failure(ExitCode::Failed, "the playlist has no song \"" + wanted + "\"\n  " +
+                                      Invocation(session.options, "songs " + Quoted(names[0])) +
+                                      " shows positions and names.");
 }
 
 ExitCode ListImages(const Artwork& artwork, Session& session) {
@@ -193,8 +198,8 @@ class AlbumCovers {
 ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   const Library& library = session.library;
   const std::vector<Playlist> playlists = ReadPlaylists(library);
-  const Playlist& playlist = FindPlaylist(playlists, arguments.names[0]);
-  const std::int32_t position = FindSong(playlist, arguments.names[1], library);
+  const Playlist& playlist = FindPlaylist(playlists, arguments.names[0], session.options);
+  const std::int32_t position = FindSong(playlist, arguments.names, session);
   SongRecordReader reader(library, FieldsOfSong());
   const Song song = AsSong(reader.Read(playlist.handle, position));
   const Artwork own(library, library.openArtworkAny(playlist.handle, position));

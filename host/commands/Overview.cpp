@@ -4,6 +4,7 @@
 #include <array>
 
 #include "host/commands/Commands.h"
+#include "host/library/Invocation.h"
 #include "host/library/Playlists.h"
 #include "host/library/Statistics.h"
 #include "host/output/Format.h"
@@ -128,6 +129,18 @@ std::vector<std::string> PlaylistSummary(const GroupCounts& groups) {
   return parts;
 }
 
+// What to do next; the options that say which library are repeated once.
+std::vector<std::string> NextCommands(const Options& options) {
+  std::string start = Invocation(options, "");
+  start.pop_back();  // its blank
+  if (start != "tavrel") {
+    return {"Next:",      Clean(start), "and songs,", "search WORD,",
+            "playlists,", "stats",      "or --help"};
+  }
+  return {"Next:",         "tavrel songs,", "tavrel search WORD,", "tavrel playlists,",
+          "tavrel stats,", "tavrel --help"};
+}
+
 void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Session& session) {
   const Terminal& terminal = session.terminal;
   session.output.WriteLine(terminal.Styled(Style::Bold, Clean(session.libraryPath)));
@@ -142,9 +155,7 @@ void PrintScreen(const Statistics& statistics, const GroupCounts& groups, Sessio
   Print(PlayedTable(statistics.mostPlayed), session);
   if (terminal.width == 0) return;
   session.output.WriteLine("");
-  for (const std::string& line : FoldLine({"Next:", "tavrel songs,", "tavrel search WORD,",
-                                           "tavrel playlists,", "tavrel stats,", "tavrel --help"},
-                                          terminal.width)) {
+  for (const std::string& line : FoldLine(NextCommands(session.options), terminal.width)) {
     session.output.WriteLine(line);
   }
 }

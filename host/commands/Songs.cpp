@@ -14,9 +14,11 @@ struct SongsArguments {
 };
 
 ExitCode ListSongs(const SongsArguments& arguments, Session& session) {
-  PlaylistRecord* playlist =
-      arguments.playlist ? FindPlaylist(ReadPlaylists(session.library), *arguments.playlist).handle
-                         : session.library.openAllSongs();
+  PlaylistRecord* playlist = session.library.openAllSongs();
+  if (arguments.playlist) {
+    const std::vector<Playlist> playlists = ReadPlaylists(session.library);
+    playlist = FindPlaylist(playlists, *arguments.playlist, session.options).handle;
+  }
   SongList list{.playlist = playlist,
                 .positions = AllPositions(session.library, playlist),
                 .tableFields = {Field::Name, Field::Artist, Field::Album, Field::Track,

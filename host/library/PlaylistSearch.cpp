@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "host/library/Invocation.h"
 #include "host/library/PlaylistTree.h"
 #include "host/output/EditDistance.h"
 #include "host/output/Failure.h"
@@ -96,14 +97,16 @@ class Paths {
   std::vector<std::string> names_;
 };
 
-const Playlist& FindById(const std::vector<Playlist>& playlists, const std::string& wanted) {
+const Playlist& FindById(const std::vector<Playlist>& playlists, const std::string& wanted,
+                         const Options& options) {
   const std::string id = Fold(wanted);
   const Matches matches =
       Select(playlists, [&](const Playlist& playlist) { return Fold(playlist.id) == id; });
   if (!id.empty() && !matches.empty()) return *matches.front();
-  throw Failure(ExitCode::Failed, fmt::format("there is no playlist with the ID \"{}\"\n"
-                                              "  tavrel playlists --json shows the IDs.",
-                                              Clean(wanted)));
+  throw Failure(ExitCode::Failed,
+                fmt::format("there is no playlist with the ID \"{}\"\n"
+                            "  {} shows the IDs.",
+                            Clean(wanted), Invocation(options, "playlists --json")));
 }
 
 Failure NoSuchPlace(const std::vector<Playlist>& playlists, const Place& place) {
@@ -147,7 +150,8 @@ class Nearness {
   EditDistance distance_;
 };
 
-Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted) {
+Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted,
+                const Options& options) {
   std::vector<std::pair<std::size_t, const Playlist*>> near;
   const std::string folded = Fold(wanted);
   const Nearness nearness(folded);
@@ -161,7 +165,7 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
   if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
 
   std::string message = fmt::format("there is no playlist named \"{}\"", Clean(wanted));
-  if (near.empty()) message += "\n  See tavrel playlists.";
+  if (near.empty()) message += "\n  See " + Invocation(options, "playlists") + ".";
   if (!near.empty()) message += "; do you mean:";
   for (const auto& [distance, playlist] : near) message += "\n  " + Describe(*playlist);
   return {ExitCode::Failed, message};
@@ -169,9 +173,10 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
 
 }  // namespace
 
-const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::string& wanted) {
+const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::string& wanted,
+                             const Options& options) {
   constexpr std::string_view kId = "id:";
-  if (wanted.starts_with(kId)) return FindById(playlists, wanted.substr(kId.size()));
+  if (wanted.starts_with(kId)) return FindById(playlists, wanted.substr(kId.size()), options);
   if (const std::optional<Place> place = ParsePlace(wanted)) {
     const Matches matches = Select(playlists, [&](const Playlist& playlist) {
       return playlist.group == place->group && playlist.position == place->position;
@@ -191,7 +196,7 @@ const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::
     });
   }
   if (matches.empty() && isPath) matches = Paths(playlists, true).Find(wanted);
-  if (matches.empty()) throw NoMatch(playlists, wanted);
+  if (matches.empty()) throw NoMatch(playlists, wanted, options);
   if (matches.size() > 1) throw SeveralMatches(wanted, matches);
   return *matches.front();
 }

@@ -35,8 +35,8 @@ std::string ProgressLine(std::size_t done, std::size_t total, double seconds, st
   return fmt::format("[{:#<{}}{:{}}]{}", "", filled, "", bar - filled, text);
 }
 
-Progress::Progress(std::size_t total, const Terminal& terminal, Output& output)
-    : total_(total), isShown_(CanErase()), width_(terminal.width), output_(output) {}
+Progress::Progress(std::size_t total, const Terminal& terminal, Output& output, bool isQuiet)
+    : total_(total), isShown_(!isQuiet && CanErase()), width_(terminal.width), output_(output) {}
 
 Progress::~Progress() {
   // Each step has written all that there was. What cannot be erased stays: nothing is thrown here.

@@ -17,7 +17,8 @@ namespace tavrel::host {
 // Shows nothing unless standard output is a terminal that can erase a line.
 class Progress {
  public:
-  Progress(std::size_t total, const Terminal& terminal, Output& output);
+  // isQuiet: nothing is shown.
+  Progress(std::size_t total, const Terminal& terminal, Output& output, bool isQuiet = false);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
   ~Progress();

@@ -459,6 +459,28 @@ TEST_F(ArtworkCommand, OneCoverIsInMemoryAtATime) {
 }
 #endif
 
+TEST_F(ArtworkCommand, QuietWorkShowsNoProgressHoweverLongItTakes) {
+  Cache("0.itc2", OnePicture());
+  const std::string folder = Path("home/Music/iTunes/Album Artwork/");
+  for (int i = 1; i < 400; ++i) {
+    fs::create_hard_link(folder + "0.itc2", folder + std::to_string(i) + ".itc2");
+  }
+  Command command;
+  command.output = Stream::Terminal;
+  const Outcome outcome = Run(
+      {"--home", Path("home"), "-q", "covers", "--all", "--unclaimed", "-o", Path("out")}, command);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_EQ(outcome.output, "400 covers written\n");
+}
+
+TEST_F(ArtworkCommand, ASongThatIsNotThereIsToldWhereToLook) {
+  AddSong(Named("A", "One", "x"));
+  WriteLibrary();
+  EXPECT_EQ(Artwork({"Music", "y"}).errors,
+            "tavrel: the playlist has no song \"y\"\n  tavrel --home " + Path("home") +
+                " songs Music shows positions and names.\n");
+}
+
 TEST_F(ArtworkCommand, ProgressIsShownOnATerminalOnly) {
   for (int i = 0; i < 3; ++i) AddSong(Named("A", "One", "x"), OnePicture());
   WriteLibrary();

@@ -175,6 +175,23 @@ TEST_F(Overview, TheSummaryFitsANarrowTerminal) {
   for (const std::string& line : Lines(outcome.output)) EXPECT_LE(line.size(), 40u) << line;
 }
 
+TEST_F(Overview, OnATerminalItSaysWhatToDoNextWithTheOptionsThatWereGiven) {
+  Command terminal;
+  terminal.output = Stream::Terminal;
+  const std::string library = MakeLibrary();
+  Write("home/Music/iTunes/iTunes Music Library.xml", library);
+  terminal.folder = Path("home");
+  EXPECT_THAT(
+      Run({"--home", "."}, terminal).output,
+      testing::EndsWith("\nNext: tavrel --home . and songs, search WORD, playlists, stats or "
+                        "--help\n"));
+  terminal.environment["HOME"] = Path("home");
+  EXPECT_THAT(
+      Run({}, terminal).output,
+      testing::EndsWith("\nNext: tavrel songs, tavrel search WORD, tavrel playlists, tavrel "
+                        "stats,\n  tavrel --help\n"));
+}
+
 TEST_F(Overview, AnEmptyLibraryHasAnOverviewToo) {
   const Outcome outcome = Run({"--library", Write("library.xml", LibraryText({}))});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;

@@ -121,8 +121,10 @@ TEST_F(Songs, AnUnknownNameSuggestsTheNearest) {
   ExpectNotFound("Evning", "there is no playlist named \"Evning\"; do you mean:\n  2:0  Evening\n");
   ExpectNotFound("music",
                  "there is no playlist named \"music\"; do you mean:\n  2:4  Morning Music\n");
-  ExpectNotFound("Gymnopédies",
-                 "there is no playlist named \"Gymnopédies\"\n  See tavrel playlists.\n");
+  ExpectNotFound("Gymnopédies", "there is no playlist named \"Gymnopédies\"\n  See tavrel -l " +
+                                    file_ + " playlists.\n");
+  ExpectNotFound("id:F00", "there is no playlist with the ID \"F00\"\n  tavrel -l " + file_ +
+                               " playlists --json shows the IDs.\n");
 }
 
 TEST_F(Songs, NamesInMessagesAreHarmless) {
