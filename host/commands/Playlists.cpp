@@ -7,12 +7,13 @@
 #include <memory>
 
 #include "host/commands/Commands.h"
+#include "host/commands/ListFormat.h"
+#include "host/commands/RecordList.h"
 #include "host/commands/SongList.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongMatching.h"
 #include "host/library/SongPlaces.h"
 #include "host/output/Format.h"
-#include "host/output/Json.h"
 #include "host/output/Table.h"
 
 namespace tavrel::host {
@@ -21,6 +22,7 @@ namespace {
 struct PlaylistsArguments {
   bool all = false;  // built-in and empty ones, too
   SongQuery with;    // only those that hold such a song; without words all
+  FormatOptions format;
 };
 
 constexpr std::size_t kDeepestShown =
@@ -102,44 +104,60 @@ void PrintTable(const std::vector<ListFacts>& lists, bool withFound, Session& se
   table.Print(session.terminal, session.output);
 }
 
-JsonValue TextOrNull(const std::string& text) {
-  return text.empty() ? JsonValue(kJsonNull) : JsonValue(text);
+RecordValue TextOrNone(const std::string& text) {
+  return text.empty() ? RecordValue(std::nullopt) : RecordValue(text);
 }
 
-void PrintJson(const std::vector<ListFacts>& lists, bool withFound, Session& session) {
-  SongColumns columns;
-  columns.fields = AllFields();
-  const SongJson songs(columns, session);
-  SongRecordReader reader(session.library, columns.Wanted());
-  JsonList array(session.output);
-  for (const ListFacts& list : lists) {
-    const Playlist& playlist = *list.playlist;
-    JsonObject object{
-        {"id", TextOrNull(playlist.id)},
-        {"name", playlist.name},
-        {"type", TypeName(playlist.type)},
-        {"folder", list.folder == nullptr ? JsonValue(kJsonNull) : TextOrNull(list.folder->id)},
-        {"group", playlist.group},
-        {"position", playlist.position},
-        {"kind", playlist.kind},
-        {"songs", playlist.songCount},
-        {"seconds", list.time / 1000}};
-    std::string json = object.Text();
-    if (withFound) {
-      json.back() = ',';
-      json += "\"found\":[";
-      std::string_view between;
-      for (const std::int32_t song : list.found) {
-        json += between;
-        songs.AppendOpen(json, reader.Read(playlist.handle, song));
-        json += '}';
-        between = ",";
-      }
-      json += "]}";
+std::vector<RecordValue> ValuesOf(const ListFacts& list) {
+  const Playlist& playlist = *list.playlist;
+  const std::string folder = list.folder == nullptr ? std::string() : list.folder->id;
+  return {TextOrNone(playlist.id), playlist.name,      TypeName(playlist.type),
+          TextOrNone(folder),      playlist.group,     playlist.position,
+          playlist.kind,           playlist.songCount, list.time / 1000};
+}
+
+// Songs that were found: in JSON each of them, as everywhere.
+class FoundSongs {
+ public:
+  explicit FoundSongs(const Session& session)
+      : json_(columns_, session), reader_(session.library, columns_.Wanted()) {}
+
+  RecordValue In(const ListFacts& list) {
+    std::string json = "[";
+    std::string_view between;
+    for (const std::int32_t song : list.found) {
+      json += between;
+      json_.AppendOpen(json, reader_.Read(list.playlist->handle, song));
+      json += '}';
+      between = ",";
     }
-    array.AddText(json);
+    return RecordValue::Written(json + "]");
   }
-  array.End();
+
+ private:
+  SongColumns columns_{.fields = AllFields(), .keys = {}};
+  SongJson json_;
+  SongRecordReader reader_;
+};
+
+void PrintRecords(const std::vector<ListFacts>& lists, bool withFound, const FormatOptions& options,
+                  Session& session) {
+  std::vector<std::string_view> names{"id",       "name", "type",  "folder", "group",
+                                      "position", "kind", "songs", "seconds"};
+  if (withFound) names.emplace_back("found");
+  const ListFormat format = FormatOf(options, session.options);
+  RecordList records(names, format, options.forSpreadsheet, session.output);
+  FoundSongs found(session);
+  for (const ListFacts& list : lists) {
+    std::vector<RecordValue> values = ValuesOf(list);
+    if (withFound && format == ListFormat::Json) {
+      values.push_back(found.In(list));
+    } else if (withFound) {
+      values.emplace_back(static_cast<std::int64_t>(list.found.size()));
+    }
+    records.Add(values);
+  }
+  records.End();
 }
 
 ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session) {
@@ -159,8 +177,8 @@ ExitCode ListPlaylists(const PlaylistsArguments& arguments, Session& session) {
                      entry.depth, TimeOf(playlist, session.library),
                      std::move(found[entry.playlist])});
   }
-  if (session.options.json) {
-    PrintJson(lists, withFound, session);
+  if (FormatOf(arguments.format, session.options) != ListFormat::Table) {
+    PrintRecords(lists, withFound, arguments.format, session);
   } else if (!lists.empty()) {
     PrintTable(lists, withFound, session);
   }
@@ -184,6 +202,7 @@ void DefinePlaylists(CommandDefinition program) {
   command.AddFlag("--all", arguments->all, "Also built-in and empty ones");
   command.AddTexts("--with", arguments->with.words, "TEXT",
                    "Only those that hold a song with this text; again: with all of them");
+  AddFormatOptions(command, arguments->format, JsonLines::NotOffered);
   command.Makes([arguments] {
     return Task{
         .run = [arguments](Session& session) { return ListPlaylists(*arguments, session); }};

@@ -1,5 +1,8 @@
 #include "host/commands/SongColumns.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "host/output/EditDistance.h"
 #include "host/output/Failure.h"
 #include "host/output/Format.h"
@@ -30,10 +33,26 @@ Failure NoSuchField(std::string_view name) {
 
 }  // namespace
 
+void SongColumns::SetKeys(OtherKeys others) {
+  keys = std::move(others);
+  keyNames.clear();
+  for (const std::string& key : keys.All()) keyNames.push_back(NameOfKey(key));
+}
+
 FieldSet SongColumns::Wanted() const {
   FieldSet wanted;
   for (const Field field : fields) wanted.set(IndexOf(field));
   return wanted;
+}
+
+std::string NameOfKey(std::string_view key) {
+  constexpr std::string_view kMark = "key:";
+  constexpr std::string_view kLists = "lists";  // which a search can add
+  const bool isOurs =
+      key == kLists || std::any_of(kFields.begin(), kFields.end(),
+                                   [key](const FieldFacts& field) { return field.name == key; });
+  const bool isMarked = isOurs || key.starts_with(kMark);
+  return std::string(isMarked ? kMark : "").append(key);
 }
 
 std::vector<Field> AllFields() {

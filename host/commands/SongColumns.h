@@ -15,7 +15,9 @@ namespace tavrel::host {
 struct SongColumns {
   std::vector<Field> fields;
   OtherKeys keys;
+  std::vector<std::string> keyNames = {};  // what they are called
 
+  void SetKeys(OtherKeys others);
   [[nodiscard]] FieldSet Wanted() const;
 };
 
@@ -24,6 +26,10 @@ struct SongColumns {
 [[nodiscard]] std::vector<Field> ParseFields(std::string_view text, bool* isAll = nullptr);
 
 [[nodiscard]] std::vector<Field> AllFields();
+
+// What a key of the file is called beside the fields: by its own name, with "key:" before it where that is one
+// of our names, or begins so itself. No two keys get one name, and none gets one of ours.
+[[nodiscard]] std::string NameOfKey(std::string_view key);
 
 // How a table shows a value: times as "4:05", dates without their seconds, flags as "yes".
 [[nodiscard]] std::string ShownValue(const SongRecord& song, Field field);

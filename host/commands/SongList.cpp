@@ -11,15 +11,6 @@
 namespace tavrel::host {
 namespace {
 
-ListFormat FormatOf(const SongListOptions& options, const Session& session) {
-  if (!options.format) return session.options.json ? ListFormat::Json : ListFormat::Table;
-  if (*options.format == "json") return ListFormat::Json;
-  if (*options.format == "jsonl") return ListFormat::JsonLines;
-  if (*options.format == "csv") return ListFormat::Csv;
-  if (*options.format == "tsv") return ListFormat::Tsv;
-  return ListFormat::Table;
-}
-
 // The path of what is not in the file, a ringtone, is the one that the user knows.
 FieldValue ToldValue(const SongRecord& song, Field field, const Session& session,
                      std::string& room) {
@@ -44,7 +35,7 @@ SongColumns ColumnsFor(const SongList& list, const SongListOptions& options, Lis
   if (options.fields) {
     bool isAll = false;
     columns.fields = ParseFields(*options.fields, &isAll);
-    if (isAll) columns.keys = CollectOtherKeys(session.library, list.playlist);
+    if (isAll) columns.SetKeys(CollectOtherKeys(session.library, list.playlist));
   } else {
     columns.fields = format == ListFormat::Table ? list.tableFields : AllFields();
   }
@@ -64,8 +55,8 @@ std::vector<Column> TableColumns(const SongList& list, const SongColumns& column
     if (list.marks.contains(field))
       shown.back().cut = Cut::End;  // marks are found at the start only
   }
-  for (const std::string& key : columns.keys.All()) {
-    shown.push_back({.title = key, .weight = 1, .rank = rank++});
+  for (const std::string& name : columns.keyNames) {
+    shown.push_back({.title = name, .weight = 1, .rank = rank++});
   }
   if (list.listsOf)
     shown.push_back({.title = "Lists", .style = Style::Dim, .weight = 2, .rank = rank});
@@ -131,7 +122,7 @@ void PrintCsv(const SongList& list, const SongColumns& columns, Separation separ
               bool forSpreadsheet, Session& session) {
   CsvWriter writer(session.output, separation, forSpreadsheet);
   for (const Field field : columns.fields) writer.Add(FactsOf(field).name);
-  for (const std::string& key : columns.keys.All()) writer.Add(key);
+  for (const std::string& name : columns.keyNames) writer.Add(name);
   if (list.listsOf) writer.Add("lists");
   writer.EndRow();
 
@@ -163,10 +154,7 @@ void AddSongListOptions(CommandDefinition command, SongListOptions& list) {
   command.AddParted("--sort", list.sort, names, "FIELD[,FIELD]",
                     "Sort by these fields, the first one first");
   command.AddFlag("--reverse", list.isReversed, "The other way round");
-  command.AddChoice("--format", list.format, {"table", "json", "jsonl", "csv", "tsv"},
-                    "table, json, jsonl, csv or tsv", "FORMAT");
-  command.AddFlag("--spreadsheet", list.forSpreadsheet,
-                  "With csv and tsv: an apostrophe before what a spreadsheet would run");
+  AddFormatOptions(command, list.format, JsonLines::Offered);
 }
 
 // ---- JSON ---------------------------------------------------------------------------------------
@@ -179,7 +167,7 @@ SongJson::SongJson(const SongColumns& columns, const Session& session)
     quoted += ':';
   };
   for (const Field field : columns.fields) add(FactsOf(field).name);
-  for (const std::string& key : columns.keys.All()) add(key);
+  for (const std::string& name : columns.keyNames) add(name);
 }
 
 void SongJson::AppendOpen(std::string& json, const SongRecord& song) const {
@@ -208,7 +196,7 @@ std::vector<std::int32_t> AllPositions(const LibraryFunctions& library, Playlist
 }
 
 void PrintSongs(SongList& list, const SongListOptions& options, Session& session) {
-  const ListFormat format = FormatOf(options, session);
+  const ListFormat format = FormatOf(options.format, session.options);
   const SongColumns columns = ColumnsFor(list, options, format, session);
   if (options.sort) {
     SortSongs(session.library, list.playlist, ParseFields(*options.sort), options.isReversed,
@@ -225,9 +213,7 @@ void PrintSongs(SongList& list, const SongListOptions& options, Session& session
       return PrintJson(list, columns, format == ListFormat::JsonLines, session);
     case ListFormat::Csv:
     case ListFormat::Tsv:
-      return PrintCsv(list, columns,
-                      format == ListFormat::Csv ? Separation::Commas : Separation::Tabs,
-                      options.forSpreadsheet, session);
+      return PrintCsv(list, columns, SeparationOf(format), options.format.forSpreadsheet, session);
   }
 }
 

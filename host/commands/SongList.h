@@ -9,19 +9,17 @@
 #include <vector>
 
 #include "host/arguments/CommandDefinition.h"
+#include "host/commands/ListFormat.h"
 #include "host/commands/SongColumns.h"
 #include "host/library/Session.h"
 
 namespace tavrel::host {
 
-enum class ListFormat { Table, Json, JsonLines, Csv, Tsv };
-
 struct SongListOptions {
   std::optional<std::string> fields;  // names parted by commas, or "all"; none: the command's own
   std::optional<std::string> sort;
   bool isReversed = false;
-  std::optional<std::string> format;  // none: a table, or JSON when --json is given
-  bool forSpreadsheet = false;
+  FormatOptions format;
 };
 
 // The options that every command has which lists songs.

@@ -7,12 +7,13 @@
 #include <tuple>
 
 #include "host/commands/Commands.h"
+#include "host/commands/ListFormat.h"
+#include "host/commands/RecordList.h"
 #include "host/library/AlbumGrouping.h"
 #include "host/library/SongRecord.h"
 #include "host/library/TextHash.h"
 #include "host/output/Failure.h"
 #include "host/output/Format.h"
-#include "host/output/Json.h"
 #include "host/output/Table.h"
 #include "host/output/Text.h"
 
@@ -22,6 +23,7 @@ namespace {
 struct StatisticsArguments {
   std::optional<std::string> by;
   std::optional<std::string> top;  // a number, or "all"; none: what suits the list
+  FormatOptions format;
 };
 
 constexpr std::size_t kUsualTop = 20;    // of texts; numbers are shown all
@@ -190,20 +192,21 @@ void PrintTable(const std::vector<Sum>& sums, const Grouping& grouping, Session&
   table.Print(session.terminal, session.output);
 }
 
-void PrintJson(const std::vector<Sum>& sums, const Grouping& grouping, Session& session) {
-  JsonList list(session.output);
+void PrintRecords(const std::vector<Sum>& sums, const Grouping& grouping,
+                  const FormatOptions& format, Session& session) {
+  const bool isAlbum = grouping.field == Field::Album;
+  std::vector<std::string_view> names{grouping.name, "songs", "seconds", "plays"};
+  if (isAlbum) names.insert(names.begin() + 1, "artist");
+  RecordList list(names, FormatOf(format, session.options), format.forSpreadsheet, session.output);
+  const auto textOrNone = [](const std::string& text) {
+    return RecordValue(text.empty() ? std::nullopt : std::optional(text));
+  };
   for (const Sum& sum : sums) {
-    JsonValue value = JsonValue(sum.value);
-    if (grouping.isNumber) value = JsonValue(NumberOf(sum));
-    if (sum.isNone) value = JsonValue(kJsonNull);
-    JsonObject object{{grouping.name, value}};
-    if (grouping.field == Field::Album) {
-      object.Add({"artist", sum.artist.empty() ? JsonValue(kJsonNull) : JsonValue(sum.artist)});
-    }
-    object.Add({"songs", sum.songs});
-    object.Add({"seconds", sum.time / 1000});
-    object.Add({"plays", sum.plays});
-    list.Add(object);
+    const bool isNumber = grouping.isNumber && !sum.isNone;
+    std::vector<RecordValue> values{isNumber ? RecordValue(NumberOf(sum)) : textOrNone(sum.value)};
+    if (isAlbum) values.push_back(textOrNone(sum.artist));
+    values.insert(values.end(), {sum.songs, sum.time / 1000, sum.plays});
+    list.Add(values);
   }
   list.End();
 }
@@ -216,8 +219,8 @@ ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session) 
   const bool isCut = top != 0 && top < sums.size();
   Sort(sums, grouping.isNumber && !isCut);
   if (isCut) sums.resize(top);
-  if (session.options.json) {
-    PrintJson(sums, grouping, session);
+  if (FormatOf(arguments.format, session.options) != ListFormat::Table) {
+    PrintRecords(sums, grouping, arguments.format, session);
   } else if (!sums.empty()) {
     PrintTable(sums, grouping, session);
   }
@@ -240,6 +243,7 @@ void DefineStatistics(CommandDefinition program) {
       "decade, rating, added or kind",
       "FIELD");
   command.AddText("--top", arguments->top, "N|all", "So many of those with the most songs, or all");
+  AddFormatOptions(command, arguments->format, JsonLines::NotOffered);
   command.Makes([arguments] {
     return Task{
         .run = [arguments](Session& session) { return ShowStatistics(*arguments, session); }};

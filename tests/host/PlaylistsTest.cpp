@@ -75,6 +75,18 @@ TEST_F(Playlists, ThoseThatHoldASongAreFound) {
   EXPECT_EQ(Show({"--with", "zzz"}).errors, "tavrel: no playlist holds such a song\n");
 }
 
+TEST_F(Playlists, AsTabsCountTheSongsThatWereFound) {
+  EXPECT_THAT(Lines(Show({"--with", "nimrod", "--format", "tsv"}).output),
+              ElementsAre("id\tname\ttype\tfolder\tgroup\tposition\tkind\tsongs\tseconds\tfound",
+                          "A1\tEvening\tlist\t\t2\t0\t0\t3\t120\t2",
+                          "A2\tFolder\tfolder\t\t2\t2\t0\t1\t0\t0",
+                          "A4\tWise\tsmart\tA2\t2\t3\t0\t1\t60\t1"));
+  const Outcome none = Show({"--with", "zzz", "--format", "csv"});
+  EXPECT_EQ(none.exitCode, 1);
+  EXPECT_EQ(none.output, "id,name,type,folder,group,position,kind,songs,seconds,found\n");
+  EXPECT_EQ(Show({"--format", "jsonl"}).exitCode, 2);
+}
+
 TEST_F(Playlists, AsJson) {
   const Json list = Json::Parse(Show({"--json"}).output);
   ASSERT_EQ(list.size(), 4u);

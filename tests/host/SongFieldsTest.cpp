@@ -80,6 +80,18 @@ TEST_F(SongFields, TheFirstOfTwoEqualKeysCounts) {
   EXPECT_EQ(song["Mood"], "calm");
 }
 
+TEST_F(SongFields, NoKeyOfTheFileGoesByTheNameOfAField) {
+  file_ = WriteTracks(Property("artist", "a key") + Property("key:artist", "another") +
+                      Property("lists", "a third") + Property("Artist", "Elgar"));
+  const Json song = First({"--fields", "all"});
+  EXPECT_EQ(song["artist"], "Elgar");
+  EXPECT_EQ(song["key:artist"], "a key");
+  EXPECT_EQ(song["key:key:artist"], "another");
+  EXPECT_EQ(song["key:lists"], "a third");
+  EXPECT_THAT(Lines(List({"--fields", "all", "--format", "csv"}).output)[0],
+              HasSubstr(",Track ID,key:artist,key:key:artist,key:lists"));
+}
+
 TEST_F(SongFields, ValuesOfAnotherTypeAreNone) {
   file_ = WriteTracks(
       Property("Rating", "many") + Number("Bit Rate", -5) + Property("Play Count", "007") +

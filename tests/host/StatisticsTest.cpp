@@ -68,6 +68,12 @@ TEST_F(Statistics, OfAlbumsTellThemApart) {
   EXPECT_TRUE(albums[2]["album"].IsNull());
 }
 
+TEST_F(Statistics, OfAlbumsAsCommasNameTheirArtists) {
+  EXPECT_EQ(Show({"--by", "album", "--format", "csv"}).output,
+            "album,artist,songs,seconds,plays\nHits,Elgar,2,120,0\nHits,Satie,1,60,0\n"
+            ",,1,0,3\n");
+}
+
 TEST_F(Statistics, HaveBarsOnATerminalOnly) {
   Command terminal;
   terminal.output = Stream::Terminal;

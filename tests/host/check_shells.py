@@ -16,7 +16,6 @@ import threading
 COMMANDS = {"covers", "playlists", "ringtones", "search", "songs", "stats", "help", "completion"}
 
 # A command line whose last word is completed; what must be among the answers, and what must not.
-# @ is the library, whose name has a blank in it.
 CASES = [
     ("tavrel ", COMMANDS, {"artwork", "--json", "note.txt"}),
     ("tavrel so", {"songs"}, {"search"}),
@@ -38,6 +37,10 @@ CASES = [
     ("tavrel songs --sort ra", {"rating", "ratingComputed"}, {"all"}),
     ("tavrel songs --fields na", {"name"}, {"artist"}),
     ("tavrel songs --fields name,a", {"name,artist", "name,all"}, {"name,name"}),
+    ("tavrel -l library.xml songs ", {"Road trip", "It's late", "plain"}, COMMANDS),
+    ("tavrel -l library.xml songs Ro", {"Road trip"}, {"plain"}),
+    ("tavrel --library=library.xml songs --reverse pl", {"plain"}, {"Road trip"}),
+    ("tavrel songs ", set(), {"plain"}),
     ("tavrel --library no", {"note.txt"}, COMMANDS),
     ("tavrel ringtones add no", {"note.txt"}, set()),
 ]
@@ -45,6 +48,9 @@ CASES = [
 
 def make_folder(folder):
     pathlib.Path(folder, "note.txt").write_text("")
+    lists = [{"Name": name, "Playlist Items": []} for name in ("Road trip", "It's late", "plain")]
+    library = {"Tracks": {"1": {"Track ID": 1}}, "Playlists": lists}
+    pathlib.Path(folder, "library.xml").write_bytes(plistlib.dumps(library))
 
 
 def split_as_bash(line):
