@@ -51,6 +51,7 @@ nodejs node
 npm npm
 binutils nm
 abigail-tools abidiff
+doxygen doxygen
 pkg-config pkg-config
 LIST
 }

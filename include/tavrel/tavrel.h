@@ -32,17 +32,23 @@
 
 #include <stdint.h>
 
+/* Changes when hosts must be built anew. */
 #define TAVREL_VERSION_MAJOR 1
+/* Changes when functions join. */
 #define TAVREL_VERSION_MINOR 0
+/* Changes with every other release. */
 #define TAVREL_VERSION_PATCH 0
+/* The three, with points between them. */
 #define TAVREL_VERSION "1.0.0"
 
+/* What the library exports. */
 #if defined(__GNUC__)
 #define TAVREL_API __attribute__((visibility("default")))
 #else
 #define TAVREL_API
 #endif
 
+/* What no function of the library does: throw. */
 #if defined(__cplusplus)
 #define TAVREL_NOEXCEPT noexcept
 extern "C" {
@@ -270,10 +276,10 @@ TAVREL_API ArtworkHandle* OpenArtworkFile(const char* path) TAVREL_NOEXCEPT;
  *   data, array, dict             no text; nor has an element without any, as <string/>
  *   any other                     as a string
  *
- * A size is that of the decoded text here. An empty text is a text; one of 2 GiB or more counts as none. An error in the references of a text
- * ends it there, and is logged each time that it is asked for; so is one in a key that a visitor is
- * given. Keys are compared with their references decoded, exactly; a key element without a text
- * counts as an empty key.
+ * A size is that of the decoded text here. An empty text is a text; one of 2 GiB or more counts as
+ * none. An error in the references of a text ends it there, and is logged each time that it is asked
+ * for; so is one in a key that a visitor is given. Keys are compared with their references decoded,
+ * exactly; a key element without a text counts as an empty key.
  *
  * Only the records that the library has made of its file lead to a dictionary. Ringtones have none,
  * nor has the playlist "Ringtones", nor that of OpenAllSongs; nor has a record that a host has made
