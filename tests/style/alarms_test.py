@@ -14,6 +14,7 @@ import check_manual
 import check_named_tests
 import check_objects
 import check_words
+import check_workflow
 import sources
 
 TABLE = """# Map
@@ -93,6 +94,20 @@ class Manual(unittest.TestCase):
     def test_another_example_is_heard(self):
         self.assertEqual(len(self.faults("typedef int32_t (*C)(void* c); int32_t F(int32_t a, char* b);",
                                          example="mine")), 1)
+
+
+class Workflow(unittest.TestCase):
+    def heard(self, *steps):
+        return len(check_workflow.faults({".github/workflows/a.yml": "".join(f"      - run: {s}\n" for s in steps)}))
+
+    def test_the_two_scripts_are_no_fault(self):
+        self.assertEqual(self.heard("scripts/test", "scripts/soak"), 0)
+
+    def test_other_steps_and_a_script_that_nothing_runs_are_heard(self):
+        self.assertEqual(self.heard("scripts/test", "scripts/soak", "make"), 1)
+        self.assertEqual(self.heard("scripts/test", "scripts/soak", "|"), 1)
+        self.assertEqual(self.heard("scripts/test"), 1)
+        self.assertEqual(len(check_workflow.faults({})), 2)
 
 
 class Includes(unittest.TestCase):
