@@ -7,6 +7,7 @@
 
 #include "host/arguments/CommandParser.h"
 #include "host/commands/Commands.h"
+#include "host/files/FilePlaces.h"
 #include "host/help/Completion.h"
 #include "host/help/HelpText.h"
 #include "host/help/ManualPage.h"
@@ -25,11 +26,25 @@ constexpr const char* kAbout =
 // What is checked or translated only once it is read.
 struct Requests {
   std::optional<std::string> color;
+  std::optional<std::string> paths;
   std::vector<std::string> helpOn;  // names of commands
   bool isManual = false;
   std::string shell;  // empty: no completion
   bool isText = false;
 };
+
+void AddPathOptions(CommandDefinition program, PathOptions& paths, Requests& requests) {
+  program.AddText("--music", paths.music, "DIR",
+                  "Look for the files of songs below this folder, too");
+  program.AddTexts("--map", paths.maps, "OLD=NEW",
+                   "What was in the folder OLD of the library\n"
+                   "is in NEW now; again: the longest OLD counts");
+  program.AddChoice("--paths", requests.paths, {"auto", "nfc", "nfd", "raw"},
+                    "The paths of files: as they are here (auto);\n"
+                    "without a look at the disk with accents\n"
+                    "composed (nfc), apart (nfd), or as the library\n"
+                    "has them (raw)");
+}
 
 void AddGlobalOptions(CommandDefinition program, Options& options, Requests& requests) {
   program.AddText("--home", options.home, "DIR",
@@ -38,6 +53,7 @@ void AddGlobalOptions(CommandDefinition program, Options& options, Requests& req
                   "Read this library: a file (also one that\n"
                   "gzip has compressed), a folder of iTunes,\n"
                   "a home folder, or - for standard input");
+  AddPathOptions(program, options.paths, requests);
   program.AddFlag("--json", options.json, "Print JSON instead of tables");
   program.AddFlag("-q,--quiet", options.quiet, "Say nothing but what failed");
   program.AddFlag("-v,--verbose", options.verbose, "Show what the library logs, too");
@@ -67,6 +83,12 @@ ColorUse ColorUseOf(const std::optional<std::string>& color) {
   return color == "never" ? ColorUse::Never : ColorUse::Auto;
 }
 
+PathForm PathFormOf(const std::optional<std::string>& paths) {
+  if (paths == "nfc") return PathForm::Composed;
+  if (paths == "nfd") return PathForm::Decomposed;
+  return paths == "raw" ? PathForm::AsWritten : PathForm::Auto;
+}
+
 void CheckGlobalOptions(const Options& options) {
   if (options.home && options.library) {
     throw UsageError("--home and --library exclude each other");
@@ -75,6 +97,10 @@ void CheckGlobalOptions(const Options& options) {
   if (options.library && options.library->empty()) {
     throw UsageError("--library: the name is empty");
   }
+  if (options.paths.music && options.paths.music->empty()) {
+    throw UsageError("--music: the name is empty");
+  }
+  CheckMappings(options.paths);
 }
 
 // $TAVREL_LIBRARY stands for --library where no option says which library.
@@ -149,6 +175,7 @@ CommandLine ReadCommandLine(int count, const char* const* arguments) {
     FailForUsage(error.what(), parsed.command);
   }
   line.options.color = ColorUseOf(requests.color);
+  line.options.paths.form = PathFormOf(requests.paths);
   AskEnvironment(line.options);
   line.task = parsed.task.value_or(Task{.run = ShowOverview});
   if (requests.isText) line.text = TextFor(requests, program);

@@ -3,9 +3,13 @@
 
 #include <cstring>
 #include <exception>
+#include <filesystem>
 #include <new>
+#include <optional>
+#include <string>
 
 #include "host/CommandLine.h"
+#include "host/files/SongFiles.h"
 #include "host/library/Diagnosis.h"
 #include "host/library/FileFormat.h"
 #include "host/library/Library.h"
@@ -56,19 +60,36 @@ ExitCode RunOnLibrary(const CommandLine& line, Session& session) {
   return ExitCode::Failed;
 }
 
+std::string MusicFolderOf(const Library& library) {
+  const std::int32_t size = library.getLibraryProperty("Music Folder", nullptr, 0);
+  if (size <= 0) return {};
+  std::string url(static_cast<std::size_t>(size), '\0');
+  library.getLibraryProperty("Music Folder", url.data(), size);
+  url.pop_back();
+  return url;
+}
+
+// None for one that comes from a program.
+std::optional<std::string> LibraryFolderOf(const LibraryPlace& place) {
+  if (place.Path() == kStandardInput) return std::nullopt;
+  return std::filesystem::absolute(place.Path()).parent_path().string();
+}
+
 ExitCode RunWithLibrary(const CommandLine& line, Output& output) {
   const Options& options = line.options;
   const LibraryPlace place(options);
   MessageGuard messages(options.verbose ? LogLines::Shown : LogLines::Dropped);
-  const Library library(place.Home());
+  Library library(place.Home());
   const bool isLoaded = library.IsLoaded();
   if (!isLoaded) {
     messages
         .Discard();  // the diagnosis says more, and where none is needed nobody wants to hear it
     RequireLibrary(line.task.need, place);
   }
+  SongFiles files(options.paths, MusicFolderOf(library), LibraryFolderOf(place));
+  library.files = &files;
   const Terminal terminal = DescribeStandardOutput(options.color);
-  Session session{options, place, place.Path(), place.Home(), library, terminal, output};
+  Session session{options, place, place.Path(), place.Home(), library, terminal, output, files};
   if (!isLoaded || line.task.need == LibraryNeed::None) return line.task.run(session);
   RequireTracks(library, place);
   if (!options.quiet && !place.Note().empty()) Complain(place.Note());

@@ -39,6 +39,8 @@ std::string Invocation(const Options& options, std::string_view rest) {
   if (options.library && !options.isLibraryOfEnvironment) {
     text += "-l " + Quoted(*options.library) + " ";
   }
+  if (options.paths.music) text += "--music " + Quoted(*options.paths.music) + " ";
+  for (const std::string& map : options.paths.maps) text += "--map " + Quoted(map) + " ";
   return text.append(rest);
 }
 

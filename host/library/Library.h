@@ -9,7 +9,9 @@
 
 namespace tavrel::host {
 
-// The library's functions that this host uses, typed by the public header.
+class FileFinder;
+
+// The library's functions that this host uses, typed by the public header; and what it adds to them.
 struct LibraryFunctions {
   decltype(&::GetPlaylistCount) getPlaylistCount;
   decltype(&::OpenPlaylist) openPlaylist;
@@ -30,6 +32,7 @@ struct LibraryFunctions {
   decltype(&::VisitSongProperties) visitSongProperties;
   decltype(&::VisitPlaylistProperties) visitPlaylistProperties;
   decltype(&::FindSongs) findSongs;
+  FileFinder* files = nullptr;  // borrowed; null: nobody looks for the files of songs
 };
 
 // The opened library; its handles end with it.

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "host/output/Terminal.h"
 
@@ -10,6 +11,21 @@ namespace tavrel::host {
 
 // What the library is called that comes from there.
 inline constexpr const char* kStandardInput = "standard input";
+
+// In which form the paths of songs are told.
+enum class PathForm {
+  Auto,      // that of the file that is there
+  Composed,  // this and the others look at no disk
+  Decomposed,
+  AsWritten,
+};
+
+// Where the files of songs are.
+struct PathOptions {
+  std::vector<std::string> maps;     // OLD=NEW: a folder as the library has it, and where it is now
+  std::optional<std::string> music;  // a folder that holds them
+  PathForm form = PathForm::Auto;
+};
 
 struct Options {
   std::optional<std::string> home;     // a folder that holds Music/iTunes
@@ -20,6 +36,7 @@ struct Options {
   bool verbose = false;  // what the library logs, too
   bool noPager = false;
   ColorUse color = ColorUse::Auto;
+  PathOptions paths;
 };
 
 }  // namespace tavrel::host

@@ -14,6 +14,8 @@
 
 namespace tavrel::host {
 
+class SongFiles;
+
 // All of it is borrowed from the program's main function.
 struct Session {
   const Options& options;
@@ -23,6 +25,7 @@ struct Session {
   const Library& library;
   const Terminal& terminal;
   Output& output;
+  SongFiles& files;  // the library's file finder
 };
 
 // A file's path as the user knows it: what lies in a home folder of links lies beside the library file in

@@ -61,10 +61,6 @@ bool IsFileUrl(std::string_view url) noexcept {
   });
 }
 
-std::string_view FolderOf(std::string_view path) noexcept {
-  return path.substr(0, path.rfind('/') + 1);
-}
-
 bool Exists(const std::string& path) noexcept {
   struct stat facts {};
   return ::stat(path.c_str(), &facts) == 0;
@@ -139,13 +135,18 @@ SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldS
                                    const OtherKeys* keys)
     : library_(library), wanted_(wanted), read_(wanted), keys_(keys), plain_(library) {
   if (wanted.test(IndexOf(Field::Path)) || wanted.test(IndexOf(Field::Status))) {
-    read_ |= SetOf({Field::Location, Field::Path, Field::Type});
+    read_ |= SetOf({Field::Location, Field::Type});
   }
 }
 
-void SongRecordReader::Set(Field field, std::string_view text, bool isText) {
-  record_.places_[IndexOf(field)] = {record_.texts_.size(), text.size(), isText};
+SongRecord::Place SongRecordReader::Append(std::string_view text, bool isText) {
+  const SongRecord::Place place{record_.texts_.size(), text.size(), isText};
   record_.texts_ += text;
+  return place;
+}
+
+void SongRecordReader::Set(Field field, std::string_view text, bool isText) {
+  record_.places_[IndexOf(field)] = Append(text, isText);
 }
 
 std::int32_t SongRecordReader::Visit(const char* key, const char* text, const char* type,
@@ -200,8 +201,7 @@ void SongRecordReader::TakeOther(std::string_view key, const char* text, std::st
   const std::string_view value = text;
   const bool isTruth = type == "true" || type == "false";
   const bool isNumber = type == "integer" && IsJsonNumber(value);
-  place = {record_.texts_.size(), value.size(), !isTruth && !isNumber};
-  record_.texts_ += value;
+  place = Append(value, !isTruth && !isNumber);
 }
 
 // Of what is not in the file the library tells these alone.
@@ -217,14 +217,18 @@ void SongRecordReader::TakeFromLibrary(PlaylistRecord* playlist, std::int32_t po
   set(Field::Artist, song.artist);
   set(Field::Album, song.album);
   set(Field::Genre, song.genre);
-  set(Field::Path, song.location);
+  if (song.location) record_.writtenPath_ = Append(*song.location);
   setNumber(Field::Seconds, song.totalTime);
   setNumber(Field::Plays, song.playCount);
   setNumber(Field::Track, song.trackNumber);
   if (song.isMovie && wanted_.test(IndexOf(Field::Movie))) TakeField(Field::Movie, "true");
-  if (!wanted_.test(IndexOf(Field::Status))) return;
-  if (!song.location) return Set(Field::Status, "none");
-  Set(Field::Status, Exists(std::string(*song.location)) ? "found" : "missing");
+  if (!read_.test(IndexOf(Field::Location))) return;
+  record_.soughtPath_ = record_.writtenPath_;
+  const bool isThere = song.location && Exists(std::string(*song.location));
+  if (isThere) Set(Field::Path, *song.location);
+  record_.state_ = isThere         ? FileStatus::Found
+                   : song.location ? FileStatus::Missing
+                                   : FileStatus::None;
 }
 
 const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t position) {
@@ -232,44 +236,34 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
   record_.places_.fill({});
   record_.others_.assign(keys_ != nullptr ? keys_->All().size() : 0, {});
   record_.milliseconds_ = 0;
+  record_.writtenPath_ = record_.soughtPath_ = record_.musicFolder_ = {};
+  record_.state_.reset();
   seen_.reset();
   record_.isOutside_ = library_.visitSongProperties(playlist, position, Visit, this) == 0;
   if (record_.isOutside_) {
     TakeFromLibrary(playlist, position);
-    return record_;
+  } else if (read_.test(IndexOf(Field::Location))) {
+    FindFile();
   }
-  if (read_.test(IndexOf(Field::Path))) FindPath();
-  if (wanted_.test(IndexOf(Field::Status))) FindStatus();
+  if (record_.state_ && wanted_.test(IndexOf(Field::Status))) {
+    Set(Field::Status, StatusName(*record_.state_));
+  }
   return record_;
 }
 
-void SongRecordReader::FindPath() {
+void SongRecordReader::FindFile() {
   const auto url = record_.Text(Field::Location);
-  if (!url || !IsFileUrl(*url)) return;
-  if (const auto path = text::PathOfUrl(*url)) Set(Field::Path, *path);
-}
-
-void SongRecordReader::FindStatus() {
-  const auto url = record_.Text(Field::Location);
-  const auto path = record_.Text(Field::Path);
-  const std::string_view type = record_.Text(Field::Type).value_or("");
-  if (path) {
-    Set(Field::Status, IsThere(std::string(*path)) ? "found" : "missing");
-  } else if (url && IsFileUrl(*url)) {
-    Set(Field::Status, "missing");
-  } else {
-    Set(Field::Status, url || type == "Remote" || type == "URL" ? "remote" : "none");
+  if (url && IsFileUrl(*url)) {
+    if (const auto path = text::PathOfUrl(*url)) record_.writtenPath_ = Append(*path);
   }
-}
-
-// The songs of an album lie in one folder: where that is not there, one look is enough for all.
-bool SongRecordReader::IsThere(const std::string& path) {
-  const std::string_view folder = FolderOf(path);
-  if (!folder.empty() && folder == missingFolder_) return false;
-  if (Exists(path)) return true;
-  if (folder == presentFolder_) return false;
-  (Exists(std::string(folder)) ? presentFolder_ : missingFolder_) = folder;
-  return false;
+  const bool isSought = wanted_.test(IndexOf(Field::Path)) || wanted_.test(IndexOf(Field::Status));
+  if (!isSought || library_.files == nullptr) return;
+  const SongFile file =
+      library_.files->Find(record_.Text(Field::Location), record_.Text(Field::Type).value_or(""));
+  record_.state_ = file.status;
+  if (!file.path.empty()) Set(Field::Path, file.path);
+  if (!file.sought.empty()) record_.soughtPath_ = Append(file.sought);
+  if (!file.musicFolder.empty()) record_.musicFolder_ = Append(file.musicFolder);
 }
 
 // ---- Songs --------------------------------------------------------------------------------------
@@ -277,7 +271,7 @@ bool SongRecordReader::IsThere(const std::string& path) {
 FieldSet FieldsOfSong() {
   return SetOf({Field::Name, Field::Artist, Field::AlbumArtist, Field::Album, Field::Genre,
                 Field::Track, Field::Seconds, Field::Plays, Field::Compilation, Field::Podcast,
-                Field::Movie, Field::Path});
+                Field::Movie, Field::Location});
 }
 
 Song AsSong(const SongRecord& record) {
@@ -287,7 +281,7 @@ Song AsSong(const SongRecord& record) {
   };
   Song song;
   song.name = record.Text(Field::Name);
-  song.location = record.Text(Field::Path);
+  song.location = record.WrittenPath();
   song.artist = record.Text(Field::Artist);
   song.albumArtist = record.Text(Field::AlbumArtist);
   song.album = record.Text(Field::Album);

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/library/Fields.h"
+#include "host/library/FileFinder.h"
 #include "host/library/Library.h"
 #include "host/library/SongReader.h"
 #include "host/library/TextHash.h"
@@ -35,6 +36,22 @@ class SongRecord {
   [[nodiscard]] bool Is(Field flag) const noexcept;
   // Of a key that is no field's, by its number among the keys that the reader knows.
   [[nodiscard]] FieldValue Other(std::size_t key) const noexcept;
+  // The path that its location names, where it once was; known when Location is read.
+  [[nodiscard]] std::optional<std::string_view> WrittenPath() const noexcept {
+    return At(writtenPath_).text;
+  }
+  // These are known when Path or Status is read. The file is there, or is to be told as if it were: exactly
+  // then Path has a value. (Status has none when the user wants no look at the disk.)
+  [[nodiscard]] bool HasFile() const noexcept { return Text(Field::Path).has_value(); }
+  [[nodiscard]] std::optional<FileStatus> State() const noexcept { return state_; }
+  // Where the file is or, when it is missing, should be; none for a song without one.
+  [[nodiscard]] std::optional<std::string_view> SoughtPath() const noexcept {
+    return At(soughtPath_).text;
+  }
+  // The folder of music that it was found in; none when it lies elsewhere.
+  [[nodiscard]] std::optional<std::string_view> MusicFolder() const noexcept {
+    return At(musicFolder_).text;
+  }
   // Whether the library tells of it without its file, as it does of ringtones.
   [[nodiscard]] bool IsOutsideTheFile() const noexcept { return isOutside_; }
 
@@ -54,6 +71,10 @@ class SongRecord {
   std::array<Place, kFieldCount> places_;
   std::vector<Place> others_;
   std::int64_t milliseconds_ = 0;
+  Place writtenPath_;
+  Place soughtPath_;
+  Place musicFolder_;
+  std::optional<FileStatus> state_;
   bool isOutside_ = false;
 };
 
@@ -81,8 +102,8 @@ class SongRecordReader {
                    const OtherKeys* keys = nullptr);
 
   // The texts stay valid until the next call. position: must be one of the playlist's.
-  // Cost: one walk over the song's properties; for its status also a look at the file's folder, unless the
-  // song before lies in the same one and that is not there.
+  // Cost: one walk over the song's properties; for its path or status also what the library's file finder
+  // takes. Where that is missing both are none.
   const SongRecord& Read(PlaylistRecord* playlist, std::int32_t position);
 
  private:
@@ -91,9 +112,8 @@ class SongRecordReader {
   void TakeField(Field field, std::string_view text);
   void TakeOther(std::string_view key, const char* text, std::string_view type);
   void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);
-  void FindPath();
-  void FindStatus();
-  [[nodiscard]] bool IsThere(const std::string& path);
+  void FindFile();
+  [[nodiscard]] SongRecord::Place Append(std::string_view text, bool isText = true);
   void Set(Field field, std::string_view text, bool isText = true);
 
   const LibraryFunctions& library_;
@@ -104,12 +124,10 @@ class SongRecordReader {
   FieldSet seen_;
   SongReader plain_;
   SongRecord record_;
-  std::string missingFolder_;
-  std::string presentFolder_;
 };
 
-// What albums, statistics and names of files need of a song. The texts are the record's; `path` keeps the
-// path.
+// What albums, statistics and names of files need of a song. The texts are the record's; the location is the
+// path as it is written, and nobody looks for a file.
 [[nodiscard]] FieldSet FieldsOfSong();
 [[nodiscard]] Song AsSong(const SongRecord& record);
 

@@ -126,12 +126,57 @@ TEST_F(SongFields, AFileThatIsHereIsFound) {
   EXPECT_EQ(First()["path"], here);
   EXPECT_EQ(First()["status"], "found");
   file_ = WriteTracks(Property("Location", "file://" + here + "x"));
+  EXPECT_TRUE(First()["path"].IsNull());
   EXPECT_EQ(First()["status"], "missing");
   file_ = WriteTracks(Property("Location", "file:///%zz"));
   EXPECT_TRUE(First()["path"].IsNull());
   EXPECT_EQ(First()["status"], "missing");
   file_ = WriteTracks(Property("Track Type", "Remote"));
   EXPECT_EQ(First()["status"], "remote");
+  file_ = WriteTracks("");
+  EXPECT_EQ(First()["status"], "none");
+}
+
+TEST_F(SongFields, FilesAreWhereTheOptionsSay) {
+  file_ = WriteTracks(Property("Location", "file://localhost/C:/Old/A%20B/Caf%C3%A9.mp3"));
+  const std::string here = Write("new/A B/cafe\u0301.mp3", "x");
+  EXPECT_EQ(First()["status"], "missing");
+  const Json song = First({"--map", "c:\\Old=" + Path("new")});
+  EXPECT_EQ(song["status"], "respelled");
+  EXPECT_EQ(song["path"], here);
+  EXPECT_EQ(First({"--music", Path("new/..")})["status"], "missing");
+  const Json told = First({"--map", "c:\\Old=/mnt/x", "--paths", "nfd"});
+  EXPECT_EQ(told["path"], "/mnt/x/A B/Cafe\u0301.mp3");
+  EXPECT_TRUE(told["status"].IsNull());
+  EXPECT_EQ(First({"--paths", "raw"})["path"], "/C:/Old/A B/Caf\u00E9.mp3");
+}
+
+TEST_F(SongFields, FilesInFoldersThatMayNotBeListedAreLookedForOneByOne) {
+  const std::string here = Write("x/cafe\u0301.mp3", "x");
+  const auto statusOf = [this](const std::string& location) {
+    file_ = WriteTracks(Property("Location", "file://" + Path(location)));
+    Command command;
+    command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS},
+                           {"FAULT_KIND", "list"},
+                           {"FAULT_NUMBER", "0"},
+                           {"FAULT_AFTER", "1"}};
+    const Outcome outcome = Run({"--library", file_, "songs", "--json"}, command);
+    return Json::Parse(outcome.output)[0]["status"].Text();
+  };
+  EXPECT_EQ(statusOf("x/cafe%CC%81.mp3"), "found");
+  EXPECT_EQ(statusOf("x/caf%C3%A9.mp3"), "respelled");
+  EXPECT_EQ(statusOf("x/caf%C3%A9s.mp3"), "missing");
+  EXPECT_EQ(statusOf("y/cafe%CC%81.mp3"), "missing");
+}
+
+TEST_F(SongFields, WhatSaysNoPlaceIsWrongUsage) {
+  for (const std::string map : {"x", "=/x", "/x=", "Music=/x", "file:///%zz=/x"}) {
+    EXPECT_EQ(List({"--map", map}).exitCode, 2) << map;
+    EXPECT_THAT(List({"--map", map}).errors, HasSubstr("--map " + map + ": ")) << map;
+  }
+  EXPECT_EQ(List({"--music", ""}).exitCode, 2);
+  EXPECT_THAT(List({"--music", Path("none")}).errors, HasSubstr("there is no such folder"));
+  EXPECT_EQ(List({"--paths", "nfkc"}).exitCode, 2);
 }
 
 }  // namespace

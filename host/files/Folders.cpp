@@ -1,0 +1,60 @@
+#include "host/files/Folders.h"
+
+#include <algorithm>
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kMostFolders = 8;  // folders that are alike lie side by side by accident only
+
+}  // namespace
+
+FolderContents* Folders::At(const std::string& path) {
+  const auto known = known_.find(path);
+  if (known != known_.end()) return known->second.get();
+  std::optional<FolderContents> folder = FolderContents::Read(path);
+  if (!folder) return nullptr;
+  ++listings_;
+  return known_.emplace(path, std::make_unique<FolderContents>(std::move(*folder)))
+      .first->second.get();
+}
+
+std::vector<FolderContents*> Folders::Below(FolderContents& folder, std::string_view name) {
+  std::vector<FolderContents*> found;
+  if (name == "." || name == "..") return found;
+  const auto add = [&](std::string_view own) {
+    if (FolderContents* below = At(folder.Path() + std::string(own))) found.push_back(below);
+  };
+  if (!folder.IsListed()) {
+    add(name);  // it may be entered all the same
+    return found;
+  }
+  if (const FolderEntry* exact = folder.Find(name); exact != nullptr && folder.IsFolder(*exact)) {
+    add(name);
+  }
+  for (const FolderEntry* alike : folder.FindAlike(name)) {
+    if (alike->name != name && folder.IsFolder(*alike)) add(alike->name);
+  }
+  return found;
+}
+
+std::vector<FolderContents*> Folders::Alike(const std::string& base, std::string_view tail) {
+  std::vector<FolderContents*> reached;
+  if (FolderContents* first = At(base)) reached.push_back(first);
+  while (!reached.empty() && !tail.empty()) {
+    const std::size_t end = std::min(tail.find('/'), tail.size());
+    const std::string_view name = tail.substr(0, end);
+    tail.remove_prefix(std::min(end + 1, tail.size()));
+    if (name.empty()) continue;
+    std::vector<FolderContents*> next;
+    for (FolderContents* folder : reached) {
+      const std::vector<FolderContents*> below = Below(*folder, name);
+      next.insert(next.end(), below.begin(), below.end());
+    }
+    if (next.size() > kMostFolders) next.resize(kMostFolders);
+    reached = std::move(next);
+  }
+  return reached;
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,36 @@
+// Folders of this machine, each of which is listed once.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/files/FolderContents.h"
+#include "host/library/TextHash.h"
+
+namespace tavrel::host {
+
+class Folders {
+ public:
+  // The folder at this path, exactly; null where there is none. It stays valid as long as this object.
+  [[nodiscard]] FolderContents* At(const std::string& path);
+
+  // The folders that `tail` leads to from `base`, where neither case nor form counts in the names of the
+  // tail: the nearest first, and not more than a few. Nothing above the base is reached: a tail with ".." leads
+  // nowhere.
+  // Cost: a look into each folder on the way, as far as there is one.
+  [[nodiscard]] std::vector<FolderContents*> Alike(const std::string& base, std::string_view tail);
+
+  // How many were listed so far.
+  [[nodiscard]] std::size_t Listings() const noexcept { return listings_; }
+
+ private:
+  [[nodiscard]] std::vector<FolderContents*> Below(FolderContents& folder, std::string_view name);
+
+  TextMap<std::unique_ptr<FolderContents>> known_;
+  std::size_t listings_ = 0;
+};
+
+}  // namespace tavrel::host

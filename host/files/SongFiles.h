@@ -1,0 +1,65 @@
+// Finds the files of songs by their locations in the library file.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/files/FilePlaces.h"
+#include "host/files/Folders.h"
+#include "host/library/FileFinder.h"
+#include "host/library/Options.h"
+#include "host/library/TextHash.h"
+
+namespace tavrel::host {
+
+// A file is tried in each place as it is written, then with accents composed otherwise, and in another case
+// where nothing else fits; the folders that lead to it likewise. A location that leads upwards ("..") names no
+// file.
+//
+// Cost: each folder is listed once; nothing is opened, and nothing is looked at but folders and links. One that
+// may be entered but not listed costs three looks a song.
+class SongFiles final : public FileFinder {
+ public:
+  // As FilePlaces takes them.
+  SongFiles(const PathOptions& options, std::string_view musicFolder,
+            const std::optional<std::string>& libraryFolder);
+
+  [[nodiscard]] SongFile Find(std::optional<std::string_view> location,
+                              std::string_view type) override;
+
+  [[nodiscard]] Folders& AllFolders() noexcept { return folders_; }
+
+ private:
+  struct Reached {
+    FolderContents* folder;
+    std::size_t place;  // its number
+  };
+  // What is known of a folder of the library.
+  struct Known {
+    std::vector<FilePlace> places;
+    std::vector<Reached> exact;                 // named as they are written
+    std::optional<std::vector<Reached>> alike;  // those and others; none until it is needed
+    std::string sought;                         // where it should be
+  };
+
+  [[nodiscard]] SongFile FindAt(std::string_view folder, std::string_view name);
+  [[nodiscard]] SongFile WithoutLook(std::string_view folder, std::string_view name);
+  [[nodiscard]] Known& KnownOf(std::string_view folder);
+  [[nodiscard]] const std::vector<Reached>& AlikeOf(Known& known);
+  [[nodiscard]] bool TakeExact(const Known& known, std::string_view name);
+  [[nodiscard]] bool TakeAlike(Known& known, std::string_view name);
+  void Take(const Known& known, const Reached& reached, std::string_view name);
+
+  PathForm form_;
+  FilePlaces places_;
+  Folders folders_;
+  TextMap<Known> known_;
+  std::string written_;
+  std::string path_;
+  std::string sought_;
+  std::string_view musicFolder_;
+};
+
+}  // namespace tavrel::host
