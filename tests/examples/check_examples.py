@@ -1,6 +1,8 @@
 """Runs the hosts of examples/ on the sample library.
 
-Usage: check_examples.py Compiled|Bound LIBRARY COVER_C COVER_CPP PLAYLISTS_CPP TWO_HOMES_C [NODE NODE_MODULE]
+Usage: check_examples.py Compiled|Bound LIBRARY COVER_C COVER_CPP PLAYLISTS_CPP TWO_HOMES_C [NODE]
+
+$TAVREL_NODE_MODULE is the folder of the Node module.
 """
 import csv
 import os
@@ -95,9 +97,9 @@ class Compiled(Examples):
 class Bound(Examples):
     def setUp(self):
         super().setUp()
-        self.node, module = NODE
+        self.node, = NODE
         (self.folder / "modules").mkdir()
-        (self.folder / "modules" / "tavrel").symlink_to(module)
+        (self.folder / "modules" / "tavrel").symlink_to(os.environ["TAVREL_NODE_MODULE"])
         self.variables = {"NODE_PATH": str(self.folder / "modules")}
 
     def test_the_host_is_the_same_in_every_language(self):

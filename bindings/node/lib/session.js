@@ -68,7 +68,7 @@ class Session {
       this.#linked?.remove();
       throw error;
     }
-    forgotten.register(this, this.#close);
+    forgotten.register(this, this.#close, this);
     if (this.#functions.OpenAllSongs() === null) {
       this.close();
       const place = file ?? path.join(home ?? os.homedir(), libraryInHome);
@@ -90,6 +90,7 @@ class Session {
   /** Unloads the library; every handle is invalid then. A second time does nothing. */
   close() {
     this.#isClosed = true;
+    forgotten.unregister(this);
     this.#close();
   }
 

@@ -150,6 +150,30 @@ test('nothing is left behind by a process that does not close', (t) => {
   assert.deepStrictEqual(fs.readdirSync(temporary), []);
 });
 
+// Before version 20 Node itself keeps what belongs to a native function until it has a moment to clean up.
+const keepsNothing = Number(process.versions.node.split('.')[0]) >= 20;
+
+test('libraries that were closed leave no memory behind, without a pause between them', { skip: !keepsNothing }, () => {
+  const place = { file: path.join(otherHome, 'Music/iTunes/iTunes Music Library.xml') };
+  const code = `
+    require('node:v8').setFlagsFromString('--expose-gc');
+    const gc = require('node:vm').runInNewContext('gc');
+    function use(times) {
+      for (; times > 0; --times) {
+        const library = new tavrel.Library(${JSON.stringify(place)});
+        for (const song of library.search('a')) [song.name, song.properties, song.artwork()];
+        library.close();
+      }
+      gc();
+      return process.memoryUsage().heapUsed;
+    }
+    const before = use(50);
+    console.log(use(150) - before);`;
+  const [growth, errors] = sample.run(code);
+  assert.strictEqual(errors, '');
+  assert.ok(Number(growth) < 200000, growth); // in bytes; what a library takes here is several thousand
+});
+
 test('the folder of links is its owner\'s alone, and what others put there stays', (t) => {
   const temporary = sample.temporaryFolder(t);
   const links = new LinkedHome(file);

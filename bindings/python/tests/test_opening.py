@@ -6,6 +6,7 @@ import os
 import shutil
 import tempfile
 import threading
+import tracemalloc
 import unittest
 from pathlib import Path
 
@@ -141,6 +142,20 @@ class Opening(unittest.TestCase):
         gc.collect()
         self.assertEqual(self.left(), [])
         self.assertEqual(self.count(home=sample.OTHER_HOME), 5)
+
+    def test_libraries_that_were_closed_leave_no_memory_behind(self):
+        def use(times):
+            for _ in range(times):
+                with tavrel.Library(file=sample.OTHER_HOME / "Music/iTunes/iTunes Music Library.xml") as library:
+                    for song in library.search("a"):
+                        song.name, dict(song.properties), song.artwork()
+            gc.collect()
+            return tracemalloc.get_traced_memory()[0]
+
+        tracemalloc.start()
+        self.addCleanup(tracemalloc.stop)
+        before = use(10)
+        self.assertLess(use(50) - before, 50000)  # in bytes; what a library takes here is several thousand
 
     def test_nothing_is_left_behind_by_a_process_that_does_not_close(self):
         ended = sample.run(f"import tavrel; kept = tavrel.Library(file={str(sample.FILE)!r}); print(kept)",
