@@ -21,6 +21,7 @@ libcli11-dev CLI/CLI.hpp
 nlohmann-json3-dev nlohmann/json.hpp
 libfmt-dev fmt/format.h
 libpng-dev png.h
+libsqlite3-dev sqlite3.h
 libturbojpeg0-dev turbojpeg.h
 libstb-dev stb/stb_image_resize.h
 LIST
@@ -37,6 +38,8 @@ unicode-data /usr/share/unicode/CaseFolding.txt
 locales /usr/share/i18n/locales/tr_TR
 libc-bin localedef
 bzip2 bzip2
+sqlite3 sqlite3
+libxml2-utils xmllint
 zsh zsh
 fish fish
 man-db man

@@ -4,6 +4,7 @@ namespace tavrel::host {
 
 void DefineCommands(CommandDefinition program) {
   DefineArtwork(program);
+  DefineExport(program);
   DefinePage(program);
   DefinePlaylists(program);
   DefineRingtones(program);

@@ -94,11 +94,12 @@ void PrintTable(const SongList& list, const SongColumns& columns, Session& sessi
   table.Print(session.terminal, session.output);
 }
 
-void PrintJson(const SongList& list, const SongColumns& columns, bool asLines, Session& session) {
+void PrintJson(const SongList& list, const SongColumns& columns, bool asLines,
+               const Session& session, Sink& output) {
   SongRecordReader reader(session.library, columns.Wanted(), &columns.keys);
   const SongJson songs(columns, session);
   std::optional<JsonList> array;
-  if (!asLines) array.emplace(session.output);
+  if (!asLines) array.emplace(output);
   std::string json;
   for (const std::int32_t position : list.positions) {
     json.clear();
@@ -112,15 +113,15 @@ void PrintJson(const SongList& list, const SongColumns& columns, bool asLines, S
     if (array) {
       array->AddText(json);
     } else {
-      session.output.WriteLine(json);
+      output.WriteLine(json);
     }
   }
   if (array) array->End();
 }
 
 void PrintCsv(const SongList& list, const SongColumns& columns, Separation separation,
-              bool forSpreadsheet, Session& session) {
-  CsvWriter writer(session.output, separation, forSpreadsheet);
+              bool forSpreadsheet, const Session& session, Sink& output) {
+  CsvWriter writer(output, separation, forSpreadsheet);
   for (const Field field : columns.fields) writer.Add(FactsOf(field).name);
   for (const std::string& name : columns.keyNames) writer.Add(name);
   if (list.listsOf) writer.Add("lists");
@@ -195,6 +196,17 @@ std::vector<std::int32_t> AllPositions(const LibraryFunctions& library, Playlist
   return positions;
 }
 
+void WriteSongs(PlaylistRecord* playlist, SongFileFormat format, const Session& session,
+                Sink& output) {
+  SongList list;
+  list.playlist = playlist;
+  list.positions = AllPositions(session.library, playlist);
+  SongColumns columns;
+  columns.fields = AllFields();
+  if (format == SongFileFormat::Json) return PrintJson(list, columns, false, session, output);
+  PrintCsv(list, columns, Separation::Commas, false, session, output);
+}
+
 void PrintSongs(SongList& list, const SongListOptions& options, Session& session) {
   const ListFormat format = FormatOf(options.format, session.options);
   const SongColumns columns = ColumnsFor(list, options, format, session);
@@ -210,10 +222,11 @@ void PrintSongs(SongList& list, const SongListOptions& options, Session& session
       return PrintTable(list, columns, session);
     case ListFormat::Json:
     case ListFormat::JsonLines:
-      return PrintJson(list, columns, format == ListFormat::JsonLines, session);
+      return PrintJson(list, columns, format == ListFormat::JsonLines, session, session.output);
     case ListFormat::Csv:
     case ListFormat::Tsv:
-      return PrintCsv(list, columns, SeparationOf(format), options.format.forSpreadsheet, session);
+      return PrintCsv(list, columns, SeparationOf(format), options.format.forSpreadsheet, session,
+                      session.output);
   }
 }
 

@@ -12,6 +12,7 @@
 #include "host/commands/ListFormat.h"
 #include "host/commands/SongColumns.h"
 #include "host/library/Session.h"
+#include "host/output/Sink.h"
 
 namespace tavrel::host {
 
@@ -27,7 +28,7 @@ void AddSongListOptions(CommandDefinition command, SongListOptions& list);
 
 // What is listed: songs of a playlist by their positions.
 struct SongList {
-  PlaylistRecord* playlist;
+  PlaylistRecord* playlist = nullptr;
   std::vector<std::int32_t> positions;
   std::vector<Field> tableFields;  // what a table shows when nothing else is asked for
   bool withPositions = false;      // in a table
@@ -39,6 +40,12 @@ struct SongList {
 
 // Sorts the songs as the options say, and prints them; an empty table prints nothing.
 void PrintSongs(SongList& list, const SongListOptions& options, Session& session);
+
+enum class SongFileFormat { Json, Csv };
+
+// Writes every field of all songs of a playlist, as a list of that format has them.
+void WriteSongs(PlaylistRecord* playlist, SongFileFormat format, const Session& session,
+                Sink& output);
 
 // A song as JSON has it everywhere.
 class SongJson {

@@ -1,0 +1,23 @@
+// The whole library as one SQLite database.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "host/library/Session.h"
+
+namespace tavrel::host {
+
+struct DatabaseCounts {
+  std::int64_t tracks = 0;
+  std::int64_t playlists = 0;
+  std::int64_t items = 0;  // songs of all playlists
+};
+
+// Fills the empty file at `path`; name: what messages call it. A failure leaves it anyhow.
+DatabaseCounts WriteDatabase(const std::string& path, const std::string& name, Session& session);
+
+// What that would count.
+[[nodiscard]] DatabaseCounts CountForDatabase(const Session& session);
+
+}  // namespace tavrel::host

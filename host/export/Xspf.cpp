@@ -1,0 +1,108 @@
+#include "host/export/Xspf.h"
+
+#include <utility>
+
+#include "host/output/Text.h"
+#include "text/FileUrl.h"
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
+
+// Of what XML 1.0 has not, UTF-8 has only these.
+bool IsInXml(std::int32_t code) {
+  const bool isLineEndOrTab = code == '\t' || code == '\n' || code == '\r';
+  return code >= 0 && (code >= ' ' || isLineEndOrTab) && code != 0xFFFE && code != 0xFFFF;
+}
+
+std::string_view NameOfReference(char letter) {
+  switch (letter) {
+    case '&':
+      return "&amp;";
+    case '<':
+      return "&lt;";
+    case '>':
+      return "&gt;";
+    default:
+      return {};
+  }
+}
+
+// Nothing for an empty text.
+void AppendElement(std::string& xml, std::string_view name, std::string_view text) {
+  if (text.empty()) return;
+  xml.append("      <").append(name).append(">");
+  AppendXmlText(xml, text);
+  xml.append("</").append(name).append(">\n");
+}
+
+// Everything but letters, digits, '/' and the four marks that never mean anything.
+std::string Escaped(std::string_view path) {
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  std::string url;
+  for (const char letter : path) {
+    const auto byte = static_cast<unsigned char>(letter);
+    const bool isPlain = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+                         (letter >= '0' && letter <= '9') ||
+                         std::string_view("/-._~").find(letter) != std::string_view::npos;
+    if (isPlain) {
+      url += letter;
+    } else {
+      url.append(1, '%').append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 15]);
+    }
+  }
+  return url;
+}
+
+}  // namespace
+
+void AppendXmlText(std::string& xml, std::string_view text) {
+  while (!text.empty()) {
+    const Character first = FirstCharacter(text);
+    const std::string_view reference = NameOfReference(text.front());
+    if (!IsInXml(first.code)) {
+      xml += kReplacement;
+    } else if (!reference.empty()) {
+      xml += reference;
+    } else if (IsUnseen(first.code) || first.code == 0x2028 || first.code == 0x2029) {
+      xml += "&#" + std::to_string(first.code) + ';';
+    } else {
+      xml += text.substr(0, first.length);
+    }
+    text.remove_prefix(first.length);
+  }
+}
+
+std::string UrlOfPath(std::string_view path) {
+  return path.starts_with('/') ? text::FileUrlOfPath(std::string(path)) : Escaped(path);
+}
+
+XspfText::XspfText(std::string_view name)
+    : text_(
+          "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+          "<playlist version=\"1\" xmlns=\"http://xspf.org/ns/0/\">\n") {
+  text_ += "  <title>";
+  AppendXmlText(text_, name);
+  text_ += "</title>\n  <trackList>\n";
+}
+
+void XspfText::Add(const PlaylistEntry& entry) {
+  text_ += "    <track>\n";
+  AppendElement(text_, "location",
+                entry.url.empty() ? UrlOfPath(entry.written) : std::string(entry.url));
+  AppendElement(text_, "title", entry.name.value_or(""));
+  AppendElement(text_, "creator", entry.artist.value_or(""));
+  AppendElement(text_, "album", entry.album.value_or(""));
+  // Both are counts, and no song has the number 0.
+  if (entry.track.value_or(0) > 0) AppendElement(text_, "trackNum", std::to_string(*entry.track));
+  if (entry.milliseconds > 0) AppendElement(text_, "duration", std::to_string(entry.milliseconds));
+  text_ += "    </track>\n";
+}
+
+std::string XspfText::Finish() {
+  text_ += "  </trackList>\n</playlist>\n";
+  return std::move(text_);
+}
+
+}  // namespace tavrel::host
