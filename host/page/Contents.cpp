@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "host/library/AlbumGrouping.h"
+#include "host/library/FileFinder.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongPlaces.h"
 #include "host/library/SongRecord.h"
@@ -80,6 +81,14 @@ std::int64_t NumberOf(const SongRecord& song, Field field, ColumnKind kind) {
 std::int64_t Stored(std::int64_t number) noexcept {
   constexpr std::int64_t kLargestExact = (std::int64_t{1} << 53) - 2;
   return std::clamp(number, kNone, kLargestExact) + 1;
+}
+
+// Where the file is; where it should be when it is missing.
+std::optional<std::string_view> PathOf(const SongRecord& song, const LibraryFunctions& library) {
+  const auto path = song.Text(Field::Path);
+  const auto location = song.Text(Field::Location);
+  if (path || !location || library.files == nullptr) return path;
+  return library.files->Find(location, song.Text(Field::Type).value_or("")).sought;
 }
 
 class Albums {
@@ -166,7 +175,7 @@ const PageColumn& PageContents::Of(Field field) const {
 
 PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
   PageContents contents;
-  FieldSet wanted = FieldsOfSong() | SetOf({Field::RatingComputed});
+  FieldSet wanted = FieldsOfSong() | SetOf({Field::RatingComputed, Field::Type});
   for (const Kept& kept : kKept) {
     wanted.set(IndexOf(kept.field));
     if (kept.field != Field::Path || withPaths) contents.columns.push_back({kept.field, kept.kind});
@@ -175,7 +184,9 @@ PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
   ForEachRecord(library, library.openAllSongs(), wanted,
                 [&](std::int32_t, const SongRecord& record) {
                   for (PageColumn& column : contents.columns) {
-                    if (column.kind == ColumnKind::Text) {
+                    if (column.field == Field::Path) {
+                      column.texts.Add(PathOf(record, library));
+                    } else if (column.kind == ColumnKind::Text) {
                       column.texts.Add(record.Text(column.field));
                     } else {
                       column.numbers.push_back(Stored(NumberOf(record, column.field, column.kind)));

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
 #include <numeric>
 #include <optional>
 #include <tuple>
@@ -61,6 +62,14 @@ class Sheet {
   Pixels pixels_{kWidth, kWidth, {}};
   std::int32_t count_ = 0;
 };
+
+// Whether there is anything to look through.
+bool HasCache(const Session& session) {
+  std::error_code error;
+  const std::filesystem::path folder =
+      std::filesystem::path(session.libraryPath).parent_path() / "Album Artwork";
+  return std::filesystem::is_directory(folder, error);
+}
 
 class CoverMaker {
  public:
@@ -159,7 +168,7 @@ class CoverMaker {
 }  // namespace
 
 PageCovers MakeCovers(const PageContents& contents, std::size_t most, Session& session) {
-  if (most == 0) return {};
+  if (most == 0 || !HasCache(session)) return {};
   return CoverMaker(contents, session).Make(most);
 }
 

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/page/Contents.h"
@@ -25,7 +26,7 @@ struct CoverPlaces {
 //   | length | {"songs":…,"columns":… | name │ artist │ … │ albums │ covers │ playlists |
 [[nodiscard]] std::string MakePayload(const PageContents& contents, const CoverPlaces& covers);
 
-// The same as a gzip file. Cost: linear; the more threads, the sooner.
-[[nodiscard]] std::string Compressed(const std::string& bytes);
+// As a gzip file, which two threads make.
+[[nodiscard]] std::string Compressed(std::string_view bytes);
 
 }  // namespace tavrel::host

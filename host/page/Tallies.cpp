@@ -123,8 +123,9 @@ std::vector<PlotEntry> SongsPerRating(const PageContents& contents, const Words&
                        songs.at(stars) == 0 ? "" : FilterAddress("rating", std::to_string(stars)),
                        songs.at(stars), Grouped(songs.at(stars))});
   }
+  // Without a bar, which would dwarf the others.
   entries.push_back(
-      {words.Of("rating.none"), FilterAddress("rating", "0"), songs[0], Grouped(songs[0])});
+      {words.Of("rating.none"), FilterAddress("rating", "0"), 0, Grouped(songs[0])});
   return entries;
 }
 

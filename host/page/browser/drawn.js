@@ -19,6 +19,7 @@ export class Drawn {
     this.box = box;
     this.scroller = scroller;
     this.rows = rows;
+    this.home = box; // where the keyboard goes when its row leaves
     this.count = 0;
     this.height = 1;
     this.first = 0;
@@ -96,7 +97,7 @@ export class Drawn {
 
   /** A row that leaves must not take the keyboard with it. @param {HTMLElement} row */
   giveUpFocus(row) {
-    if (row.contains(document.activeElement)) this.box.focus({preventScroll: true});
+    if (row.contains(document.activeElement)) this.home.focus({preventScroll: true});
   }
 
   /** @param {number} size */

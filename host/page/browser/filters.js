@@ -104,6 +104,6 @@ export function songsOf(library, values, shelved, found) {
   }
   const tests = [...values].filter(([name]) => Object.hasOwn(TESTS, name))
     .map(([name, value]) => TESTS[name](library, value, values));
-  if (found) tests.push((song) => found[song] === 1);
-  return tests.length === 0 ? songs : songs.filter((song) => tests.every((test) => test(song)));
+  for (const test of tests) songs = songs.filter(test);
+  return found ? songs.filter((song) => found[song] === 1) : songs;
 }

@@ -159,7 +159,7 @@ class Page {
     const {values} = this.place;
     const songs = this.songs();
     this.table.show(songs, values.get("sort") ?? "");
-    this.tree.show(values.get("playlist"));
+    if (this.tree.name !== (values.get("playlist") ?? "")) this.tree.show(values.get("playlist") ?? "");
     const told = this.filtersTold();
     element("songs-count").textContent = [songs.length === 0 ? word("count.none") : counted("count.songs", songs.length), ...told].join(" ");
     element("clear").hidden = told.length === 0;

@@ -17,6 +17,7 @@
  * @returns {Uint8Array}
  */
 export function bytesOfBase64(text) {
+  if ("fromBase64" in Uint8Array) return /** @type {any} */ (Uint8Array).fromBase64(text);
   const letters = atob(text);
   const bytes = new Uint8Array(letters.length);
   for (let i = 0; i < letters.length; ++i) bytes[i] = letters.charCodeAt(i);
@@ -68,7 +69,7 @@ class Numbers {
     }
     if (at !== end) throw new Error("a column has another length than it says");
     this.at = end;
-    return widest < 2 ** 31 ? Int32Array.from(numbers) : numbers;
+    return widest < 2 ** 31 ? new Int32Array(numbers) : numbers;
   }
 }
 
@@ -87,7 +88,7 @@ export function unpack(bytes) {
       numbers: packed.take(column, head.songs)});
   }
   /** @param {{bytes: number, differences: boolean}} column @param {number} count */
-  const whole = (column, count) => Int32Array.from(packed.take(column, count));
+  const whole = (column, count) => new Int32Array(packed.take(column, count));
   const songs = whole(head.albums, head.songs);
   const covers = whole(head.covers, head.covers.bytes === 0 ? 0 : head.albums.count);
   const albums = {titles: head.albums.titles, artists: head.albums.artists, songs, covers};

@@ -75,16 +75,22 @@ export class Search {
 
   /** @param {Uint8Array} found @param {string} word */
   narrow(found, word) {
-    const holds = this.columns.map((column) => column.textsWith(word));
+    const held = new Uint8Array(found.length);
+    for (const column of this.columns) mark(held, column.numbers, column.textsWith(word));
     const years = this.library.byField.get("year")?.numbers;
-    const year = years && /^\d{4}$/.test(word) ? Number(word) + 1 : -1;
-    for (let song = 0; song < found.length; ++song) {
-      if (found[song] === 0) continue;
-      let isHeld = year !== -1 && years !== undefined && years[song] === year;
-      for (let i = 0; i < holds.length && !isHeld; ++i) {
-        isHeld = holds[i][this.columns[i].numbers[song]] === 1;
-      }
-      if (!isHeld) found[song] = 0;
-    }
+    if (years && /^\d{4}$/.test(word)) markEqual(held, years, Number(word) + 1);
+    for (let song = 0; song < found.length; ++song) found[song] &= held[song];
+  }
+}
+
+/** @param {Uint8Array} held @param {ArrayLike<number>} numbers @param {Uint8Array} texts */
+function mark(held, numbers, texts) {
+  for (let song = 0; song < held.length; ++song) held[song] |= texts[numbers[song]];
+}
+
+/** @param {Uint8Array} held @param {ArrayLike<number>} numbers @param {number} wanted */
+function markEqual(held, numbers, wanted) {
+  for (let song = 0; song < held.length; ++song) {
+    if (numbers[song] === wanted) held[song] = 1;
   }
 }

@@ -5,9 +5,15 @@
 /** The words of the interface. @type {Record<string, string>} */
 let words = {};
 
+// Making them takes longer than using them.
+let numbers = new Intl.NumberFormat("en");
+let plurals = new Intl.PluralRules("en");
+
 /** @param {Record<string, string>} table */
 export function useWords(table) {
   words = table;
+  numbers = new Intl.NumberFormat(words.language);
+  plurals = new Intl.PluralRules(words.language);
 }
 
 /**
@@ -21,13 +27,12 @@ export function word(key, values = {}) {
 
 /** @param {number} number */
 export function grouped(number) {
-  return new Intl.NumberFormat(words.language || "en").format(number);
+  return numbers.format(number);
 }
 
 /** @param {string} key @param {number} number */
 export function counted(key, number) {
-  const rule = new Intl.PluralRules(words.language || "en").select(number);
-  const own = `${key}.${rule}`;
+  const own = `${key}.${plurals.select(number)}`;
   return word(own in words ? own : `${key}.other`, {n: grouped(number)});
 }
 

@@ -19,14 +19,17 @@ export class Tree {
     /** @type {number[]} */
     this.seen = [];
     this.active = 0;
+    /** @type {string|null} as addresses have it; null: nothing is shown yet */
+    this.name = null;
     this.chosen = ALL;
     this.box = /** @type {HTMLElement} */ (document.getElementById("tree"));
     this.list = document.createElement("div");
     this.list.className = "drawn";
     this.list.setAttribute("role", "presentation");
-    this.list.tabIndex = -1;
+    this.box.tabIndex = -1;
     this.box.append(this.list);
     this.drawn = new Drawn(this.list, this.box, {make: () => this.make(), fill: (row, index) => this.fill(row, index)});
+    this.drawn.home = this.box;
     this.box.addEventListener("keydown", (event) => this.key(event));
     this.list.addEventListener("click", (event) => this.click(event));
   }
@@ -45,9 +48,10 @@ export class Tree {
     return at;
   }
 
-  /** @param {string|undefined} name of the playlist that is shown */
+  /** @param {string} name of the playlist that is shown; empty: all songs */
   show(name) {
-    this.chosen = name === undefined ? ALL : playlistOf(this.library, name);
+    this.name = name;
+    this.chosen = name === "" ? ALL : playlistOf(this.library, name);
     for (let at = this.chosen; at >= 0 && this.library.playlists[at].depth > 0;) {
       at = this.parentOf(at);
       this.open.add(at);

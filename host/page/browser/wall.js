@@ -49,34 +49,39 @@ export class Wall {
   }
 
   makeRow() {
-    const row = document.createElement("li");
+    const row = document.createElement("div");
     row.className = "shelf";
     row.setAttribute("role", "presentation");
     for (let i = 0; i < this.across; ++i) {
+      const item = document.createElement("div");
       const link = document.createElement("a");
       const cover = document.createElement("span");
       const title = document.createElement("bdi");
       const artist = document.createElement("bdi");
+      item.setAttribute("role", "listitem");
       link.className = "album";
-      link.setAttribute("role", "listitem");
       title.className = "title";
       artist.className = "artist";
       cover.setAttribute("aria-hidden", "true");
       link.append(cover, title, artist);
-      row.append(link);
+      item.append(link);
+      row.append(item);
     }
     return row;
   }
 
   /** @param {HTMLElement} row @param {number} index */
   fillRow(row, index) {
-    for (let i = 0; i < this.across; ++i) this.fill(/** @type {HTMLAnchorElement} */ (row.children[i]), index * this.across + i);
+    for (let i = 0; i < this.across; ++i) this.fill(/** @type {HTMLElement} */ (row.children[i]), index * this.across + i);
   }
 
-  /** @param {HTMLAnchorElement} link @param {number} place */
-  fill(link, place) {
-    link.hidden = place >= this.albums.length;
-    if (link.hidden) return;
+  /** @param {HTMLElement} item @param {number} place */
+  fill(item, place) {
+    const link = /** @type {HTMLAnchorElement} */ (item.firstElementChild);
+    item.hidden = place >= this.albums.length;
+    if (item.hidden) return;
+    item.setAttribute("aria-setsize", String(this.albums.length));
+    item.setAttribute("aria-posinset", String(place + 1));
     const album = this.albums[place];
     const {titles, artists} = this.library.albums;
     const [cover, title, artist] = /** @type {HTMLElement[]} */ ([...link.children]);
@@ -90,7 +95,7 @@ export class Wall {
   /** @param {number} place */
   linkOf(place) {
     const row = this.drawn.elementOf(Math.floor(place / this.across));
-    return row ? /** @type {HTMLElement} */ (row.children[place % this.across]) : null;
+    return row ? /** @type {HTMLElement} */ (row.children[place % this.across].firstElementChild) : null;
   }
 
   /** @param {KeyboardEvent} event */
