@@ -3,6 +3,7 @@
 # On in the presets, where the compilers are known: a newer one may warn of more, and that must stop no user.
 option(TAVREL_WARNINGS_AS_ERRORS "Treat compiler warnings as errors" OFF)
 option(TAVREL_COVERAGE "Count the branches of the library that are taken (Clang)" OFF)
+option(TAVREL_REPRODUCIBLE "Let no folder of the build show in what is built" OFF)
 set(TAVREL_SANITIZE "" CACHE STRING "Sanitizers to build with, for instance address,undefined")
 
 add_library(tavrel_options INTERFACE)
@@ -11,6 +12,11 @@ target_compile_options(tavrel_options INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual>
   $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes>
   $<$<BOOL:${TAVREL_WARNINGS_AS_ERRORS}>:-Werror>)
+
+if(TAVREL_REPRODUCIBLE)
+  target_compile_options(tavrel_options INTERFACE
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}=build -ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+endif()
 
 # Files, times and file numbers of 64 bits, also where words have 32.
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)

@@ -16,6 +16,7 @@ class Tavrel < Formula
   depends_on "libpng"
   depends_on "uriparser"
   depends_on "utf8proc"
+  uses_from_macos "sqlite"
   uses_from_macos "zlib"
 
   def install
