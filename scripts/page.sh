@@ -24,7 +24,8 @@ prepare_page() {
   CHROMIUM=$(command -v chromium)
 }
 build_page_host() {
-  (cd "$root" && cmake --preset release -DTAVREL_BUILD_BENCH=ON && cmake --build --preset release --target tavrel_host)
+  (cd "$root" && cmake --preset release -DTAVREL_BUILD_BENCH=ON &&
+    cmake --build --preset release --target tavrel_host generate_library)
 }
 
 run_page() {
@@ -33,6 +34,16 @@ run_page() {
   "$page_modules/node_modules/.bin/tsc" -p "$root/host/page/browser" || result=1
   output=$(node --test --test-reporter=tap "$root"/tests/page/browser/*.test.mjs 2>&1) || result=1
   [ "$result" -eq 0 ] || echo "$output"
+  mkdir -p "$page_modules/pictures"  # to be looked at; those of docs/page/ are such
+  node "$root/tests/page/browser/screenshots.mjs" "$page_modules/pictures" || result=1
   counted="$(sed -n 's/^# pass //p' <<<"$output") things done in Chromium, and the scripts are of their types"
   return "$result"
+}
+
+bench_page() {
+  bench_needs | install_missing
+  prepare_page
+  local library="$page_modules/100000.xml"
+  [ -e "$library" ] || "$root/build/release/bin/generate_library" --tracks 100000 -o "$library"
+  node "$root/bench/page/page.mjs" "$library"
 }

@@ -83,7 +83,9 @@ class CoverMaker {
     PageCovers made;
     made.places = {std::vector<std::int64_t>(contents_.albums.size(), 0), kSide, kAcross,
                    std::int64_t{kAcross} * kAcross};
-    const std::vector<std::size_t> albums = Chosen(most);
+    std::vector<std::size_t> albums = WithCacheFile();
+    made.albumsWithout = contents_.albums.size() - albums.size();
+    albums = Chosen(std::move(albums), most);
     const std::vector<std::size_t> top = TopAlbums(contents_);
     Progress progress(albums.size(), session_.terminal, session_.output);
     made.top.resize(top.size());
@@ -108,8 +110,7 @@ class CoverMaker {
   }
 
  private:
-  // Albums that have a cache file, in the order of the wall.
-  std::vector<std::size_t> Chosen(std::size_t most) const {
+  std::vector<std::size_t> WithCacheFile() const {
     std::vector<std::size_t> albums;
     for (std::size_t i = 0; i < contents_.albums.size(); ++i) {
       const std::vector<std::int32_t>& songs = contents_.albums[i].positions;
@@ -118,6 +119,11 @@ class CoverMaker {
         albums.push_back(i);
       }
     }
+    return albums;
+  }
+
+  // Those that are played most, in the order of the wall.
+  std::vector<std::size_t> Chosen(std::vector<std::size_t> albums, std::size_t most) const {
     std::stable_sort(albums.begin(), albums.end(), [this](std::size_t left, std::size_t right) {
       const PageAlbum& one = contents_.albums[left];
       const PageAlbum& two = contents_.albums[right];

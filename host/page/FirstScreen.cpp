@@ -102,7 +102,8 @@ std::string AlbumList(const PageContents& contents, const std::vector<std::size_
   return html;
 }
 
-std::string AllPlots(const PageContents& contents, const Words& words) {
+std::string AllPlots(const PageContents& contents, std::size_t albumsWithoutCover,
+                     const Words& words) {
   const std::vector<PlotYear> years = AddedPerMonth(contents);
   const std::string span = years.empty() ? "" : years.front().label + "–" + years.back().label;
   return Bars("genres", words.Of("plot.genres"), SongsPerGenre(contents)) +
@@ -110,7 +111,7 @@ std::string AllPlots(const PageContents& contents, const Words& words) {
          UprightBars("decades", words.Of("plot.decades"), SongsPerDecade(contents, words)) +
          UprightBars("plays", words.Of("plot.plays"), SongsPerPlays(contents, words)) +
          Bars("ratings", words.Of("plot.ratings"), SongsPerRating(contents, words)) +
-         Bars("missing", words.Of("plot.missing"), Missing(contents, words)) +
+         Bars("missing", words.Of("plot.missing"), Missing(contents, albumsWithoutCover, words)) +
          Curve("added", words.Of("plot.added"), words.Of("plot.added.summary", {{"years", span}}),
                years);
 }

@@ -20,6 +20,7 @@ namespace tavrel::host {
                                     const std::vector<std::size_t>& albums,
                                     const std::vector<std::string>& covers);
 
-[[nodiscard]] std::string AllPlots(const PageContents& contents, const Words& words);
+[[nodiscard]] std::string AllPlots(const PageContents& contents, std::size_t albumsWithoutCover,
+                                   const Words& words);
 
 }  // namespace tavrel::host

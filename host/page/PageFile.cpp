@@ -72,7 +72,7 @@ std::string MakePage(const PageContents& contents, const PageCovers& covers,
   parts["words"] = words.Json();
   parts["figures"] = Figures(contents, words);
   parts["albums"] = AlbumList(contents, TopAlbums(contents), covers.top);
-  parts["allPlots"] = AllPlots(contents, words);
+  parts["allPlots"] = AllPlots(contents, covers.albumsWithout, words);
   parts["data"] = SongsBlock(contents, covers.places) + CoverBlocks(covers.pictures);
   return Fill(sources.markup, parts, words);
 }

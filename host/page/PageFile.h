@@ -14,6 +14,7 @@ struct PageCovers {
   std::vector<std::string> top;       // of the top albums, as data URLs; empty: none
   std::vector<std::string> pictures;  // each with the covers of many albums, as JPEG files
   CoverPlaces places = {};
+  std::size_t albumsWithout = 0;  // of those that were looked for
 };
 
 // Songs fewer than these stand in the page as they are, so that also a browser that inflates nothing reads

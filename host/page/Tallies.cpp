@@ -124,8 +124,7 @@ std::vector<PlotEntry> SongsPerRating(const PageContents& contents, const Words&
                        songs.at(stars), Grouped(songs.at(stars))});
   }
   // Without a bar, which would dwarf the others.
-  entries.push_back(
-      {words.Of("rating.none"), FilterAddress("rating", "0"), 0, Grouped(songs[0])});
+  entries.push_back({words.Of("rating.none"), FilterAddress("rating", "0"), 0, Grouped(songs[0])});
   return entries;
 }
 
@@ -184,7 +183,8 @@ std::vector<PlotYear> AddedPerMonth(const PageContents& contents) {
   return plotted;
 }
 
-std::vector<PlotEntry> Missing(const PageContents& contents, const Words& words) {
+std::vector<PlotEntry> Missing(const PageContents& contents, std::size_t albumsWithoutCover,
+                               const Words& words) {
   std::vector<PlotEntry> entries;
   for (const Field field : {Field::Artist, Field::Album, Field::Genre, Field::Year}) {
     const std::string name(FactsOf(field).name);
@@ -192,6 +192,10 @@ std::vector<PlotEntry> Missing(const PageContents& contents, const Words& words)
     if (songs == 0) continue;
     entries.push_back(
         {words.Of("missing." + name), FilterAddress("without", name), songs, Grouped(songs)});
+  }
+  if (albumsWithoutCover > 0) {
+    const auto albums = static_cast<std::int64_t>(albumsWithoutCover);
+    entries.push_back({words.Of("missing.cover"), "", albums, Grouped(albums)});
   }
   const TextColumn& states = contents.Of(Field::Status).texts;
   const std::vector<std::int64_t> counts = Sums(states, [](std::size_t) { return 1; });

@@ -26,6 +26,7 @@ namespace tavrel::host {
 [[nodiscard]] std::vector<PlotYear> AddedPerMonth(const PageContents& contents);
 
 // What songs and albums lack, and how many; what none lacks is left out.
-[[nodiscard]] std::vector<PlotEntry> Missing(const PageContents& contents, const Words& words);
+[[nodiscard]] std::vector<PlotEntry> Missing(const PageContents& contents,
+                                             std::size_t albumsWithoutCover, const Words& words);
 
 }  // namespace tavrel::host
