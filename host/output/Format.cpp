@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <array>
+
 namespace tavrel::host {
 namespace {
 
@@ -23,6 +25,20 @@ std::string Grouped(std::int64_t number) {
 
 std::string Counted(std::int64_t number, std::string_view noun) {
   return fmt::format("{} {}{}", Grouped(number), noun, number == 1 ? "" : "s");
+}
+
+std::string SizeText(std::uint64_t bytes) {
+  constexpr std::array<std::string_view, 6> kUnits{"kB", "MB", "GB", "TB", "PB", "EB"};
+  constexpr double kStep = 1000;
+  constexpr double kRoundedUp = 999.5;  // what is more would be shown as a thousand
+  if (bytes < 1000) return Counted(static_cast<std::int64_t>(bytes), "byte");
+  double size = static_cast<double>(bytes) / kStep;
+  std::size_t unit = 0;
+  while (size >= kRoundedUp) {
+    size /= kStep;
+    ++unit;
+  }
+  return fmt::format("{:.{}f} {}", size, size < 9.95 ? 1 : 0, kUnits[unit]);
 }
 
 std::string Clock(std::int64_t milliseconds) {

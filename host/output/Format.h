@@ -13,6 +13,9 @@ namespace tavrel::host {
 // "1 song", "1,234 songs": the plural takes an s.
 [[nodiscard]] std::string Counted(std::int64_t number, std::string_view noun);
 
+// "0 bytes", "999 bytes", "1.2 kB", "345 MB", "4.5 GB": thousands, with a decimal below ten.
+[[nodiscard]] std::string SizeText(std::uint64_t bytes);
+
 // "4:05" or "1:02:03", rounded to seconds; empty for a time that is not positive.
 [[nodiscard]] std::string Clock(std::int64_t milliseconds);
 

@@ -194,5 +194,13 @@ TEST(ProgressLine, ShowsCountRateAndTimeLeft) {
   }
 }
 
+TEST(ProgressLine, ShowsBytesAndLongTimesAsPeopleReadThem) {
+  EXPECT_EQ(ProgressLine(1'200'000'000, 4'500'000'000, 40, 80, ProgressOf::Bytes),
+            "[########                      ] 1.2 GB/4.5 GB  30 MB/s  110 s left");
+  EXPECT_EQ(ProgressLine(1, 1'000, 60, 80),
+            "[                              ] 1/1000  0/s  16 hours 39 minutes left");
+  EXPECT_EQ(ProgressLine(1, 18'000'000'000'000'000'000u, 1, 30, ProgressOf::Bytes).size(), 30u);
+}
+
 }  // namespace
 }  // namespace tavrel::host

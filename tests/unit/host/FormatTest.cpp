@@ -49,5 +49,18 @@ TEST(Format, SpanUsesTheTwoLargestUnits) {
   EXPECT_EQ(Span(std::int64_t{8905} * 3600000 + 59 * 60000), "8,905 hours 59 minutes");
 }
 
+TEST(SizeText, HasTwoOrThreeDigits) {
+  EXPECT_EQ(SizeText(0), "0 bytes");
+  EXPECT_EQ(SizeText(1), "1 byte");
+  EXPECT_EQ(SizeText(999), "999 bytes");
+  EXPECT_EQ(SizeText(1000), "1.0 kB");
+  EXPECT_EQ(SizeText(9940), "9.9 kB");
+  EXPECT_EQ(SizeText(9960), "10 kB");
+  EXPECT_EQ(SizeText(999'499), "999 kB");
+  EXPECT_EQ(SizeText(999'500), "1.0 MB");
+  EXPECT_EQ(SizeText(345'678'901), "346 MB");
+  EXPECT_EQ(SizeText(18'446'744'073'709'551'615u), "18 EB");
+}
+
 }  // namespace
 }  // namespace tavrel::host
