@@ -6,6 +6,7 @@ void DefineCommands(CommandDefinition program) {
   DefineArtwork(program);
   DefineExport(program);
   DefinePage(program);
+  DefineCopy(program);
   DefinePlaylists(program);
   DefineRingtones(program);
   DefineSearch(program);

@@ -13,6 +13,7 @@ void DefineCommands(CommandDefinition program);
 void DefineArtwork(CommandDefinition program);
 void DefineExport(CommandDefinition program);
 void DefinePage(CommandDefinition program);
+void DefineCopy(CommandDefinition program);
 void DefinePlaylists(CommandDefinition program);
 void DefineRingtones(CommandDefinition program);
 void DefineRingtoneAdding(CommandDefinition ringtones);

@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -18,10 +20,19 @@ namespace {
 constexpr std::size_t kPieceSize = 1 << 16;
 
 [[noreturn]] void Fail(const std::string& path, int error) {
-  throw Failure(ExitCode::Failed, "cannot write " + path + ": " + std::strerror(error));
+  throw WriteFailure(path, error);
 }
 
 }  // namespace
+
+WriteFailure::WriteFailure(const std::string& path, int number)
+    : Failure(ExitCode::Failed, "cannot write " + path + ": " + std::strerror(number)),
+      number_(number) {}
+
+bool WriteFailure::IsOfTheDisk() const noexcept {
+  constexpr std::array kErrors{ENOSPC, EDQUOT, EROFS, EIO, ENODEV, ENXIO};
+  return std::find(kErrors.begin(), kErrors.end(), number_) != kErrors.end();
+}
 
 NewFile::NewFile(std::string path) : path_(std::move(path)) {
   const std::string folder = path_.substr(0, path_.rfind('/') + 1);  // empty: the current one
@@ -56,6 +67,12 @@ bool NewFile::Finish(IfThere ifThere) {
   if (ifThere == IfThere::Keep) return TakeFreeName();
   Replace();
   return true;
+}
+
+// The link takes the place of the temporary file. What leads to the file through a link leads to it as well.
+bool NewFile::LinkTo(const std::string& file) {
+  return ::unlink(temporary_.c_str()) == 0 &&
+         ::linkat(AT_FDCWD, file.c_str(), AT_FDCWD, temporary_.c_str(), AT_SYMLINK_FOLLOW) == 0;
 }
 
 void NewFile::Replace() {
@@ -95,6 +112,12 @@ bool WriteNewFile(const std::string& path, std::string_view bytes, IfThere ifThe
 bool IsTaken(const std::string& path) noexcept {
   struct stat state;
   return ::lstat(path.c_str(), &state) == 0;
+}
+
+bool HoldsText(const std::string& path, std::string_view text) {
+  std::size_t size = 0;
+  if (!system::OpenRegularFile(path.c_str(), size) || size != text.size()) return false;
+  return system::ReadFileBytes(path.c_str()).view() == text;
 }
 
 void RequireNoEndingSignal() {

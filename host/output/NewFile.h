@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/output/Failure.h"
 #include "host/output/Sink.h"
 #include "system/BlockedSignals.h"
 
@@ -11,9 +12,22 @@ namespace tavrel::host {
 
 enum class IfThere { Keep, Replace };
 
+// What cannot be written.
+class WriteFailure : public Failure {
+ public:
+  // number: of the system's error.
+  WriteFailure(const std::string& path, int number);
+
+  // Whether nothing else could be written there either: there is no room left, or the disk is gone.
+  [[nodiscard]] bool IsOfTheDisk() const noexcept;
+
+ private:
+  int number_;
+};
+
 // A file that is written under a temporary name in the same folder, and gets its own in one step when it is
 // finished; one that is not goes with the object. A signal that ends the program waits until the object is
-// gone; writing notices it, and is a Failure without a message then. What cannot be written is a Failure.
+// gone; writing notices it, and is a Failure without a message then. What cannot be written is a WriteFailure.
 class NewFile : public Sink {
  public:
   // Makes the temporary file.
@@ -23,6 +37,10 @@ class NewFile : public Sink {
   ~NewFile() override;
 
   void Write(std::string_view bytes) override;
+
+  // Makes it a second name of another file, instead of one of its own. False where the system refuses that, and
+  // errno says why; nothing can be written then. Nothing may have been written before.
+  [[nodiscard]] bool LinkTo(const std::string& file);
 
   // Gives the file its name. False, with nothing changed, when there is something of that name and it is to
   // be kept.
@@ -52,6 +70,9 @@ class NewFile : public Sink {
 
 // Whether there is anything of that name, a link that leads nowhere included.
 [[nodiscard]] bool IsTaken(const std::string& path) noexcept;
+
+// Whether a file is there that holds exactly the text.
+[[nodiscard]] bool HoldsText(const std::string& path, std::string_view text);
 
 // For those who write by other means: a Failure without a message when a signal waits that is to end the
 // program, so that they give up.

@@ -1,9 +1,12 @@
 // Loaded before everything else, stands between `tavrel` and the system, and makes calls fail:
 //
-//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write or make
+//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write, make or link
 //   FAULT_NUMBER   which of them fails, counted from 0
 //   FAULT_AFTER    set: all later ones fail, too
 //   FAULT_COUNT    a file that gets the number of calls at the program's end
+//   FAULT_SIGNAL   a signal, which comes to the program instead; the call is made all the same
+//   FAULT_PAUSE    milliseconds, by which the call takes longer instead
+//   FAULT_DAMAGE   set: what is read of a file with a temporary name begins with another byte
 //   FAULT_REPLACE  a folder: a link to it takes the place of each folder "tavrel-..." as soon as that is made
 //
 // Counting begins with the program's first call of signal(), which is its first call of all. Messages are
@@ -26,6 +29,8 @@ namespace {
 const char* kind = nullptr;  // null: nothing is counted
 long number = 0;
 bool isAfter = false;
+int signalInstead = 0;
+unsigned pause = 0;  // in microseconds
 bool isCounting = false;
 long calls = 0;
 dev_t messageDevice = 0;
@@ -36,6 +41,8 @@ __attribute__((constructor)) void Begin() {
   kind = getenv("FAULT_KIND");
   if (const char* text = getenv("FAULT_NUMBER")) number = atol(text);
   isAfter = getenv("FAULT_AFTER") != nullptr;
+  if (const char* text = getenv("FAULT_SIGNAL")) signalInstead = atoi(text);
+  if (const char* text = getenv("FAULT_PAUSE")) pause = static_cast<unsigned>(atoi(text)) * 1000;
 }
 
 __attribute__((destructor)) void End() {
@@ -52,6 +59,14 @@ bool Fails(const char* which, int error) {
   if (!isCounting || strcmp(kind, which) != 0) return false;
   const long call = calls++;
   if (isAfter ? call < number : call != number) return false;
+  if (pause != 0) {
+    usleep(pause);
+    return false;
+  }
+  if (signalInstead != 0) {
+    raise(signalInstead);
+    return false;
+  }
   errno = error;
   return true;
 }
@@ -59,6 +74,14 @@ bool Fails(const char* which, int error) {
 template <typename Function>
 Function* Next(Function*, const char* name) {
   return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+bool IsDamaged(int file) {
+  if (getenv("FAULT_DAMAGE") == nullptr) return false;
+  char link[64];
+  char path[4096] = "";
+  snprintf(link, sizeof link, "/proc/self/fd/%d", file);
+  return readlink(link, path, sizeof path - 1) > 0 && strstr(path, "/.tavrel-") != nullptr;
 }
 
 }  // namespace
@@ -152,7 +175,10 @@ ssize_t read(int file, void* to, size_t bytes) {
   return Fails("read", EIO) ? -1 : REAL(read)(file, to, bytes);
 }
 ssize_t pread(int file, void* to, size_t bytes, off_t at) {
-  return Fails("read", EIO) ? -1 : REAL(pread)(file, to, bytes, at);
+  if (Fails("read", EIO)) return -1;
+  const ssize_t count = REAL(pread)(file, to, bytes, at);
+  if (count > 0 && at == 0 && IsDamaged(file)) *static_cast<char*>(to) ^= 1;
+  return count;
 }
 
 ssize_t write(int file, const void* from, size_t bytes) {
@@ -161,6 +187,15 @@ ssize_t write(int file, const void* from, size_t bytes) {
                          (REAL(fstat)(file, &state) == 0 && state.st_dev == messageDevice &&
                           state.st_ino == messageNumber);
   return !isMessage && Fails("write", ENOSPC) ? -1 : REAL(write)(file, from, bytes);
+}
+
+ssize_t copy_file_range(int from, off64_t* fromAt, int to, off64_t* toAt, size_t bytes,
+                        unsigned flags) {
+  if (Fails("write", ENOSPC)) return -1;
+  return REAL(copy_file_range)(from, fromAt, to, toAt, bytes, flags);
+}
+int fsync(int file) {
+  return Fails("write", EIO) ? -1 : REAL(fsync)(file);
 }
 
 int mkdirat(int folder, const char* path, mode_t mode) {
@@ -181,6 +216,10 @@ int symlinkat(const char* target, int folder, const char* path) {
 }
 int link(const char* from, const char* to) {
   return Fails("make", EPERM) ? -1 : REAL(link)(from, to);
+}
+int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) {
+  if (Fails("make", EPERM) || Fails("link", EPERM)) return -1;
+  return REAL(linkat)(fromFolder, from, toFolder, to, flags);
 }
 int rename(const char* from, const char* to) {
   return Fails("make", EIO) ? -1 : REAL(rename)(from, to);

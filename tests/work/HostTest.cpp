@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "host/commands/SpellingHint.h"
+#include "host/copying/CopyPlan.h"
+#include "host/library/FileFinder.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Statistics.h"
 #include "host/naming/FileNames.h"
@@ -142,6 +144,39 @@ TEST(WorkOfTheHost, DoublesForNamesThatWereMadeUpToMeetInOnePlace) {
   ExpectDoubledFor<Texts>("statistics of made-up names", NamesOfEqualHash, kCount, Collect);
 }
 #endif
+
+// Every song has a file.
+class EveryFile final : public FileFinder {
+ public:
+  SongFile Find(std::optional<std::string_view> location, std::string_view) override {
+    return {FileStatus::Found, location.value_or(""), {}, {}};
+  }
+};
+
+void PlanToCopy(const Texts& texts) {
+  EveryFile files;
+  LibraryFunctions library = LibraryOf(texts);
+  library.files = &files;
+  library.visitSongProperties = [](const PlaylistRecord*, std::int32_t index, PropertyVisitor visit,
+                                   void* context) noexcept {
+    const std::string& name = names[static_cast<std::size_t>(index)];
+    for (const char* key : {"Name", "Artist", "Album"}) visit(key, name.c_str(), "string", context);
+    const std::string location = name + std::to_string(index) + ".mp3";
+    visit("Location", location.c_str(), "string", context);
+    return 4;
+  };
+  const auto count = static_cast<std::int32_t>(texts.size());
+  const Playlist list{2, 0, "Everything", 0, count, library.openAllSongs()};
+  const CopyPlan plan = PlanCopies(library, {&list}, NamePattern(kUsualPattern));
+  EXPECT_EQ(plan.files.size(), texts.size());
+}
+
+TEST(WorkOfTheHost, OnPlansOfCopiesDoubles) {
+  ExpectDoubledFor<Texts>("plans of copies", OrdinaryNames, kCount, PlanToCopy);
+  ExpectDoubledFor<Texts>(
+      "plans of copies of equal songs", [](std::size_t count) { return Texts(count, "song"); },
+      4500, PlanToCopy);
+}
 
 std::string HintFor(const Texts& texts, const std::string& wanted) {
   std::vector<Playlist> playlists;
