@@ -13,7 +13,7 @@ enum Format : std::int32_t { Png, Jpeg, Argb, Bgra };
 // A larger image is a damaged file's claim, and not worth the memory.
 constexpr std::int32_t kLargestImage = 256 << 20;
 
-std::int64_t Pixels(const ImageFacts& facts) {
+std::int64_t PixelsOf(const ImageFacts& facts) {
   return std::int64_t{std::max(facts.width, 0)} * std::max(facts.height, 0);
 }
 
@@ -68,11 +68,21 @@ std::optional<Picture> Artwork::ReadPicture(std::int32_t index, const ImageFacts
 }
 
 std::optional<Picture> Artwork::LargestPicture() const {
+  return PictureFor(0);
+}
+
+std::optional<Picture> Artwork::PictureFor(std::int32_t longestSide) const {
   const std::vector<ImageFacts> images = Images();
   std::vector<std::size_t> order(images.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
+  const auto isEnough = [&](std::size_t index) {
+    return longestSide > 0 && std::max(images[index].width, images[index].height) >= longestSide;
+  };
+  // Those that are large enough, the smallest one first; then the others, the largest one first.
   std::stable_sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
-    return Pixels(images[a]) > Pixels(images[b]);
+    if (isEnough(a) != isEnough(b)) return isEnough(a);
+    return isEnough(a) ? PixelsOf(images[a]) < PixelsOf(images[b])
+                       : PixelsOf(images[a]) > PixelsOf(images[b]);
   });
   for (const std::size_t index : order) {
     auto picture = ReadPicture(static_cast<std::int32_t>(index), images[index]);

@@ -43,6 +43,10 @@ class Artwork {
   // there is no such picture.
   [[nodiscard]] std::optional<Picture> LargestPicture() const;
 
+  // The same for a picture whose longer side is to have so many pixels: the smallest one that has as many,
+  // else the largest one. longestSide: 0 for the largest one.
+  [[nodiscard]] std::optional<Picture> PictureFor(std::int32_t longestSide) const;
+
  private:
   [[nodiscard]] std::optional<std::string> ReadImage(std::int32_t index, std::int32_t size) const;
   [[nodiscard]] std::optional<Picture> ReadPicture(std::int32_t index,

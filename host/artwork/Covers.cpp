@@ -1,5 +1,10 @@
 #include "host/artwork/Covers.h"
 
+#include <utility>
+
+#include "host/artwork/Scaling.h"
+#include "host/output/Failure.h"
+
 namespace tavrel::host {
 
 Artwork Covers::Open(std::int32_t song) {
@@ -14,9 +19,14 @@ Artwork Covers::Open(std::int32_t song) {
 }
 
 std::optional<Picture> Covers::In(const Artwork& artwork, const std::string& file) {
-  auto picture = artwork.LargestPicture();
-  if (picture) return picture;
-  if (!artwork.Images().empty()) damaged_.insert(file);
+  auto picture = artwork.PictureFor(longestSide_);
+  try {
+    if (picture && longestSide_ > 0) return Scaled(std::move(*picture), longestSide_);
+    if (picture) return picture;
+    if (!artwork.Images().empty()) damaged_.insert(file);
+  } catch (const Failure& failure) {
+    notScaled_.push_back(file + ": " + failure.what());
+  }
   if (!file.empty()) withoutPicture_.insert(file);
   return std::nullopt;
 }

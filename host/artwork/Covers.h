@@ -5,6 +5,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
@@ -17,15 +18,20 @@ namespace tavrel::host {
 // artwork cache holds none, since the library looks for one at every call then.
 class Covers {
  public:
-  // Both are borrowed. cache: that of the library file which the library has read.
-  Covers(const LibraryFunctions& library, const CacheFolder& cache)
-      : library_(library), cache_(cache), songs_(library.openAllSongs()) {}
+  // Both are borrowed. cache: that of the library file which the library has read. longestSide: that
+  // pictures may have at most; 0 for any.
+  Covers(const LibraryFunctions& library, const CacheFolder& cache, std::int32_t longestSide = 0)
+      : library_(library),
+        cache_(cache),
+        longestSide_(longestSide),
+        songs_(library.openAllSongs()) {}
 
   // The cache file of a song of the library, by its position; a closed one when there is none, or when it
   // is known to give no picture. A file that is there but cannot be opened is damaged.
   [[nodiscard]] Artwork Open(std::int32_t song);
 
-  // The largest picture of an opened file. A file without one, although it holds images, is damaged.
+  // The largest picture of an opened file, made as small as is asked for. A file without one, although it
+  // holds images, is damaged; one whose picture cannot be made smaller gives none.
   // file: its path; empty when it is not known.
   [[nodiscard]] std::optional<Picture> In(const Artwork& artwork, const std::string& file);
 
@@ -35,11 +41,16 @@ class Covers {
   // The paths of the damaged files that were met so far.
   [[nodiscard]] const std::set<std::string>& Damaged() const noexcept { return damaged_; }
 
+  // Why pictures were not made smaller, as messages.
+  [[nodiscard]] const std::vector<std::string>& NotScaled() const noexcept { return notScaled_; }
+
  private:
   const LibraryFunctions& library_;
   const CacheFolder& cache_;
+  std::int32_t longestSide_;
   PlaylistRecord* songs_;
   std::set<std::string> damaged_;
+  std::vector<std::string> notScaled_;
   TextSet withoutPicture_;  // files
 };
 

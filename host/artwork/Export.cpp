@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <optional>
 #include <set>
 #include <vector>
@@ -9,6 +11,7 @@
 #include "host/artwork/Albums.h"
 #include "host/artwork/Artwork.h"
 #include "host/artwork/CacheFolder.h"
+#include "host/artwork/CoverFolders.h"
 #include "host/artwork/Covers.h"
 #include "host/library/LibraryPlace.h"
 #include "host/library/SongReader.h"
@@ -18,6 +21,7 @@
 #include "host/output/NewFile.h"
 #include "host/output/Progress.h"
 #include "host/output/Text.h"
+#include "system/FolderListing.h"
 #include "text/PathNames.h"
 
 namespace tavrel::host {
@@ -28,6 +32,7 @@ struct Tally {
   std::int64_t written = 0;
   std::int64_t kept = 0;  // files that were there
   std::int64_t songsWithoutCover = 0;
+  std::int64_t foldersOfSeveral = 0;
   std::set<std::string> damaged;    // cache files
   std::vector<std::string> failed;  // messages
 
@@ -44,22 +49,26 @@ class Exporter {
         session_(session),
         songs_(session.library.openAllSongs()),
         cache_(session.library, session.libraryPath),
-        covers_(session.library, cache_) {}
+        covers_(session.library, cache_, options.longestSide) {}
 
   const Tally& Run() {
     const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
     if (files == 0 && !session_.library.IsLoaded()) throw session_.place.WhyNotLoaded();
-    std::error_code error;
-    std::filesystem::create_directories(options_.folder, error);
-    if (error) {
-      throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
-    }
+    if (!options_.besideSongs && !options_.isDryRun) MakeFolder();
     const std::vector<Album> albums = ReadAlbums(session_.library);
+    CoverFolders folders;
+    if (options_.besideSongs) folders = FindCoverFolders(session_.library, albums);
+    tally_.foldersOfSeveral = folders.ofSeveral;
     Progress progress(albums.size() + files, session_.terminal, session_.output,
                       session_.options.quiet);
-    for (const Album& album : albums) {
-      if (options_.perSong) ExportSongs(album);
-      if (!options_.perSong) ExportAlbum(album);
+    for (std::size_t i = 0; i < albums.size(); ++i) {
+      if (options_.besideSongs) {
+        ExportBeside(albums[i], folders.ofAlbum[i]);
+      } else if (options_.perSong) {
+        ExportSongs(albums[i]);
+      } else {
+        ExportAlbum(albums[i]);
+      }
       progress.Step();
     }
     for (std::size_t i = 0; i < files; ++i) {
@@ -67,20 +76,52 @@ class Exporter {
       progress.Step();
     }
     tally_.damaged.insert(covers_.Damaged().begin(), covers_.Damaged().end());
+    tally_.failed.insert(tally_.failed.end(), covers_.NotScaled().begin(),
+                         covers_.NotScaled().end());
     return tally_;
   }
 
  private:
-  void ExportAlbum(const Album& album) {
+  void MakeFolder() const {
+    std::error_code error;
+    std::filesystem::create_directories(options_.folder, error);
+    if (error) {
+      throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
+    }
+  }
+
+  std::optional<Picture> CoverOf(const Album& album) {
     for (const std::int32_t song : album.songs) {
-      if (const auto cover = covers_.Of(song)) return Write(album.name, *cover);
+      if (auto cover = covers_.Of(song)) return cover;
     }
     tally_.songsWithoutCover += static_cast<std::int64_t>(album.songs.size());
+    return std::nullopt;
+  }
+
+  void ExportAlbum(const Album& album) {
+    if (const auto cover = CoverOf(album)) WriteNamed(album.name, *cover);
+  }
+
+  // A cover of the other kind serves as well as one of this kind.
+  void ExportBeside(const Album& album, const std::vector<std::string>& folders) {
+    if (folders.empty()) return;
+    const auto cover = CoverOf(album);
+    if (!cover) return;
+    for (const std::string& folder : folders) {
+      const std::string path = system::PathIn(folder, "cover");
+      const bool isThere = IsTaken(path + ".jpg") || IsTaken(path + ".png");
+      if (isThere && !options_.force) {
+        ++tally_.kept;
+      } else {
+        Write(path + std::string(cover->extension), *cover);
+      }
+    }
   }
 
   // A song without a cover of its own has that of the first song on the album which has one.
   void ExportSongs(const Album& album) {
     OneCover cover(covers_, cache_);
+    written_.clear();
     const auto first =
         std::find_if(album.songs.begin(), album.songs.end(),
                      [&cover](std::int32_t song) { return cover.Of(song) != nullptr; });
@@ -91,7 +132,7 @@ class Exporter {
       if (picture == nullptr) {
         ++tally_.songsWithoutCover;
       } else {
-        Write(SongFileName(reader.Read(songs_, song)), *picture);
+        WriteNamed(SongFileName(reader.Read(songs_, song)), *picture);
       }
     }
   }
@@ -104,18 +145,46 @@ class Exporter {
     }
     const std::string_view base = text::SplitExtension(file).base;
     const std::string name = SafeName(base.substr(base.rfind('/') + 1));
-    if (const auto picture = covers_.In(artwork, file)) Write(name, *picture);
+    if (const auto picture = covers_.In(artwork, file)) WriteNamed(name, *picture);
   }
 
-  void Write(std::string_view name, const Picture& picture) {
-    const std::string path =
-        (std::filesystem::path(options_.folder) / names_.Take(name, picture.extension)).string();
+  void WriteNamed(std::string_view name, const Picture& picture) {
+    Write(system::PathIn(options_.folder, names_.Take(name, picture.extension)), picture);
+  }
+
+  void Write(const std::string& path, const Picture& picture) {
+    if (options_.isDryRun) return Foresee(path);
     try {
-      const IfThere ifThere = options_.force ? IfThere::Replace : IfThere::Keep;
-      ++(WriteNewFile(path, picture.bytes, ifThere) ? tally_.written : tally_.kept);
+      ++(WriteOrLink(path, picture) ? tally_.written : tally_.kept);
     } catch (const Failure& failure) {
+      if (*failure.what() == '\0') throw;  // the program is to end
       tally_.failed.emplace_back(failure.what());
     }
+  }
+
+  void Foresee(const std::string& path) {
+    if (!options_.force && IsTaken(path)) {
+      ++tally_.kept;
+      return;
+    }
+    ++tally_.written;
+    if (!session_.options.json) session_.output.WriteLine(Clean(path));
+  }
+
+  // Songs of an album have one file under several names where their covers are equal; a file of its own where
+  // the file system has no second names.
+  bool WriteOrLink(const std::string& path, const Picture& picture) {
+    const IfThere ifThere = options_.force ? IfThere::Replace : IfThere::Keep;
+    if (!options_.perSong) return WriteNewFile(path, picture.bytes, ifThere);
+    if (ifThere == IfThere::Keep && IsTaken(path)) return false;
+    std::string& first = written_[std::hash<std::string>()(picture.bytes)];
+    if (!first.empty() && HoldsText(first, picture.bytes)) {
+      NewFile file(path);
+      if (file.LinkTo(first)) return file.Finish(ifThere);
+    }
+    const bool isWritten = WriteNewFile(path, picture.bytes, ifThere);
+    if (isWritten) first = path;
+    return isWritten;
   }
 
   const ExportOptions& options_;
@@ -124,6 +193,8 @@ class Exporter {
   CacheFolder cache_;
   Covers covers_;
   FileNames names_;
+  std::map<std::size_t, std::string>
+      written_;  // files of the album at hand, by a hash of what they hold
   Tally tally_;
 };
 
@@ -135,16 +206,21 @@ void PrintJson(const Tally& tally, Session& session) {
   const JsonObject summary{{"written", tally.written},
                            {"kept", tally.kept},
                            {"songsWithoutCover", tally.songsWithoutCover},
+                           {"foldersOfSeveralAlbums", tally.foldersOfSeveral},
                            {"damaged", damaged},
                            {"failed", failed}};
   session.output.WriteLine(summary.Text());
 }
 
-void PrintSummary(const Tally& tally, Session& session) {
+void PrintSummary(const Tally& tally, bool isDryRun, Session& session) {
   Output& output = session.output;
-  output.WriteLine(Counted(tally.written, "cover") + " written");
+  output.WriteLine(Counted(tally.written, "cover") + (isDryRun ? " would be written" : " written"));
   if (tally.kept > 0) {
     output.WriteLine(Counted(tally.kept, "file") + " kept that had the name; --force replaces");
+  }
+  if (tally.foldersOfSeveral > 0) {
+    output.WriteLine(Counted(tally.foldersOfSeveral, "folder") +
+                     " left alone that hold songs of several albums");
   }
   if (tally.songsWithoutCover > 0) {
     output.WriteLine(Counted(tally.songsWithoutCover, "song") + " without a cover");
@@ -165,7 +241,7 @@ ExitCode ExportArtwork(const ExportOptions& options, Session& session) {
   if (session.options.json) {
     PrintJson(tally, session);
   } else {
-    PrintSummary(tally, session);
+    PrintSummary(tally, options.isDryRun, session);
   }
   return tally.IsSuccess() ? ExitCode::Done : ExitCode::Failed;
 }

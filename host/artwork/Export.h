@@ -1,6 +1,7 @@
-// tavrel artwork --all: the covers of a whole library as files in a folder.
+// tavrel covers -o DIR: the covers of a whole library as files in a folder, or beside the songs.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "host/library/Session.h"
@@ -10,9 +11,12 @@ namespace tavrel::host {
 
 struct ExportOptions {
   std::string folder;
-  bool perSong = false;    // else one cover for each album
-  bool unclaimed = false;  // also the cache files that belong to no song
-  bool force = false;      // replace files that are there
+  bool perSong = false;      // else one cover for each album; equal ones of an album share a file
+  bool besideSongs = false;  // as "cover" in the folders of albums, instead of all in one
+  bool unclaimed = false;    // also the cache files that belong to no song
+  bool force = false;        // replace files that are there
+  bool isDryRun = false;     // only say what would be written
+  std::int32_t longestSide = 0;  // make larger pictures so small; 0: none
 };
 
 // Failed when a cache file is damaged, a file cannot be written, or there is no cover at all. Without

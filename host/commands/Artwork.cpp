@@ -1,7 +1,7 @@
-// tavrel artwork: covers, of a song, of a cache file, or of the whole library.
+// tavrel covers: covers, of a song, of a cache file, or of the whole library.
 #include "host/artwork/Artwork.h"
 
-#include <charconv>
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -10,11 +10,10 @@
 #include "host/artwork/CacheFolder.h"
 #include "host/artwork/Covers.h"
 #include "host/artwork/Export.h"
+#include "host/artwork/Scaling.h"
 #include "host/commands/Commands.h"
+#include "host/commands/SongChoice.h"
 #include "host/library/InputFile.h"
-#include "host/library/Invocation.h"
-#include "host/library/PlaylistSearch.h"
-#include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
 #include "host/library/SongRecord.h"
 #include "host/naming/FileNames.h"
@@ -23,48 +22,21 @@
 #include "host/output/NewFile.h"
 #include "host/output/Table.h"
 #include "host/output/Text.h"
+#include "system/FolderListing.h"
 #include "text/PathNames.h"
 
 namespace tavrel::host {
 namespace {
 
 struct ArtworkArguments {
-  std::vector<std::string> names;  // a cache file, or a playlist and a song
+  std::vector<std::string>
+      names;  // a cache file, a song, or a playlist and a song; none: all covers
   std::optional<std::string> target;
   bool list = false;
-  bool all = false;
+  bool all = false;  // said aloud
+  std::size_t size = 0;
   ExportOptions exporting;
 };
-
-std::optional<std::int32_t> Position(const std::string& text) {
-  std::int32_t position = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), position);
-  const bool isNumber = error == std::errc() && end == text.data() + text.size();
-  return isNumber ? std::optional(position) : std::nullopt;
-}
-
-// The song at a position, or of a name; names that differ only in case or in how accents are
-// composed are taken when none is exactly the same.
-// names: of the playlist and of the song, as given.
-std::int32_t FindSong(const Playlist& playlist, const std::vector<std::string>& names,
-                      const Session& session) {
-  const std::string& wanted = names[1];
-  if (const auto position = Position(wanted)) {
-    if (*position >= 0 && *position < playlist.songCount) return *position;
-  }
-  SongReader reader(session.library);
-  const std::string folded = Fold(wanted);
-  std::optional<std::int32_t> alike;
-  for (std::int32_t position = 0; position < playlist.songCount; ++position) {
-    const std::string name(reader.Read(playlist.handle, position).name.value_or(""));
-    if (name == wanted) return position;
-    if (!alike && Fold(name) == folded) alike = position;
-  }
-  if (alike) return *alike;
-  throw Failure(ExitCode::Failed, "the playlist has no song \"" + wanted + "\"\n  " +
-                                      Invocation(session.options, "songs " + Quoted(names[0])) +
-                                      " shows positions and names.");
-}
 
 ExitCode ListImages(const Artwork& artwork, Session& session) {
   const std::vector<ImageFacts> images = artwork.Images();
@@ -131,8 +103,11 @@ void WritePicture(const Picture& picture, const std::string& name,
     return;
   }
   const std::string path = TargetPath(arguments, name, picture.extension);
-  const IfThere ifThere = arguments.exporting.force ? IfThere::Replace : IfThere::Keep;
-  if (!WriteNewFile(path, picture.bytes, ifThere)) {
+  const ExportOptions& exporting = arguments.exporting;
+  const IfThere ifThere = exporting.force ? IfThere::Replace : IfThere::Keep;
+  const bool isKept = exporting.isDryRun ? !exporting.force && IsTaken(path)
+                                         : !WriteNewFile(path, picture.bytes, ifThere);
+  if (isKept) {
     throw Failure(ExitCode::Failed, path + " is there already; --force replaces it");
   }
   session.output.WriteLine(session.options.json ? JsonObject{{"file", path}}.Text() : Clean(path));
@@ -155,8 +130,10 @@ ExitCode ShowFile(const ArtworkArguments& arguments, Session& session) {
     throw Failure(ExitCode::Failed, file + " is no artwork cache file, or cannot be read");
   }
   if (arguments.list) return ListImages(artwork, session);
-  const auto picture = artwork.LargestPicture();
+  const std::int32_t longestSide = arguments.exporting.longestSide;
+  auto picture = artwork.PictureFor(longestSide);
   if (!picture) throw NoPicture(artwork);
+  if (longestSide > 0) picture = Scaled(std::move(*picture), longestSide);
   const std::string_view base = text::SplitExtension(file).base;
   WritePicture(*picture, SafeName(base.substr(base.rfind('/') + 1)), arguments, session);
   return ExitCode::Done;
@@ -165,11 +142,11 @@ ExitCode ShowFile(const ArtworkArguments& arguments, Session& session) {
 // The covers of a song's album.
 class AlbumCovers {
  public:
-  AlbumCovers(const Song& song, const Session& session)
+  AlbumCovers(const Song& song, const Session& session, std::int32_t longestSide)
       : songs_(SongsOnAlbumOf(song, session.library)),
         cache_(session.library, session.libraryPath),
         library_(session.library),
-        covers_(library_, cache_) {}
+        covers_(library_, cache_, longestSide) {}
 
   // The first cache file that can be opened; a closed one when there is none.
   Artwork FirstFile() {
@@ -197,22 +174,22 @@ class AlbumCovers {
 // A cover often has one cache file for the whole album.
 ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   const Library& library = session.library;
-  const std::vector<Playlist> playlists = ReadPlaylists(library);
-  const Playlist& playlist = FindPlaylist(playlists, arguments.names[0], session.options);
-  const std::int32_t position = FindSong(playlist, arguments.names, session);
+  const std::int32_t longestSide = arguments.exporting.longestSide;
+  const auto [playlist, position] = ChooseSong(arguments.names, session);
   SongRecordReader reader(library, FieldsOfSong());
-  const Song song = AsSong(reader.Read(playlist.handle, position));
-  const Artwork own(library, library.openArtworkAny(playlist.handle, position));
+  const Song song = AsSong(reader.Read(playlist, position));
+  const Artwork own(library, library.openArtworkAny(playlist, position));
   if (arguments.list) {
     if (own.IsOpen()) return ListImages(own, session);
-    const Artwork shared = AlbumCovers(song, session).FirstFile();
+    const Artwork shared = AlbumCovers(song, session, longestSide).FirstFile();
     if (!shared.IsOpen()) throw NoPicture(own);
     return ListImages(shared, session);
   }
 
-  std::optional<Picture> picture = own.LargestPicture();
+  std::optional<Picture> picture = own.PictureFor(longestSide);
   const bool isDamaged = !picture && !own.Images().empty();
-  if (!picture) picture = AlbumCovers(song, session).FirstPicture();
+  if (picture && longestSide > 0) picture = Scaled(std::move(*picture), longestSide);
+  if (!picture) picture = AlbumCovers(song, session, longestSide).FirstPicture();
   if (!picture) throw NoPicture(own);
   WritePicture(*picture, SongFileName(song), arguments, session);
   if (!isDamaged) return ExitCode::Done;
@@ -220,31 +197,63 @@ ExitCode ShowSong(const ArtworkArguments& arguments, Session& session) {
   return ExitCode::Failed;
 }
 
+// A name with that extension is meant as one, even where no file is; so is a path of what is there.
+bool IsFile(const std::string& name) {
+  const std::string extension = Fold(text::SplitExtension(name).extension);
+  if (extension == "itc" || extension == "itc2") return true;
+  const system::EntryKind kind = system::KindOfEntry(name);
+  const bool isPath = name.find('/') != std::string::npos;
+  return kind == system::EntryKind::Other || (isPath && kind == system::EntryKind::Folder);
+}
+
 ExitCode ShowArtwork(const ArtworkArguments& arguments, Session& session) {
-  if (arguments.all) return ExportArtwork(arguments.exporting, session);
-  return arguments.names.size() == 1 ? ShowFile(arguments, session) : ShowSong(arguments, session);
+  const std::vector<std::string>& names = arguments.names;
+  if (names.empty()) return ExportArtwork(arguments.exporting, session);
+  const bool isFile = names.size() == 1 && IsFile(names[0]);
+  return isFile ? ShowFile(arguments, session) : ShowSong(arguments, session);
+}
+
+// Without a song or file: all covers are meant.
+void CheckExport(const ArtworkArguments& arguments) {
+  const bool isBeside = arguments.exporting.besideSongs;
+  if (arguments.list) throw UsageError("--list shows the images of one song or file, not of all");
+  if (isBeside && arguments.target) {
+    throw UsageError("--beside-songs writes into the folders of albums: it takes no -o");
+  }
+  if (isBeside && (arguments.exporting.perSong || arguments.exporting.unclaimed)) {
+    throw UsageError("--beside-songs writes one cover for each album folder, and nothing else");
+  }
+  if (!isBeside && !arguments.target) {
+    throw UsageError("covers needs a SONG, a FILE, or a folder for all covers: -o DIR");
+  }
 }
 
 void Check(const ArtworkArguments& arguments) {
   const ExportOptions& exporting = arguments.exporting;
-  if (arguments.all != arguments.names.empty()) {
-    throw UsageError("covers needs PLAYLIST SONG, or FILE, or --all");
-  }
-  if (arguments.all && (!arguments.target || arguments.target->empty())) {
-    throw UsageError("covers --all needs a folder: -o DIR");
-  }
-  if (arguments.all && arguments.list) {
-    throw UsageError("--list shows the images of one song or file, not of --all");
-  }
-  if (!arguments.all && (exporting.perSong || exporting.unclaimed)) {
-    throw UsageError("--per-song and --unclaimed need --all");
-  }
   if (arguments.target && arguments.target->empty()) throw UsageError("-o: the name is empty");
+  if (arguments.names.empty()) return CheckExport(arguments);
+  if (arguments.all) throw UsageError("--all and a SONG or FILE exclude each other");
+  if (exporting.perSong || exporting.unclaimed || exporting.besideSongs) {
+    throw UsageError("--per-song, --beside-songs and --unclaimed go with all covers, not with one");
+  }
 }
 
 LibraryNeed NeedOf(const ArtworkArguments& arguments) {
-  if (arguments.all && arguments.exporting.unclaimed) return LibraryNeed::ReadableIfThere;
-  return arguments.names.size() == 1 ? LibraryNeed::None : LibraryNeed::Readable;
+  const std::vector<std::string>& names = arguments.names;
+  if (names.empty()) {
+    return arguments.exporting.unclaimed ? LibraryNeed::ReadableIfThere : LibraryNeed::Readable;
+  }
+  return names.size() == 1 && IsFile(names[0]) ? LibraryNeed::None : LibraryNeed::Readable;
+}
+
+Task MakeTask(const std::shared_ptr<ArtworkArguments>& arguments) {
+  Check(*arguments);
+  constexpr std::size_t kLargest = 1 << 20;  // no picture is larger
+  arguments->exporting.longestSide = static_cast<std::int32_t>(std::min(arguments->size, kLargest));
+  arguments->exporting.folder = arguments->target.value_or("");
+  return Task{.run = [arguments](Session& session) { return ShowArtwork(*arguments, session); },
+              .need = NeedOf(*arguments),
+              .isPaged = false};
 }
 
 }  // namespace
@@ -255,25 +264,27 @@ void DefineArtwork(CommandDefinition program) {
   CommandDefinition command = program.AddCommand("covers", "Write covers to files, or list them");
   command.AddAlias("artwork");
   command.AddPlaces("NAMES", arguments->names, 2,
-                    "PLAYLIST SONG: names, or positions as \"tavrel songs\" shows them;\n"
-                    "or FILE: an artwork cache file (.itc2, .itc)");
-  command.AddText("-o,--output", arguments->target, "FILE",
+                    "SONG: its name, or id:PERSISTENT-ID;\n"
+                    "or PLAYLIST SONG: names, or positions as \"tavrel songs\" shows them;\n"
+                    "or FILE: an artwork cache file (.itc2, .itc); without any, all covers");
+  command.AddText("-o,--output", arguments->target, "PATH",
                   "The file to write (its extension follows the picture's type; - is standard\n"
-                  "output), or the folder");
+                  "output), or the folder; of all covers, the folder");
   command.AddFlag("--list", arguments->list, "List the images instead");
-  command.AddFlag("--all", arguments->all, "One cover for each album of the library");
-  command.AddFlag("--per-song", exporting.perSong, "With --all: one for each song");
+  command.AddFlag("--all", arguments->all, "All covers, as without NAMES: one for each album");
+  command.AddFlag("--per-song", exporting.perSong,
+                  "One for each song instead; equal ones of an album are one file with\n"
+                  "several names, where the disk can have them");
+  command.AddFlag("--beside-songs", exporting.besideSongs,
+                  "As cover.jpg or cover.png in the folder of each album that was found");
+  command.AddCount("--size", arguments->size, "N",
+                   "Make the longer side of larger pictures so many pixels long");
   command.AddFlag("--unclaimed", exporting.unclaimed,
-                  "With --all: also the cache files that belong to no song; the library\n"
-                  "file may be missing then");
+                  "Also the cache files that belong to no song; the library file may be\n"
+                  "missing then");
   command.AddFlag("--force", exporting.force, "Replace files that are there");
-  command.Makes([arguments] {
-    Check(*arguments);
-    if (arguments->all) arguments->exporting.folder = *arguments->target;
-    return Task{.run = [arguments](Session& session) { return ShowArtwork(*arguments, session); },
-                .need = NeedOf(*arguments),
-                .isPaged = false};
-  });
+  command.AddFlag("-n,--dry-run", exporting.isDryRun, "Only say what would be written");
+  command.Makes([arguments] { return MakeTask(arguments); });
 }
 
 }  // namespace tavrel::host

@@ -34,10 +34,19 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
     fs::copy(TAVREL_SAMPLE_HOME "/Music/iTunes", Path("itunes"), fs::copy_options::recursive);
     test::WriteProgram(Path("bin/osascript"), "cat > /dev/null\n");
     Write("Tone.m4r", "tone");
+    Write("music/a.mp3", std::string(200'000, 'a'));
+    Write("music/b.mp3", "b");
+    const auto song = [this](int id, const std::string& name) {
+      return TrackText{id, Property("Name", name) +
+                               Property("Location", "file://" + Path("music/" + name + ".mp3"))};
+    };
+    Write("small.xml",
+          LibraryText({song(1, "a"), song(2, "b")}, {{Property("Name", "L"), {1, 2}}}));
   }
 
   Outcome RunWith(const std::vector<std::string>& arguments, const Fault& fault) const {
     fs::remove_all(Path("covers"));
+    fs::remove_all(Path("copies"));
     Command command;
     command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS},
                            {"FAULT_KIND", fault.kind},
@@ -45,7 +54,9 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
                            {"FAULT_COUNT", Path("count")},
                            {"PATH", Path("bin") + ":/usr/bin:/bin"}};
     if (fault.after) command.environment["FAULT_AFTER"] = "1";
-    std::vector<std::string> all{"--library", Path("itunes/iTunes Music Library.xml")};
+    const bool isCopy = !arguments.empty() && arguments[0] == "copy";
+    std::vector<std::string> all{"--library",
+                                 Path(isCopy ? "small.xml" : "itunes/iTunes Music Library.xml")};
     all.insert(all.end(), arguments.begin(), arguments.end());
     return Run(all, command);
   }
@@ -64,16 +75,33 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
             {"artwork", "--all", "--unclaimed", "-o", Path("covers")},
             {"artwork", "--all", "--per-song", "--force", "-o", Path("covers")},
             {"page", "-o", Path("page.html")},
+            {"artwork", "--all", "--size", "64", "-o", Path("covers")},
+            {"copy", "L", "-o", Path("copies"), "--name", "{name}"},
             {"ringtones", "add", Path("Tone.m4r")}};
   }
 
   void ExpectNothingHalfDone() const {
     EXPECT_THAT(TemporaryFiles(), IsEmpty());
+    ExpectWholeCopies();
     if (!fs::exists(Path("covers"))) return;
     for (const auto& entry : fs::directory_iterator(Path("covers"))) {
       std::ostringstream bytes;
       bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
       EXPECT_TRUE(host::IsWholePng(bytes.str()) || host::IsWholeJpeg(bytes.str())) << entry.path();
+    }
+  }
+
+  void ExpectWholeCopies() const {
+    std::error_code ignored;
+    for (const auto& entry : fs::directory_iterator(Path("copies"), ignored)) {
+      std::ostringstream bytes;
+      bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+      const std::string name = entry.path().filename();
+      if (name == "L.m3u8") {
+        EXPECT_TRUE(bytes.str().starts_with("#EXTM3U") && bytes.str().ends_with('\n')) << name;
+      } else {
+        EXPECT_EQ(bytes.str(), name == "a.mp3" ? std::string(200'000, 'a') : "b") << name;
+      }
     }
   }
 
