@@ -1,8 +1,11 @@
-"""Whether docs/tavrel.3 declares exactly what the public header declares, and shows the example that is built.
+"""Whether docs/tavrel.3 declares exactly what the public header declares, shows the example that is built, and is
+read by groff, where there is one, without a warning.
 
 Usage: check_manual.py CHECKOUT
 """
 import re
+import shutil
+import subprocess
 import sys
 from pathlib import Path
 
@@ -40,11 +43,19 @@ def faults(manual, header, example):
     return found
 
 
+def warnings(manual):
+    if not shutil.which("groff"):
+        return []
+    command = ("groff", "-ww", "-man", "-Tutf8", "-z")
+    read = subprocess.run(command, input=manual.encode(), stderr=subprocess.PIPE, check=False)
+    return read.stderr.decode().splitlines()
+
+
 def main():
     root = Path(sys.argv[1])
     manual, header, example = ((root / name).read_text(encoding="utf-8")
                                for name in ("docs/tavrel.3", "include/tavrel/tavrel.h", "examples/playlists.c"))
-    found = faults(manual, header, example)
+    found = faults(manual, header, example) + warnings(manual)
     for fault in found:
         print("docs/tavrel.3", fault)
     return 1 if found else 0
