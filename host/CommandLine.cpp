@@ -117,7 +117,7 @@ const CommandSummary& Named(const CommandSummary& program, const std::vector<std
   for (const std::string& name : names) {
     const CommandSummary* next = command->Find(name);
     if (next == nullptr)
-      throw Failure(ExitCode::Usage, NoSuchCommand(*command, name, "tavrel help "));
+      throw Failure(ExitCode::Usage, NoHelpOn(*command, name) + "\n  See tavrel help.");
     command = next;
   }
   return *command;

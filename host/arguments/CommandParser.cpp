@@ -3,8 +3,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <map>
 #include <utility>
+
+#include "host/output/Nearest.h"
+#include "host/output/Text.h"
 
 namespace tavrel::host {
 
@@ -23,6 +27,63 @@ std::string Joined(const std::vector<std::string>& choices) {
   std::string joined;
   for (const std::string& choice : choices) joined += (joined.empty() ? "" : "|") + choice;
   return joined;
+}
+
+// ---- What is wrong with a value, in words of our own ----
+
+std::string OneOf(const std::vector<std::string>& choices) {
+  std::string text = "one of:";
+  for (const std::string& choice : choices) text += " " + choice;
+  return text;
+}
+
+std::string NoSuchChoice(const std::string& given, const std::vector<std::string>& choices) {
+  std::string message = "there is no \"" + Clean(given) + '"';
+  const std::vector<std::size_t> near = Nearest(given, choices);
+  if (!near.empty()) message += "; do you mean " + choices[near.front()] + "?";
+  return message + "\n  It is " + OneOf(choices);
+}
+
+// isExact: whether case counts. What is chosen becomes what the choice is called.
+CLI::Validator ChoiceOf(const std::vector<std::string>& choices, bool isExact) {
+  const auto check = [choices, isExact](std::string& given) {
+    for (const std::string& choice : choices) {
+      if (given != choice && (isExact || Fold(given) != Fold(choice))) continue;
+      given = choice;
+      return std::string();
+    }
+    return NoSuchChoice(given, choices);
+  };
+  return {check, ""};
+}
+
+CLI::Validator CountFromOne() {
+  const auto check = [](std::string& given) {
+    std::size_t count = 0;
+    const char* end = given.data() + given.size();
+    const auto [stop, error] = std::from_chars(given.data(), end, count);
+    const bool isCount =
+        error == std::errc() && stop == end && count >= 1 && count <= kLargestCount;
+    return isCount ? std::string() : Clean(given) + " is no whole number from 1 on";
+  };
+  return {check, ""};
+}
+
+// The parser's message on an option that has no value, or too many: it begins with the option's name.
+std::string WrongCount(const std::string& message, const CLI::App& parser) {
+  const std::string name = message.substr(0, message.find(':'));
+  const CLI::Option* option = parser.get_option_no_throw(name);
+  for (const CLI::App* command : parser.get_subcommands()) {
+    if (option == nullptr) return WrongCount(message, *command);
+  }
+  if (option == nullptr) return message;
+  if (option->get_positional()) {
+    return name + ": " + std::to_string(option->count()) + " are given, and no more than " +
+           std::to_string(option->get_items_expected_max()) + " are taken";
+  }
+  if (option->count() > 1) return name + " is given " + std::to_string(option->count()) + " times";
+  const std::string argument = option->get_option_text();
+  return name + " needs a value" + (argument.empty() ? "" : ": " + name + " " + argument);
 }
 
 // What help shows as the argument is the text of an option; of its own the parser would add the type.
@@ -117,14 +178,14 @@ void CommandDefinition::AddTexts(const std::string& names, std::vector<std::stri
 void CommandDefinition::AddCount(const std::string& names, std::size_t& value,
                                  const std::string& argument, const std::string& text) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  Show(option->check(CLI::Range(std::size_t{1}, kLargestCount)), argument);
+  Show(option->check(CountFromOne()), argument);
 }
 
 void CommandDefinition::AddChoice(const std::string& names, std::optional<std::string>& value,
                                   const std::vector<std::string>& choices, const std::string& text,
                                   const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  ShowChoices(option->check(CLI::IsMember(choices)), choices, argument, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, true)), choices, argument, *all_);
 }
 
 void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
@@ -132,7 +193,7 @@ void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
                                            const std::vector<std::string>& choices,
                                            const std::string& text, const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  ShowChoices(option->check(CLI::IsMember(choices, CLI::ignore_case)), choices, argument, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, false)), choices, argument, *all_);
 }
 
 void CommandDefinition::AddParted(const std::string& names, std::optional<std::string>& value,
@@ -155,7 +216,7 @@ void CommandDefinition::AddRequiredChoice(const std::string& name, std::string& 
                                           const std::vector<std::string>& choices,
                                           const std::string& text) {
   CLI::Option* option = parser_->add_option(name, value, text)->required();
-  ShowChoices(option->check(CLI::IsMember(choices)), choices, {}, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, true)), choices, {}, *all_);
 }
 
 void CommandDefinition::AddPlaces(const std::string& name, std::vector<std::string>& values,
@@ -203,6 +264,9 @@ ParsedWords CommandParser::Parse(int count, const char* const* arguments) {
     kind = Kind::VersionAsked;
   } catch (const CLI::ExtrasError&) {
     kind = Kind::TooMany;
+  } catch (const CLI::ArgumentMismatch& error) {
+    kind = Kind::Wrong;
+    message = WrongCount(error.what(), *parser_);
   } catch (const CLI::ParseError& error) {
     kind = Kind::Wrong;
     message = error.what();

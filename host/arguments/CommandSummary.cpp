@@ -13,7 +13,8 @@ bool IsLowerCase(std::string_view word) {
 // A word of an option's argument.
 void Take(std::string_view word, OptionValues& values) {
   if (IsLowerCase(word)) values.choices.emplace_back(word);
-  if (word == "FILE" || word == "PATH" || word == "DIR" || word == "FOLDER") values.files = true;
+  if (word.starts_with("FILE") || word == "PATH" || word == "DIR" || word == "FOLDER")
+    values.files = true;
   if (word == "LIST" || word == "PLAYLIST") values.lists = true;
   if (word == "COMMAND") values.commands = true;
 }

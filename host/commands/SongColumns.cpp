@@ -1,6 +1,7 @@
 #include "host/commands/SongColumns.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "host/output/EditDistance.h"
@@ -11,11 +12,33 @@
 namespace tavrel::host {
 namespace {
 
+constexpr std::size_t kWidestLine = 78;  // of a message
+constexpr std::size_t kIndent = 3;
 constexpr std::size_t kLongestCompared = 40;  // in bytes; no name of a field comes near
 
-Failure NoSuchField(std::string_view name) {
-  std::string message = "there is no field \"" + Clean(name) + '"';
-  const std::string folded = Fold(name.substr(0, kLongestCompared));
+// What people call a field that goes by another name here.
+struct Guess {
+  std::string_view word;
+  Field field;
+};
+
+constexpr std::array kGuesses{
+    Guess{"title", Field::Name},       Guess{"song", Field::Name},
+    Guess{"time", Field::Seconds},     Guess{"duration", Field::Seconds},
+    Guess{"length", Field::Seconds},   Guess{"date", Field::Added},
+    Guess{"stars", Field::Rating},     Guess{"count", Field::Plays},
+    Guess{"number", Field::Track},     Guess{"file", Field::Path},
+    Guess{"url", Field::Location},     Guess{"format", Field::Kind},
+    Guess{"comment", Field::Comments}, Guess{"episodeOrder", Field::Episode},
+};
+
+std::string WithoutBlanks(std::string_view text) {
+  std::string rest(text);
+  rest.erase(std::remove(rest.begin(), rest.end(), ' '), rest.end());
+  return rest;
+}
+
+std::string_view NearestField(const std::string& folded) {
   const EditDistance distance(folded);
   std::string_view nearest;
   std::size_t least = std::max<std::size_t>(2, folded.size() / 3) + 1;
@@ -25,10 +48,45 @@ Failure NoSuchField(std::string_view name) {
     least = far;
     nearest = field.name;
   }
-  if (!nearest.empty()) message.append("; do you mean ").append(nearest).append("?");
+  return nearest;
+}
+
+// The field that is guessed at, called by its key in the file, or mistyped; empty when none is near.
+std::string_view MeantBy(std::string_view name) {
+  const std::string folded = Fold(WithoutBlanks(name));
+  for (const Guess& guess : kGuesses) {
+    if (Fold(guess.word) == folded) return FactsOf(guess.field).name;
+  }
+  for (const FieldFacts& field : kFields) {
+    if (Fold(WithoutBlanks(field.key)) == folded) return field.name;
+    if (Fold(WithoutBlanks(field.heading)) == folded) return field.name;
+  }
+  return NearestField(folded.substr(0, kLongestCompared));
+}
+
+Failure NoSuchField(std::string_view name) {
+  std::string message = "there is no field \"" + Clean(name) + '"';
+  if (name.empty()) message = "a name of a field is missing";
+  const std::string_view meant = name.empty() ? name : MeantBy(name);
+  if (!meant.empty()) message.append("; do you mean ").append(meant).append("?");
+  if (name.starts_with('-')) message += " --reverse turns the order round.";
   message += "\n  The fields are:";
-  for (const FieldFacts& field : kFields) message.append(" ").append(field.name);
+  std::size_t column = message.size() - message.rfind('\n');
+  for (const FieldFacts& field : kFields) {
+    column += 1 + field.name.size();
+    if (column > kWidestLine) {
+      message += "\n   ";
+      column = kIndent + 1 + field.name.size();
+    }
+    message.append(" ").append(field.name);
+  }
   return {ExitCode::Usage, message};
+}
+
+std::string_view WithoutBlanksAround(std::string_view text) {
+  while (text.starts_with(' ')) text.remove_prefix(1);
+  while (text.ends_with(' ')) text.remove_suffix(1);
+  return text;
 }
 
 }  // namespace
@@ -67,7 +125,7 @@ std::vector<Field> ParseFields(std::string_view text, bool* isAll) {
   std::vector<Field> fields;
   for (;;) {
     const std::size_t comma = text.find(',');
-    const std::string_view name = text.substr(0, comma);
+    const std::string_view name = WithoutBlanksAround(text.substr(0, comma));
     const std::optional<Field> field = FindField(name);
     if (!field) throw NoSuchField(name);
     fields.push_back(*field);

@@ -2,47 +2,16 @@
 
 #include <sys/stat.h>
 
-#include <array>
+#include <algorithm>
 #include <string_view>
 
+#include "host/help/Guesses.h"
 #include "host/library/Invocation.h"
 #include "host/output/Nearest.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
-
-// What people try first, and what it is called here.
-struct Guess {
-  std::string_view word;
-  std::string_view command;
-};
-
-constexpr std::array kGuesses{
-    Guess{"find", "search"},
-    Guess{"grep", "search"},
-    Guess{"list", "songs"},
-    Guess{"ls", "songs"},
-    Guess{"tracks", "songs"},
-    Guess{"show", "songs"},
-    Guess{"export", "songs"},
-    Guess{"dump", "songs"},
-    Guess{"lists", "playlists"},
-    Guess{"folders", "playlists"},
-    Guess{"cover", "covers"},
-    Guess{"art", "covers"},
-    Guess{"images", "covers"},
-    Guess{"pictures", "covers"},
-    Guess{"albums", "stats --by album"},
-    Guess{"artists", "stats --by artist"},
-    Guess{"genres", "stats --by genre"},
-    Guess{"years", "stats --by year"},
-    Guess{"top", "stats"},
-    Guess{"count", "stats"},
-    Guess{"statistics", "stats"},
-    Guess{"tones", "ringtones"},
-    Guess{"man", "help"},
-};
 
 std::string Suggestion(const std::vector<std::string>& lines) {
   if (lines.empty()) return {};
@@ -66,22 +35,46 @@ std::vector<std::string> OptionNames(const CommandSummary& command) {
   return names;
 }
 
-std::string NoSuchOption(const CommandSummary& program, const CommandSummary& command,
-                         const std::string& word) {
-  const std::string name = word.substr(0, word.find('='));
+// Where it stands, an option of another command is none.
+std::vector<std::string> CommandsWith(const CommandSummary& program, const CommandSummary& command,
+                                      const std::string& option) {
+  std::vector<std::string> commands;
+  for (const CommandSummary& other : program.commands) {
+    for (const std::string& known : OptionNames(other)) {
+      if (known == option && &other != &command) commands.push_back(other.path + " " + known);
+    }
+  }
+  return commands;
+}
+
+std::vector<std::string> NearOptions(const CommandSummary& program, const CommandSummary& command,
+                                     const std::string& option) {
   std::vector<std::string> names = OptionNames(command);
   if (&program != &command) {
     for (std::string& other : OptionNames(program)) names.push_back(std::move(other));
   }
   std::vector<std::string> near;
-  for (const std::size_t number : Nearest(name, names)) near.push_back(names[number]);
-  // Where it stands, an option of another command is none.
-  for (const CommandSummary& other : program.commands) {
-    for (const std::string& known : OptionNames(other)) {
-      if (known == name && &other != &command) near.push_back(other.path + " " + known);
-    }
-  }
-  return command.path + " has no option " + name + Suggestion(near);
+  if (!option.starts_with("--")) return near;  // one letter is near to everything
+  for (const std::size_t number : Nearest(option, names)) near.push_back(names[number]);
+  return near;
+}
+
+std::string NoSuchOption(const CommandSummary& program, const CommandSummary& command,
+                         const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  std::vector<std::string> meant = GuessedOptions(program, command, name);
+  if (meant.empty()) meant = NearOptions(program, command, name);
+  if (meant.empty()) meant = CommandsWith(program, command, name);
+  return command.path + " has no option " + name + Suggestion(meant);
+}
+
+std::vector<std::string> NearCommands(const CommandSummary& program, const std::string& word,
+                                      const std::string& invocation) {
+  std::vector<std::string> names;
+  for (const CommandSummary& command : program.commands) names.push_back(command.name);
+  std::vector<std::string> near;
+  for (const std::size_t number : Nearest(word, names)) near.push_back(invocation + names[number]);
+  return near;
 }
 
 std::size_t PlaceCount(const CommandSummary& command) {
@@ -90,28 +83,28 @@ std::size_t PlaceCount(const CommandSummary& command) {
   return count;
 }
 
-}  // namespace
-
 std::string NoSuchCommand(const CommandSummary& program, const std::string& word,
                           const std::string& invocation) {
   std::vector<std::string> meant;
   if (IsFileOrFolder(word)) meant.push_back("tavrel -l " + Quoted(word));
-  for (const Guess& guess : kGuesses) {
-    const std::string_view command = guess.command.substr(0, guess.command.find(' '));
-    if (guess.word == word && program.Find(command) != nullptr) {
-      meant.push_back(invocation + std::string(guess.command));
-    }
-  }
-  if (meant.empty()) {
-    std::vector<std::string> names;
-    for (const CommandSummary& command : program.commands) names.push_back(command.name);
-    for (const std::size_t number : Nearest(word, names))
-      meant.push_back(invocation + names[number]);
-  }
-  if (meant.empty() && program.Find("search") != nullptr) {
-    meant.push_back(invocation + "search " + Quoted(word));
-  }
+  for (const std::string& guess : GuessedCommands(program, word))
+    meant.push_back(invocation + guess);
+  if (meant.empty()) meant = NearCommands(program, word, invocation);
+  if (meant.empty()) meant.push_back(invocation + "search " + Quoted(word));
   return "there is no command \"" + word + "\"" + Suggestion(meant);
+}
+
+}  // namespace
+
+std::string NoHelpOn(const CommandSummary& command, const std::string& word) {
+  const std::size_t name = std::min(command.path.find(' '), command.path.size());
+  const std::string help = "tavrel help" + command.path.substr(name) + " ";
+  std::vector<std::string> meant;
+  for (const std::string& guess : GuessedCommands(command, word)) {
+    if (!guess.starts_with('-')) meant.push_back(help + guess.substr(0, guess.find(' ')));
+  }
+  if (meant.empty()) meant = NearCommands(command, word, help);
+  return command.path + " has no command \"" + word + "\"" + Suggestion(meant);
 }
 
 std::string ExplainExtras(const CommandSummary& program, const CommandSummary& command,
@@ -124,6 +117,13 @@ std::string ExplainExtras(const CommandSummary& program, const CommandSummary& c
 
   const std::string what = command.path + " does not take \"" + extras.front() + "\"";
   const std::size_t places = PlaceCount(command);
+  if (places == 0 && extras.size() == 1) {
+    std::vector<std::string> meant;
+    for (const std::string& guess : GuessedPlaces(program, command, extras.front())) {
+      meant.push_back(invocation + guess);
+    }
+    return what + Suggestion(meant);
+  }
   if (places != 1 || words.empty()) return what;
   std::string whole;
   for (const auto* list : {&words, &extras}) {

@@ -20,8 +20,8 @@ namespace tavrel::host {
                                         const std::vector<std::string>& words,
                                         const std::string& invocation);
 
-// The message for a command that is not there, with those that may have been meant.
-[[nodiscard]] std::string NoSuchCommand(const CommandSummary& program, const std::string& word,
-                                        const std::string& invocation);
+// The message when help is asked for one that is not there. command: the program, or a command that was asked
+// for something below it.
+[[nodiscard]] std::string NoHelpOn(const CommandSummary& command, const std::string& word);
 
 }  // namespace tavrel::host

@@ -1,6 +1,7 @@
 #include "host/library/PlaylistSearch.h"
 
 #include <fmt/format.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <charconv>
@@ -150,6 +151,14 @@ class Nearness {
   EditDistance distance_;
 };
 
+// Commands for somebody who meant another thing than a playlist.
+std::string WhereToLook(const std::string& wanted, const Options& options) {
+  struct stat status {};
+  if (::stat(wanted.c_str(), &status) == 0) return "tavrel -l " + Quoted(wanted);
+  return Invocation(options, "playlists") + ", or " +
+         Invocation(options, "search " + Quoted(wanted));
+}
+
 Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted,
                 const Options& options) {
   std::vector<std::pair<std::size_t, const Playlist*>> near;
@@ -165,7 +174,7 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
   if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
 
   std::string message = fmt::format("there is no playlist named \"{}\"", Clean(wanted));
-  if (near.empty()) message += "\n  See " + Invocation(options, "playlists") + ".";
+  if (near.empty()) message += "\n  See " + WhereToLook(wanted, options) + ".";
   if (!near.empty()) message += "; do you mean:";
   for (const auto& [distance, playlist] : near) message += "\n  " + Describe(*playlist);
   return {ExitCode::Failed, message};

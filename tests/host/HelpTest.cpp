@@ -56,6 +56,67 @@ TEST_F(Help, ShowsExamplesFirstAndFitsTheTerminal) {
   }
 }
 
+TEST_F(Help, EveryCommandHasExamplesAndTheyStandFirst) {
+  const std::vector<std::string> lines = Lines(Printed({"help"}));
+  auto line = std::find(lines.begin(), lines.end(), "Commands:");
+  ASSERT_NE(line, lines.end());
+  int commands = 0;
+  while (++line != lines.end() && line->starts_with("  ")) {
+    if (line->at(2) == ' ') continue;  // more of what stands above
+    const std::string name = line->substr(2, line->find(' ', 2) - 2);
+    const std::string text = Printed({"help", name});
+    ++commands;
+    ASSERT_NE(text.find("\nExamples:\n"), std::string::npos) << name;
+    EXPECT_LT(text.find("\nExamples:\n"), text.find("\nUsage:\n")) << name;
+    EXPECT_THAT(text, HasSubstr("\n  tavrel " + name)) << name;
+  }
+  EXPECT_GE(commands, 8);
+}
+
+TEST_F(Help, AWrongValueIsToldInPlainWordsWhatMayStandThere) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> wrong{
+      {{"--color", "alway"},
+       "--color: there is no \"alway\"; do you mean always?\n  It is one of: auto always never\n"},
+      {{"stats", "--by", "artists"}, "--by: there is no \"artists\"; do you mean artist?\n"},
+      {{"songs", "--format", "xml"},
+       "--format: there is no \"xml\"\n  It is one of: table json jsonl csv tsv\n"},
+      {{"songs", "--format", "CSV"}, "there is no \"CSV\"; do you mean csv?\n"},
+      {{"completion", "tcsh"}, "there is no \"tcsh\"\n  It is one of: bash zsh fish\n"},
+      {{"search", "x", "--limit", "-1"}, "--limit: -1 is no whole number from 1 on\n"},
+      {{"search", "x", "--limit", "0x"}, "--limit: 0x is no whole number from 1 on\n"},
+      {{"--library"}, "--library needs a value: --library PATH\n"},
+      {{"search", "--artist"}, "--artist needs a value: --artist TEXT\n"},
+      {{"-l", "a", "-l", "b"}, "--library is given 2 times\n"},
+      {{"search", "--artist", "x", "--artist", "y"}, "--artist is given 2 times\n"},
+  };
+  for (const auto& [arguments, message] : wrong)
+    EXPECT_THAT(Mistake(arguments), HasSubstr(message));
+}
+
+TEST_F(Help, WhatPeopleTryFirstIsToldWhatItIsCalled) {
+  EXPECT_THAT(Mistake({"version"}), HasSubstr("\n    tavrel --version\n"));
+  EXPECT_THAT(Mistake({"-l", "x", "artists"}), HasSubstr("\n    tavrel -l x stats --by artist\n"));
+  EXPECT_THAT(Mistake({"songs", "--csv"}),
+              HasSubstr(" no option --csv; do you mean:\n    --format csv\n"));
+  EXPECT_THAT(Mistake({"search", "--title", "x"}), HasSubstr(":\n    --name\n"));
+  EXPECT_THAT(Mistake({"stats", "--limit", "3"}), HasSubstr(":\n    --top\n"));
+  EXPECT_THAT(Mistake({"songs", "--no-color"}), HasSubstr(":\n    --color never\n"));
+  EXPECT_THAT(Mistake({"stats", "genres"}), HasSubstr("\n    tavrel stats --by genre\n"));
+  EXPECT_THAT(Mistake({"-l", "x", "playlists", "Road trip"}),
+              HasSubstr("\n    tavrel -l x songs 'Road trip'\n"
+                        "    tavrel -l x playlists --with 'Road trip'\n"));
+  EXPECT_THAT(Mistake({"songs", "-n", "3"}), Not(HasSubstr("do you mean")))
+      << "a letter is near to every other";
+}
+
+TEST_F(Help, HelpOnNothingThereSaysWhatThereIs) {
+  EXPECT_THAT(Mistake({"help", "ringtones", "ad"}),
+              HasSubstr("tavrel ringtones has no command \"ad\"; do you mean:\n"
+                        "    tavrel help ringtones add\n"));
+  EXPECT_EQ(Mistake({"help", "zzzz"}),
+            "tavrel: tavrel has no command \"zzzz\"\n  See tavrel help.\n");
+}
+
 TEST_F(Help, ACommandThatIsMistypedOrGuessedIsPutRight) {
   EXPECT_THAT(Mistake({"serch", "x"}),
               HasSubstr("no command \"serch\"; do you mean:\n    tavrel search\n"));

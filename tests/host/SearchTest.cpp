@@ -66,6 +66,7 @@ TEST_F(Search, EveryWordMustBeFoundInAnyOfFiveTexts) {
   EXPECT_EQ(Find({"--count", "dvorak", "opera", "rus"}).output, "1\n");
   EXPECT_EQ(Find({"--count", "dvorak", "smetana"}).output, "0\n");
   EXPECT_EQ(Find({"--count", "song dvorak"}).output, "0\n") << "no text reaches into the next";
+  EXPECT_EQ(Find({"--count", "songdvorak"}).output, "0\n");
   EXPECT_EQ(Find({"--count", "stray song"}).output, "1\n");
   file_ = Write("more.xml", LibraryText({{1, Property("Composer", "Holst")},
                                          {2, Property("Album Artist", "Holst")},

@@ -41,7 +41,7 @@ TEST_F(SongFields, AreTheColumnsInTheOrderInWhichTheyAreNamed) {
   EXPECT_THAT(Lines(List({"--fields", "year,NAME,seconds"}).output),
               ElementsAre("#  Year  Name     Time", "0  1899  Nimrod   4:05", "1  1833  \u00C9tude",
                           "2  1899  allegro", "3"));
-  EXPECT_THAT(Lines(List({"--fields", "year,name", "--format", "csv"}).output)[0], "year,name");
+  EXPECT_THAT(Lines(List({"--fields", "year, name", "--format", "csv"}).output)[0], "year,name");
 }
 
 TEST_F(SongFields, SortWithoutCaseAndAccentsAndLeaveMissingOnesLast) {
@@ -67,6 +67,17 @@ TEST_F(SongFields, AnUnknownOneIsWrongUsageAndToldTheNearest) {
               HasSubstr("there is no field \"albumartst\"; do you mean albumArtist?"));
   EXPECT_EQ(List({"--sort", "nmae"}).exitCode, 2);
   EXPECT_THAT(List({"--sort", "nmae"}).errors, HasSubstr("do you mean name?"));
+  for (const auto& [guess, field] : {std::pair("title", "name"),
+                                     {"duration", "seconds"},
+                                     {"Play Count", "plays"},
+                                     {"lastplay", "lastPlayed"},
+                                     {"album rating", "albumRating"}}) {
+    EXPECT_THAT(List({"--fields", guess}).errors,
+                HasSubstr("\"; do you mean " + std::string(field) + "?\n"));
+  }
+  EXPECT_THAT(List({"--sort", "-year"}).errors, HasSubstr("do you mean year? --reverse turns"));
+  EXPECT_THAT(List({"--fields", "name,"}).errors, HasSubstr("a name of a field is missing\n"));
+  for (const std::string& line : Lines(List({"--fields", "x"}).errors)) EXPECT_LE(line.size(), 80u);
   EXPECT_EQ(List({"--sort", "all"}).exitCode, 2);
   EXPECT_EQ(List({"--fields", ""}).exitCode, 2);
 }

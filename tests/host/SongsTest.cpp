@@ -122,7 +122,10 @@ TEST_F(Songs, AnUnknownNameSuggestsTheNearest) {
   ExpectNotFound("music",
                  "there is no playlist named \"music\"; do you mean:\n  2:4  Morning Music\n");
   ExpectNotFound("Gymnopédies", "there is no playlist named \"Gymnopédies\"\n  See tavrel -l " +
-                                    file_ + " playlists.\n");
+                                    file_ + " playlists, or tavrel -l " + file_ +
+                                    " search Gymnopédies.\n");
+  ExpectNotFound(file_,
+                 "there is no playlist named \"" + file_ + "\"\n  See tavrel -l " + file_ + ".\n");
   ExpectNotFound("id:F00", "there is no playlist with the ID \"F00\"\n  tavrel -l " + file_ +
                                " playlists --json shows the IDs.\n");
 }
@@ -145,7 +148,9 @@ TEST_F(Songs, ABadPlaceSaysWhichThereAre) {
 TEST_F(Songs, WhatOnlyLooksLikeAPlaceIsAName) {
   for (const std::string name :
        {"2:", ":0", "2:x", "-1:0", "2:-1", "99999999999:0", "2: 0", "+2:0"}) {
-    EXPECT_THAT(List("x" + name).errors, HasSubstr("no playlist named")) << name;
+    EXPECT_THAT(Run({"--library", file_, "songs", "--", name}).errors,
+                HasSubstr("there is no playlist named \"" + name))
+        << name;
   }
   EXPECT_THAT(List("2:99999999999").errors, HasSubstr("no playlist named"));
   EXPECT_THAT(List("2:").errors, HasSubstr("no playlist named"));

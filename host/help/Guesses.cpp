@@ -1,0 +1,140 @@
+#include "host/help/Guesses.h"
+
+#include <algorithm>
+#include <array>
+
+#include "host/library/Invocation.h"
+#include "host/output/Nearest.h"
+
+namespace tavrel::host {
+namespace {
+
+struct Guess {
+  std::string_view word;
+  std::string_view meant;
+};
+
+constexpr std::array kCommands{
+    Guess{"find", "search"},
+    Guess{"grep", "search"},
+    Guess{"list", "songs"},
+    Guess{"ls", "songs"},
+    Guess{"tracks", "songs"},
+    Guess{"show", "songs"},
+    Guess{"dump", "songs"},
+    Guess{"csv", "songs --format csv"},
+    Guess{"json", "songs --json"},
+    Guess{"lists", "playlists"},
+    Guess{"folders", "playlists"},
+    Guess{"tree", "playlists"},
+    Guess{"cover", "covers"},
+    Guess{"art", "covers"},
+    Guess{"images", "covers"},
+    Guess{"pictures", "covers"},
+    Guess{"albums", "stats --by album"},
+    Guess{"artists", "stats --by artist"},
+    Guess{"genres", "stats --by genre"},
+    Guess{"years", "stats --by year"},
+    Guess{"top", "stats"},
+    Guess{"count", "stats"},
+    Guess{"statistics", "stats"},
+    Guess{"tones", "ringtones"},
+    Guess{"man", "help"},
+    Guess{"version", "--version"},
+    Guess{"web", "page"},
+    Guess{"html", "page"},
+};
+
+constexpr std::array kOptions{
+    Guess{"--csv", "--format csv"},
+    Guess{"--tsv", "--format tsv"},
+    Guess{"--title", "--name"},
+    Guess{"--song", "--name"},
+    Guess{"--track", "--name"},
+    Guess{"--columns", "--fields"},
+    Guess{"--field", "--fields"},
+    Guess{"--order", "--sort"},
+    Guess{"--sort-by", "--sort"},
+    Guess{"--desc", "--reverse"},
+    Guess{"--descending", "--reverse"},
+    Guess{"-r", "--reverse"},
+    Guess{"-n", "--limit"},
+    Guess{"-n", "--top"},
+    Guess{"--limit", "--top"},
+    Guess{"--max", "--limit"},
+    Guess{"--max", "--top"},
+    Guess{"--head", "--limit"},
+    Guess{"-c", "--count"},
+    Guess{"--group-by", "--by"},
+    Guess{"--group", "--by"},
+    Guess{"--playlists", "--lists"},
+    Guess{"--contains", "--with"},
+    Guess{"--song", "--with"},
+    Guess{"--no-color", "--color never"},
+    Guess{"--no-colour", "--color never"},
+    Guess{"--colour", "--color"},
+    Guess{"--silent", "--quiet"},
+    Guess{"--debug", "--verbose"},
+    Guess{"-f", "--library"},
+    Guess{"--file", "--library"},
+    Guess{"--input", "--library"},
+    Guess{"--xml", "--library"},
+    Guess{"-i", "--library"},
+    Guess{"--overwrite", "--force"},
+    Guess{"--output-dir", "--output"},
+    Guess{"-j", "--json"},
+    Guess{"-V", "--version"},
+    Guess{"-?", "--help"},
+};
+
+std::string_view FirstWord(std::string_view text) {
+  return text.substr(0, text.find(' '));
+}
+
+bool HasOption(const CommandSummary& command, std::string_view name) {
+  return std::any_of(command.options.begin(), command.options.end(), [name](const auto& option) {
+    return std::find(option.names.begin(), option.names.end(), name) != option.names.end();
+  });
+}
+
+}  // namespace
+
+std::vector<std::string> GuessedCommands(const CommandSummary& program, std::string_view word) {
+  std::vector<std::string> meant;
+  for (const Guess& guess : kCommands) {
+    if (guess.word != word) continue;
+    const std::string_view first = FirstWord(guess.meant);
+    if (program.Find(first) != nullptr || HasOption(program, first))
+      meant.emplace_back(guess.meant);
+  }
+  return meant;
+}
+
+std::vector<std::string> GuessedOptions(const CommandSummary& program,
+                                        const CommandSummary& command, std::string_view option) {
+  std::vector<std::string> meant;
+  for (const Guess& guess : kOptions) {
+    if (guess.word != option) continue;
+    const std::string_view first = FirstWord(guess.meant);
+    if (HasOption(command, first) || HasOption(program, first)) meant.emplace_back(guess.meant);
+  }
+  return meant;
+}
+
+std::vector<std::string> GuessedPlaces(const CommandSummary& program, const CommandSummary& command,
+                                       const std::string& word) {
+  std::vector<std::string> meant;
+  const std::string rest = command.path.substr(program.path.size() + 1);
+  for (const OptionSummary& option : command.options) {
+    const std::vector<std::size_t> near = Nearest(word, option.choices);
+    if (near.empty() || option.StandsByPlace()) continue;
+    meant.push_back(rest + " " + option.names.back() + " " + option.choices[near.front()]);
+  }
+  if (meant.empty() && HasOption(command, "--with")) {
+    meant.push_back("songs " + Quoted(word));
+    meant.push_back(rest + " --with " + Quoted(word));
+  }
+  return meant;
+}
+
+}  // namespace tavrel::host
