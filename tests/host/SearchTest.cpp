@@ -170,6 +170,10 @@ TEST_F(Search, OnATerminalTheMatchCatchesTheEye) {
   EXPECT_THAT(Find({"usal"}).output, Not(HasSubstr("\x1b")));
   terminal.environment["NO_COLOR"] = "1";
   EXPECT_THAT(Find({"usal"}, terminal).output, Not(HasSubstr("\x1b")));
+  terminal.environment.erase("NO_COLOR");
+  file_ = Write("exact.xml", LibraryText({{1, Property("Name", "Cafe Caf\u00E9")}}));
+  EXPECT_THAT(Find({"--exact", "caf\u00E9"}, terminal).output,
+              HasSubstr("Cafe \x1b[1;33mCaf\u00E9\x1b[0m"));
 }
 
 TEST_F(Search, HarmfulTextsAndTermsAreMadeHarmless) {

@@ -119,6 +119,13 @@ TEST_F(SongFields, ValuesOfAnotherTypeAreNone) {
   EXPECT_EQ(song["podcast"], false);
 }
 
+TEST_F(SongFields, OtherKeysAreNumbersWhereJsonHasThemSo) {
+  file_ = WriteTracks(Number("Even", 70) + "<key>Odd</key><integer>007</integer>");
+  const Json song = First({"--fields", "all"});
+  EXPECT_EQ(song["Even"], 70);
+  EXPECT_EQ(song["Odd"], "007");
+}
+
 TEST_F(SongFields, SecondsHaveUpToThreeDecimalPlaces) {
   for (const auto& [time, seconds] : {std::pair(245120, "245.12"),
                                       {245000, "245"},
