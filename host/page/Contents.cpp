@@ -59,15 +59,20 @@ std::int64_t DayOf(std::string_view date) noexcept {
   return std::chrono::sys_days(day).time_since_epoch().count();
 }
 
+// How many units it is, none below 0.
+std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
+  const std::int64_t whole = std::max<std::int64_t>(number, 0);
+  return whole / unit + (whole % unit >= unit / 2 ? 1 : 0);
+}
+
 std::int64_t NumberOf(const SongRecord& song, Field field, ColumnKind kind) {
   switch (kind) {
     case ColumnKind::Seconds:
-      return song.Text(field) ? (song.Milliseconds() + 500) / 1000 : kNone;
+      return song.Text(field) ? Rounded(song.Milliseconds(), 1000) : kNone;
     case ColumnKind::Day:
       return song.Text(field) ? DayOf(*song.Text(field)) : kNone;
     case ColumnKind::Kilobytes:
-      return song.Number(field) ? (std::max<std::int64_t>(*song.Number(field), 0) + 512) / 1024
-                                : kNone;
+      return song.Number(field) ? Rounded(*song.Number(field), 1024) : kNone;
     case ColumnKind::Rating:
       return song.Is(Field::RatingComputed) ? kNone : song.Number(field).value_or(kNone);
     case ColumnKind::Flag:

@@ -2,6 +2,7 @@
 
 #include <tavrel/tavrel.h>
 
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <string_view>
@@ -78,6 +79,9 @@ std::string MakePage(const PageContents& contents, const PageCovers& covers,
 }
 
 bool IsPage(const std::string& path) {
+  // Anything else may wait for ever, or be no file at all.
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) return false;
   std::ifstream file(path, std::ios::binary);
   std::string opening(kOpening.size(), '\0');
   file.read(opening.data(), static_cast<std::streamsize>(opening.size()));

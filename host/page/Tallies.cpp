@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kMostBars = 10;
 constexpr std::int64_t kHour = 3600;
+constexpr std::int64_t kLongest = INT32_MAX / 1000;  // that a song counts for, in seconds
 constexpr std::int64_t kEarliestYear = 1860;  // of a recording; earlier ones are wrong or a score's
 constexpr std::size_t kMostYears = 40;
 
@@ -77,7 +78,7 @@ std::vector<PlotEntry> HoursPerArtist(const PageContents& contents, const Words&
   const std::vector<std::int64_t>& seconds = contents.Of(Field::Seconds).numbers;
   std::vector<PlotEntry> entries =
       Tallied("artist", artists, Sums(artists, [&seconds](std::size_t song) {
-                return std::max<std::int64_t>(seconds[song] - 1, 0);
+                return std::clamp<std::int64_t>(seconds[song] - 1, 0, kLongest);
               }));
   for (PlotEntry& entry : entries) {
     const std::int64_t hours = entry.size / kHour;

@@ -7,6 +7,7 @@ import datetime
 import gzip
 import hashlib
 import json
+import os
 import plistlib
 import re
 import subprocess
@@ -176,10 +177,10 @@ def content_faults(songs, library):
 
 class Runner:
     def __init__(self, tavrel, folder):
-        self.tavrel, self.folder = tavrel, Path(folder)
+        self.tavrel, self.folder = str(Path(tavrel).resolve()), Path(folder)
 
     def run(self, *arguments):
-        return subprocess.run([self.tavrel, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        return subprocess.run([self.tavrel, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE, timeout=60)
 
     def page(self, *arguments):
         target = self.folder / "page.html"
@@ -232,6 +233,9 @@ def option_faults(runner, home):
     other.write_text("<!doctype html>\nmine")
     if runner.run("--home", home, "page", "-o", other).returncode != 1 or other.read_text() != "<!doctype html>\nmine":
         yield "a file of another's is replaced"
+    os.mkfifo(runner.folder / "pipe")
+    if runner.run("--home", home, "page", "-o", runner.folder / "pipe").returncode != 1:
+        yield "a pipe is written to, or waited for"
     for wrong in (("-o", ""), (), ("-o", "-", "--open"), ("-o", target, "--covers", "many"), ("-o", target, "--covers", "-1")):
         if runner.run("--home", home, "page", *wrong).returncode != 2:
             yield f"{wrong} is no wrong usage"
@@ -240,12 +244,32 @@ def option_faults(runner, home):
         yield "standard output has another page"
 
 
+def opening_faults(runner, home):
+    """A stand-in for the desktop's own program writes down what it is told to open."""
+    opener = runner.folder / "bin" / "xdg-open"
+    opener.parent.mkdir()
+    told = runner.folder / "told"
+    opener.write_text(f"#!/bin/sh\nprintf '%s\\n' \"$@\" >'{told}'\nexit ${{OPEN_RESULT:-0}}\n")
+    opener.chmod(0o755)
+    for result, code in (("0", 0), ("3", 1)):
+        environment = {"PATH": f"{opener.parent}:/usr/bin:/bin", "OPEN_RESULT": result}
+        done = subprocess.run([runner.tavrel, "--home", str(Path(home).resolve()), "page", "-o", "-page.html", "--open"],
+                              cwd=runner.folder, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        if done.returncode != code or told.read_text() != "./-page.html\n":
+            yield f"--open ends with {done.returncode} and opens {told.read_text()!r}"
+    environment["PATH"] = "/nowhere"
+    done = subprocess.run([runner.tavrel, "--home", str(Path(home).resolve()), "page", "-o", "-page.html", "--open"],
+                          cwd=runner.folder, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+    if done.returncode != 1 or b"with a browser" not in done.stderr:
+        yield "--open without a desktop does not say what to do"
+
+
 def hostile_faults(runner):
     tracks = {}
     for number, text in enumerate(HOSTILE, 1):
         tracks[str(number)] = {"Track ID": number, "Name": text, "Artist": text, "Album": text, "Genre": text,
                                "Comments": text, "Play Count": number, "Total Time": 1000, "Location": text}
-    for number, value in enumerate((-1, 0, 2 ** 62, -2 ** 62, 99999), 100):
+    for number, value in enumerate((-1, 0, 2 ** 63 - 1, -2 ** 63, 99999), 100):
         tracks[str(number)] = {"Track ID": number, "Total Time": value, "Year": value, "Play Count": value,
                                "Rating": value, "Size": value, "Name": str(number)}
     page = runner.page("-l", runner.write("hostile.xml", tracks))
@@ -276,7 +300,7 @@ def main():
     tavrel, home = sys.argv[1:]
     with tempfile.TemporaryDirectory() as folder:
         runner = Runner(tavrel, folder)
-        faults = [*sample_faults(runner, home), *option_faults(runner, home), *hostile_faults(runner), *many_faults(runner)]
+        faults = [*sample_faults(runner, home), *option_faults(runner, home), *opening_faults(runner, home), *hostile_faults(runner), *many_faults(runner)]
     print("\n".join(faults) or "the pages are what they should be")
     return 1 if faults else 0
 
