@@ -6,8 +6,8 @@ namespace tavrel::host {
 namespace {
 
 bool IsLowerCase(std::string_view word) {
-  return std::any_of(word.begin(), word.end(),
-                     [](char letter) { return letter >= 'a' && letter <= 'z'; });
+  return !word.empty() && std::none_of(word.begin(), word.end(),
+                                       [](char letter) { return letter >= 'A' && letter <= 'Z'; });
 }
 
 // A word of an option's argument.
@@ -15,6 +15,7 @@ void Take(std::string_view word, OptionValues& values) {
   if (IsLowerCase(word)) values.choices.emplace_back(word);
   if (word.starts_with("FILE") || word == "PATH" || word == "DIR" || word == "FOLDER")
     values.files = true;
+  if (word == "NAMES") values.files = values.lists = true;
   if (word == "LIST" || word == "PLAYLIST") values.lists = true;
   if (word == "COMMAND") values.commands = true;
 }

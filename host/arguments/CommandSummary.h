@@ -29,7 +29,7 @@ struct OptionSummary {
   // "-l, --library PATH", "LIST"
   [[nodiscard]] std::string Title() const;
   // The choices, and what the argument tells of its values: FILE, PATH, DIR and FOLDER name files, LIST and
-  // PLAYLIST playlists, words in lower case stand for themselves, and a comma parts several.
+  // PLAYLIST playlists, NAMES both, words in lower case stand for themselves, and a comma parts several.
   [[nodiscard]] OptionValues Values() const;
 };
 

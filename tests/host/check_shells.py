@@ -42,6 +42,8 @@ CASES = [
     ("tavrel --library=library.xml songs --reverse pl", {"plain"}, {"Road trip"}),
     ("tavrel songs ", set(), {"plain"}),
     ("tavrel --library no", {"note.txt"}, COMMANDS),
+    ("tavrel page -o ", {"note.txt"}, {"FILE.html"}),
+    ("tavrel -l library.xml covers ", {"note.txt", "Road trip"}, COMMANDS),
     ("tavrel ringtones add no", {"note.txt"}, set()),
 ]
 
