@@ -252,7 +252,7 @@ def opening_faults(runner, home):
     opener.write_text(f"#!/bin/sh\nprintf '%s\\n' \"$@\" >'{told}'\nexit ${{OPEN_RESULT:-0}}\n")
     opener.chmod(0o755)
     for result, code in (("0", 0), ("3", 1)):
-        environment = {"PATH": f"{opener.parent}:/usr/bin:/bin", "OPEN_RESULT": result}
+        environment = {**os.environ, "PATH": f"{opener.parent}:/usr/bin:/bin", "OPEN_RESULT": result}
         done = subprocess.run([runner.tavrel, "--home", str(Path(home).resolve()), "page", "-o", "-page.html", "--open"],
                               cwd=runner.folder, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
         if done.returncode != code or told.read_text() != "./-page.html\n":
