@@ -20,12 +20,8 @@ std::string PathOf(const std::string& target) {
 DatabaseCounts WriteTo(const std::string& path, IfThere ifThere, Session& session) {
   const Failure taken(ExitCode::Failed, path + " is there already; --force replaces it");
   if (ifThere == IfThere::Keep && IsTaken(path)) throw taken;
-  const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  std::error_code error;
-  if (!folder.empty()) std::filesystem::create_directories(folder, error);
-  if (error) {
-    throw Failure(ExitCode::Failed, "cannot make " + folder.string() + ": " + error.message());
-  }
+  const std::size_t slash = path.rfind('/');
+  if (slash != std::string::npos && slash > 0) MakeFolders(path.substr(0, slash));
   NewFile file(path);
   const DatabaseCounts counts = WriteDatabase(file.TemporaryPath(), path, session);
   if (!file.Finish(ifThere)) throw taken;

@@ -1,7 +1,5 @@
 #include "host/export/ListExport.h"
 
-#include <filesystem>
-
 #include "host/output/Failure.h"
 #include "host/output/NewFile.h"
 
@@ -59,10 +57,7 @@ class ListExporter {
 
   void MakeFolder(const std::string& folder) {
     if (madeFolder_ == folder) return;
-    const std::string path = options_.folder + '/' + folder;
-    std::error_code error;
-    std::filesystem::create_directories(path, error);
-    if (error) throw Failure(ExitCode::Failed, "cannot make " + path + ": " + error.message());
+    MakeFolders(folder.empty() ? options_.folder : options_.folder + '/' + folder);
     madeFolder_ = folder;
   }
 

@@ -51,7 +51,6 @@ CREATE TABLE library (
 constexpr std::string_view kIndexes = R"(CREATE INDEX tracksById ON tracks (id);
 CREATE INDEX tracksByArtist ON tracks (artist);
 CREATE INDEX tracksByAlbum ON tracks (album);
-CREATE INDEX propertiesByKey ON properties (key);
 CREATE INDEX playlistsByName ON playlists (name);
 CREATE INDEX itemsBySong ON items (song);
 CREATE VIEW listSongs AS

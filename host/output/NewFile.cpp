@@ -120,6 +120,23 @@ bool HoldsText(const std::string& path, std::string_view text) {
   return system::ReadFileBytes(path.c_str()).view() == text;
 }
 
+void MakeFolders(const std::string& path) {
+  if (::mkdir(path.c_str(), 0777) == 0) return;
+  const std::string parent = path.substr(0, path.find_last_not_of('/') + 1);
+  const std::size_t slash = parent.rfind('/');
+  if (errno == ENOENT && slash != std::string::npos && slash > 0) {
+    MakeFolders(parent.substr(0, slash));
+    if (::mkdir(path.c_str(), 0777) == 0) return;
+  }
+  struct stat state;
+  const int error = errno;
+  const bool isThere =
+      error == EEXIST && ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
+  if (!isThere) {
+    throw Failure(ExitCode::Failed, "cannot make " + path + ": " + std::strerror(error));
+  }
+}
+
 void RequireNoEndingSignal() {
   if (system::EndingSignalWaits()) throw Failure(ExitCode::Failed, "");
 }

@@ -74,6 +74,9 @@ class NewFile : public Sink {
 // Whether a file is there that holds exactly the text.
 [[nodiscard]] bool HoldsText(const std::string& path, std::string_view text);
 
+// Makes a folder, and those that lead to it, where they are missing. One that cannot be made is a Failure.
+void MakeFolders(const std::string& path);
+
 // For those who write by other means: a Failure without a message when a signal waits that is to end the
 // program, so that they give up.
 void RequireNoEndingSignal();

@@ -74,15 +74,25 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
             {"search", "a"},
             {"artwork", "--all", "--unclaimed", "-o", Path("covers")},
             {"artwork", "--all", "--per-song", "--force", "-o", Path("covers")},
+            {"export", "--keep-missing", "--force", "-o", Path("lists")},
+            {"export", "--format", "sqlite", "--force", "-o", Path("library.sqlite")},
             {"page", "-o", Path("page.html")},
             {"artwork", "--all", "--size", "64", "-o", Path("covers")},
             {"copy", "L", "-o", Path("copies"), "--name", "{name}"},
             {"ringtones", "add", Path("Tone.m4r")}};
   }
 
+  static void ExpectNoTemporaryFileIn(const std::string& folder) {
+    if (!fs::exists(folder)) return;
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+      EXPECT_FALSE(entry.path().filename().string().starts_with(".tavrel-")) << entry.path();
+    }
+  }
+
   void ExpectNothingHalfDone() const {
     EXPECT_THAT(TemporaryFiles(), IsEmpty());
     ExpectWholeCopies();
+    ExpectNoTemporaryFileIn(Path(""));
     if (!fs::exists(Path("covers"))) return;
     for (const auto& entry : fs::directory_iterator(Path("covers"))) {
       std::ostringstream bytes;

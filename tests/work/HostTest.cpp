@@ -10,10 +10,14 @@
 
 #include "host/commands/SpellingHint.h"
 #include "host/copying/CopyPlan.h"
+#include "host/export/ExportPlan.h"
+#include "host/export/M3u.h"
+#include "host/export/Xspf.h"
 #include "host/library/FileFinder.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Statistics.h"
 #include "host/naming/FileNames.h"
+#include "host/output/Csv.h"
 #include "host/output/Failure.h"
 #include "host/output/Json.h"
 #include "host/output/Table.h"
@@ -230,6 +234,69 @@ TEST(WorkOfTheHost, OnTablesDoubles) {
         return texts;
       },
       kCount, ShowTable);
+}
+
+class Nowhere : public Sink {
+ public:
+  void Write(std::string_view text) override { bytes += text.size(); }
+  std::size_t bytes = 0;
+};
+
+void WriteEntries(const Texts& texts, PlaylistText&& list) {
+  for (const std::string& text : texts) {
+    const std::string path = "/music/" + text;
+    PlaylistEntry entry;
+    entry.name = entry.artist = entry.album = text;
+    entry.path = entry.written = path;
+    list.Add(entry);
+  }
+  EXPECT_NE(list.Finish(), "");
+}
+
+void WriteCells(const Texts& texts) {
+  Nowhere nowhere;
+  CsvWriter csv(nowhere, Separation::Commas, false);
+  JsonList json(nowhere);
+  for (const std::string& text : texts) {
+    csv.Add(text);
+    csv.EndRow();
+    json.Add(text);
+  }
+  EXPECT_GT(nowhere.bytes, 0u);
+}
+
+// Half of them are folders, each within the one before it.
+void Plan(const Texts& texts) {
+  std::vector<Playlist> playlists;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    Playlist playlist{2, static_cast<std::int32_t>(i), texts[i], 0, 0, nullptr};
+    playlist.id = std::to_string(i);
+    if (i > 1) playlist.parent = std::to_string(i / 2 * 2 - 2);
+    if (i % 2 == 0) playlist.type = PlaylistType::Folder;
+    playlists.push_back(std::move(playlist));
+  }
+  EXPECT_EQ(PlanLists(playlists, ChooseOwn(playlists), Layout::Folders, ".m3u8").size(),
+            texts.size() / 2);
+}
+
+TEST(WorkOfTheHost, OnExportedListsDoubles) {
+  const auto oddNames = [](std::size_t count) {
+    Texts made = OrdinaryNames(count);
+    for (std::string& name : made) name += "\n<&\u202E";
+    return made;
+  };
+  for (const auto make : {+oddNames, &OrdinaryNames}) {
+    ExpectDoubledFor<Texts>("M3U8", make, kCount, [](const Texts& texts) {
+      WriteEntries(texts, M3uText("list", M3uEncoding::Utf8));
+    });
+    ExpectDoubledFor<Texts>("M3U", make, kCount, [](const Texts& texts) {
+      WriteEntries(texts, M3uText("list", M3uEncoding::Latin1));
+    });
+    ExpectDoubledFor<Texts>("XSPF", make, kCount,
+                            [](const Texts& texts) { WriteEntries(texts, XspfText("list")); });
+    ExpectDoubledFor<Texts>("CSV and JSON", make, kCount, WriteCells);
+    ExpectDoubledFor<Texts>("files of lists", make, kCount, Plan);
+  }
 }
 
 std::string Repeat(std::string_view piece, std::size_t count) {

@@ -100,6 +100,18 @@ TEST(NewFile, IsThereWhenItIsFinished) {
   EXPECT_EQ(std::filesystem::file_size(path), 100000u);
 }
 
+TEST(MakeFolders, MakesThoseThatAreMissing) {
+  const TemporaryFolder folder;
+  const std::string path = folder.PathOf("a/b//c");
+  MakeFolders(path);
+  EXPECT_TRUE(std::filesystem::is_directory(path));
+  MakeFolders(path + "/");
+  folder.Write("file", "x");
+  EXPECT_THROW(MakeFolders(folder.PathOf("file")), Failure);
+  EXPECT_THROW(MakeFolders(folder.PathOf("file/a")), Failure);
+  EXPECT_THROW(MakeFolders(folder.PathOf(std::string(300, 'x'))), Failure);
+}
+
 TEST(NewFile, IsGivenUpWhenTheProgramIsToEnd) {
   const TemporaryFolder folder;
   const pid_t child = fork();
