@@ -65,7 +65,8 @@ class Compiled(Examples):
         file = plistlib.loads(FILE.read_bytes())
         shown = [f"{len(playlist.get('Playlist Items', [])):5}  {playlist['Name']}"
                  for playlist in file["Playlists"] if playlist.get("Visible", True)]
-        self.assertEqual(sorted(playlists), sorted(shown + [line for line in playlists if line.endswith("  Ringtones")]))
+        ringtones = [line for line in playlists if line.endswith("  Ringtones")]
+        self.assertEqual(sorted(playlists), sorted(shown + ringtones))
         self.assertEqual(len(playlists), len(shown) + 1)
         name, artist = next((track["Name"], track["Artist"]) for track in file["Tracks"].values()
                             if TEXT.lower() in track["Name"].lower())

@@ -99,7 +99,7 @@ export class Library {
    * The library searches only as far as songs are asked for: up to the first, and when that is not enough, from the
    * start up to four times as many as were had, and so on.
    */
-  search(wanted: string | Terms): IterableIterator<Song>;
+  search(wanted: string | Terms): Generator<Song, void, unknown>;
 
   /** Adds a ringtone to iTunes, by a script that osascript runs; LibraryError when that fails. `path` goes into the
    * script as it is: a double quote, a backslash or a line break in it changes the script. */

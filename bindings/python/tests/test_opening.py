@@ -245,7 +245,7 @@ class Finding(unittest.TestCase):
 
     def test_a_library_that_is_not_there_is_an_error_that_says_what_to_do(self):
         ended = sample.run(self.CODE, TAVREL_LIBRARY_PATH=str(self.folder / "none"))
-        self.assertRegex(ended.stderr, "LibraryError: cannot load libTavrel: .*none.*TAVREL_LIBRARY_PATH")
+        self.assertRegex(ended.stderr, r"tavrel\.LibraryError: cannot load libTavrel: .*none.*TAVREL_LIBRARY_PATH")
 
     def test_a_file_that_is_not_libTavrel_is_an_error_that_says_so(self):
         code = """if True:

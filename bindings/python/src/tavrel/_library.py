@@ -2,7 +2,7 @@
 import ctypes
 import os
 from functools import cached_property
-from typing import Dict, Iterator, List, Optional, Type, Union
+from typing import Dict, Generator, List, Optional, Type, Union
 
 from ._errors import LibraryError
 from ._functions import FindSongsCallback, PlaylistRecord, SongInfo
@@ -132,7 +132,7 @@ class Library:
         return Properties(self._session, lambda functions, visitor: functions.VisitLibraryProperties(visitor, None))
 
     def search(self, text: Optional[str] = None, *, name: Optional[str] = None, artist: Optional[str] = None,
-               album: Optional[str] = None) -> Iterator[Song]:
+               album: Optional[str] = None) -> Generator[Song, None, None]:
         """The songs that hold `name` in their name, or `artist` in their artist, or `album` in their album; `text`
         stands for each that is not given. Regardless of case, and of how accented characters are composed.
 
@@ -157,7 +157,7 @@ class Library:
     def __repr__(self) -> str:
         return "Library(closed)" if self._session.is_closed else f"Library({len(self.songs)} songs)"
 
-    def _matches(self, terms: Dict[str, Optional[bytes]]) -> Iterator[Song]:
+    def _matches(self, terms: Dict[str, Optional[bytes]]) -> Generator[Song, None, None]:
         had = 0
         while True:
             room = 3 * had or 1
