@@ -90,7 +90,7 @@ std::string NoSuchCommand(const CommandSummary& program, const std::string& word
   for (const std::string& guess : GuessedCommands(program, word))
     meant.push_back(invocation + guess);
   if (meant.empty()) meant = NearCommands(program, word, invocation);
-  if (meant.empty()) meant.push_back(invocation + "search " + Quoted(word));
+  if (meant.empty() && !word.empty()) meant.push_back(invocation + "search " + Quoted(word));
   return "there is no command \"" + word + "\"" + Suggestion(meant);
 }
 

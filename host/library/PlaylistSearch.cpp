@@ -155,8 +155,9 @@ class Nearness {
 std::string WhereToLook(const std::string& wanted, const Options& options) {
   struct stat status {};
   if (::stat(wanted.c_str(), &status) == 0) return "tavrel -l " + Quoted(wanted);
-  return Invocation(options, "playlists") + ", or " +
-         Invocation(options, "search " + Quoted(wanted));
+  const std::string lists = Invocation(options, "playlists");
+  if (wanted.empty()) return lists;
+  return lists + ", or " + Invocation(options, "search " + Quoted(wanted));
 }
 
 Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted,

@@ -109,6 +109,14 @@ TEST_F(Help, WhatPeopleTryFirstIsToldWhatItIsCalled) {
       << "a letter is near to every other";
 }
 
+TEST_F(Help, AnEmptyWordIsNothingToSearchFor) {
+  EXPECT_EQ(Mistake({""}), "tavrel: there is no command \"\"\n  See tavrel help.\n");
+  const std::string file =
+      Write("library.xml", LibraryText({{1, ""}}, {{Property("Name", "Evening"), {1}}}));
+  EXPECT_EQ(Run({"-l", file, "songs", ""}).errors,
+            "tavrel: there is no playlist named \"\"\n  See tavrel -l " + file + " playlists.\n");
+}
+
 TEST_F(Help, HelpOnNothingThereSaysWhatThereIs) {
   EXPECT_THAT(Mistake({"help", "ringtones", "ad"}),
               HasSubstr("tavrel ringtones has no command \"ad\"; do you mean:\n"
