@@ -62,8 +62,10 @@ std::string ManualPage(const CommandSummary& program, std::string_view version) 
   AddOptions(program, page);
   for (const Chapter& chapter : Chapters()) {
     page += ".SH \"" + Upper(chapter.title) + "\"\n";
+    std::string_view between;
     for (const std::string_view paragraph : chapter.paragraphs) {
-      page += ".PP\n" + Text(paragraph) + "\n";
+      page.append(between).append(Text(paragraph)).append("\n");
+      between = ".PP\n";
     }
   }
   return page;

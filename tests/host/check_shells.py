@@ -172,6 +172,8 @@ def check_page(page):
     if not page.exists():
         return [f"nothing is installed at {page}"]
     failures = []
+    if re.search(r"^\.S[HS].*\n\.PP", page.read_text(encoding="utf-8"), re.MULTILINE):
+        failures.append("the page has a paragraph break below a heading")
     environment = dict(os.environ, LC_ALL="C.UTF-8", MANROFFSEQ="", MANWIDTH="80", MAN_KEEP_FORMATTING="")
     for command in (["man", "--warnings", "-E", "UTF-8", "-l", "-Tutf8", "-P", "cat"],
                     ["groff", "-ww", "-man", "-Tutf8", "-k"]):
