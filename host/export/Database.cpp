@@ -6,6 +6,7 @@
 
 #include "host/export/Schema.h"
 #include "host/export/Sqlite.h"
+#include "host/library/KeptFailure.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/Playlists.h"
 #include "host/library/SongPlaces.h"
@@ -70,35 +71,28 @@ class DatabaseWriter {
     SqliteInsertion& insertion;
     const FieldKeys* known = nullptr;  // keys that have a column
     std::optional<std::int64_t> song = std::nullopt;
-    std::exception_ptr failure = nullptr;
+    KeptFailure failure = {};
   };
 
   static std::int32_t VisitProperty(const char* key, const char* text, const char* type,
                                     void* context) {
     auto& walk = *static_cast<PropertyWalk*>(context);
     if (walk.known != nullptr && walk.known->Find(key)) return 1;
-    try {
+    return walk.failure.Keep([&] {
       if (walk.song) walk.insertion.Add(*walk.song);
       walk.insertion.Add(std::string_view(key));
       walk.insertion.Add(std::string_view(type));
       AddValue(walk.insertion, text, type);
       walk.insertion.InsertRow();
       return 1;
-    } catch (...) {
-      walk.failure = std::current_exception();
-      return 0;
-    }
-  }
-
-  static void Finish(const PropertyWalk& walk) {
-    if (walk.failure) std::rethrow_exception(walk.failure);
+    });
   }
 
   void WriteLibrary() {
     SqliteInsertion insertion(database_, "library", 3);
     PropertyWalk walk{insertion};
     library_.visitLibraryProperties(VisitProperty, &walk);
-    Finish(walk);
+    walk.failure.Throw();
   }
 
   void WriteTracks() {
@@ -115,7 +109,7 @@ class DatabaseWriter {
       AddTrack(tracks, i, reader.Read(all, i));
       PropertyWalk walk{properties, &known, i};
       library_.visitSongProperties(all, i, VisitProperty, &walk);
-      Finish(walk);
+      walk.failure.Throw();
       progress.Step();
     }
     counts_.tracks = count;

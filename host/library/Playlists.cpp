@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "host/library/KeptFailure.h"
+
 namespace tavrel::host {
 namespace {
 
@@ -24,10 +26,10 @@ struct Properties {
   bool isFolder = false;
   bool isSmart = false;
   bool isMaster = false;
+  KeptFailure failure;
 };
 
-std::int32_t Take(const char* key, const char* text, const char* type, void* context) {
-  auto& properties = *static_cast<Properties*>(context);
+void TakeProperty(const char* key, const char* text, const char* type, Properties& properties) {
   const std::string_view name = key;
   const bool isTrue = std::string_view(type) == "true";
   const auto keepFirst = [text](std::string& kept) {
@@ -38,7 +40,14 @@ std::int32_t Take(const char* key, const char* text, const char* type, void* con
   if (name == "Folder") properties.isFolder = properties.isFolder || isTrue;
   if (name == "Master") properties.isMaster = properties.isMaster || isTrue;
   if (name == "Smart Info" || name == "Smart Criteria") properties.isSmart = true;
-  return 1;
+}
+
+std::int32_t Take(const char* key, const char* text, const char* type, void* context) {
+  auto& properties = *static_cast<Properties*>(context);
+  return properties.failure.Keep([&] {
+    TakeProperty(key, text, type, properties);
+    return 1;
+  });
 }
 
 // Kinds from here on are smart lists that a new library comes with, and that its owner may change.
@@ -55,6 +64,7 @@ Playlist ReadPlaylist(const LibraryFunctions& library, std::int32_t group, std::
   const std::int32_t kind = library.getPlaylistKind(handle);
   Properties properties;
   const bool isInFile = library.visitPlaylistProperties(handle, Take, &properties) > 0;
+  properties.failure.Throw();
   return {group,
           position,
           ReadName(library, group, position),

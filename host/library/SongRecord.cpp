@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/library/KeptFailure.h"
 #include "text/FileUrl.h"
 
 namespace tavrel::host {
@@ -117,19 +118,33 @@ OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* play
   struct Context {
     FieldKeys fields;
     OtherKeys keys;
+    KeptFailure failure;
   } context;
   const auto visit = [](const char* key, const char*, const char*, void* pointer) {
     auto& known = *static_cast<Context*>(pointer);
-    if (!known.fields.Find(key)) known.keys.Add(key);
-    return std::int32_t{1};
+    return known.failure.Keep([&] {
+      if (!known.fields.Find(key)) known.keys.Add(key);
+      return 1;
+    });
   };
   const std::int32_t count = library.getSongCount(playlist);
-  for (std::int32_t i = 0; i < count; ++i)
+  for (std::int32_t i = 0; i < count; ++i) {
     library.visitSongProperties(playlist, i, visit, &context);
+    context.failure.Throw();
+  }
   return std::move(context.keys);
 }
 
 // ---- The reader ---------------------------------------------------------------------------------
+
+namespace {
+
+struct Walk {
+  SongRecordReader& reader;
+  KeptFailure failure;
+};
+
+}  // namespace
 
 SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldSet& wanted,
                                    const OtherKeys* keys)
@@ -151,8 +166,11 @@ void SongRecordReader::Set(Field field, std::string_view text, bool isText) {
 
 std::int32_t SongRecordReader::Visit(const char* key, const char* text, const char* type,
                                      void* context) {
-  static_cast<SongRecordReader*>(context)->Take(key, text, type);
-  return 1;
+  auto& walk = *static_cast<Walk*>(context);
+  return walk.failure.Keep([&] {
+    walk.reader.Take(key, text, type);
+    return 1;
+  });
 }
 
 void SongRecordReader::Take(std::string_view key, const char* text, std::string_view type) {
@@ -239,7 +257,9 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
   record_.writtenPath_ = record_.soughtPath_ = record_.musicFolder_ = {};
   record_.state_.reset();
   seen_.reset();
-  record_.isOutside_ = library_.visitSongProperties(playlist, position, Visit, this) == 0;
+  Walk walk{*this, {}};
+  record_.isOutside_ = library_.visitSongProperties(playlist, position, Visit, &walk) == 0;
+  walk.failure.Throw();
   if (record_.isOutside_) {
     TakeFromLibrary(playlist, position);
   } else if (read_.test(IndexOf(Field::Location))) {

@@ -1,11 +1,23 @@
 #include "host/library/SongSearch.h"
 
+#include <utility>
+
+#include "host/library/KeptFailure.h"
+
 namespace tavrel::host {
 namespace {
 
+struct Found {
+  std::vector<std::int32_t> songs;
+  KeptFailure failure;
+};
+
 std::int32_t Keep(std::int32_t index, void* context) {
-  static_cast<std::vector<std::int32_t>*>(context)->push_back(index);
-  return 1;
+  auto& found = *static_cast<Found*>(context);
+  return found.failure.Keep([&] {
+    found.songs.push_back(index);
+    return 1;
+  });
 }
 
 }  // namespace
@@ -18,9 +30,10 @@ std::vector<std::int32_t> FindSongs(const LibraryFunctions& library, const Searc
   info.name = pointer(terms.name);
   info.artist = pointer(terms.artist);
   info.album = pointer(terms.album);
-  std::vector<std::int32_t> found;
+  Found found;
   library.findSongs(&info, Keep, &found);
-  return found;
+  found.failure.Throw();
+  return std::move(found.songs);
 }
 
 }  // namespace tavrel::host
