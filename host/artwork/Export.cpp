@@ -1,7 +1,6 @@
 #include "host/artwork/Export.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -54,7 +53,7 @@ class Exporter {
   const Tally& Run() {
     const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
     if (files == 0 && !session_.library.IsLoaded()) throw session_.place.WhyNotLoaded();
-    if (!options_.besideSongs && !options_.isDryRun) MakeFolder();
+    if (!options_.besideSongs && !options_.isDryRun) MakeFolders(options_.folder);
     const std::vector<Album> albums = ReadAlbums(session_.library);
     CoverFolders folders;
     if (options_.besideSongs) folders = FindCoverFolders(session_.library, albums);
@@ -82,14 +81,6 @@ class Exporter {
   }
 
  private:
-  void MakeFolder() const {
-    std::error_code error;
-    std::filesystem::create_directories(options_.folder, error);
-    if (error) {
-      throw Failure(ExitCode::Failed, "cannot make " + options_.folder + ": " + error.message());
-    }
-  }
-
   std::optional<Picture> CoverOf(const Album& album) {
     for (const std::int32_t song : album.songs) {
       if (auto cover = covers_.Of(song)) return cover;

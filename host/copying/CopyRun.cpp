@@ -2,9 +2,6 @@
 
 #include <sys/stat.h>
 
-#include <filesystem>
-#include <system_error>
-
 #include "host/export/M3u.h"
 #include "host/library/SongRecord.h"
 #include "host/output/NewFile.h"
@@ -68,9 +65,7 @@ void CopyRun::Try(const std::function<void()>& work) {
 void CopyRun::MakeFolderOf(const std::string& target) {
   const std::string folder = target.substr(0, target.rfind('/'));
   if (folders_.contains(folder)) return;
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) throw WriteFailure(folder, error.value());
+  MakeFolders(folder);
   folders_.insert(folder);
 }
 

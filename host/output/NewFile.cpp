@@ -25,8 +25,9 @@ constexpr std::size_t kPieceSize = 1 << 16;
 
 }  // namespace
 
-WriteFailure::WriteFailure(const std::string& path, int number)
-    : Failure(ExitCode::Failed, "cannot write " + path + ": " + std::strerror(number)),
+WriteFailure::WriteFailure(const std::string& path, int number, const char* what)
+    : Failure(ExitCode::Failed,
+              std::string("cannot ").append(what) + " " + path + ": " + std::strerror(number)),
       number_(number) {}
 
 bool WriteFailure::IsOfTheDisk() const noexcept {
@@ -132,9 +133,7 @@ void MakeFolders(const std::string& path) {
   const int error = errno;
   const bool isThere =
       error == EEXIST && ::stat(path.c_str(), &state) == 0 && S_ISDIR(state.st_mode);
-  if (!isThere) {
-    throw Failure(ExitCode::Failed, "cannot make " + path + ": " + std::strerror(error));
-  }
+  if (!isThere) throw WriteFailure(path, error, "make");
 }
 
 void RequireNoEndingSignal() {

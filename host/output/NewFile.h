@@ -15,8 +15,8 @@ enum class IfThere { Keep, Replace };
 // What cannot be written.
 class WriteFailure : public Failure {
  public:
-  // number: of the system's error.
-  WriteFailure(const std::string& path, int number);
+  // number: of the system's error. what: could not be done.
+  WriteFailure(const std::string& path, int number, const char* what = "write");
 
   // Whether nothing else could be written there either: there is no room left, or the disk is gone.
   [[nodiscard]] bool IsOfTheDisk() const noexcept;
@@ -74,7 +74,7 @@ class NewFile : public Sink {
 // Whether a file is there that holds exactly the text.
 [[nodiscard]] bool HoldsText(const std::string& path, std::string_view text);
 
-// Makes a folder, and those that lead to it, where they are missing. One that cannot be made is a Failure.
+// Makes a folder, and those that lead to it, where they are missing. One that cannot be made is a WriteFailure.
 void MakeFolders(const std::string& path);
 
 // For those who write by other means: a Failure without a message when a signal waits that is to end the

@@ -357,6 +357,15 @@ TEST_F(Copy, DiskOfAMegabyteTakesWhatItCanAndTheRestOnceThereIsRoom) {
 }
 #endif
 
+TEST_F(Copy, FolderForWhichThereIsNoRoomStopsIt) {
+  MakeUsualLibrary();
+  const Outcome outcome =
+      RunCopy({"Road/trip", "Other"}, Preloaded({{"FAULT_KIND", "folder"}, {"FAULT_NUMBER", "0"}}));
+  EXPECT_EQ(outcome.exitCode, 1);
+  EXPECT_THAT(outcome.errors, StartsWith("tavrel: cannot make " + Path("out")));
+  EXPECT_THAT(outcome.errors, HasSubstr("tavrel: stopped: 0 of 3 files"));
+}
+
 TEST_F(Copy, SignalThatEndsTheProgramLeavesWhatIsWhole) {
   MakeUsualLibrary();
   for (const int number : {SIGINT, SIGTERM}) {

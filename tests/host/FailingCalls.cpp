@@ -1,6 +1,6 @@
 // Loaded before everything else, stands between `tavrel` and the system, and makes calls fail:
 //
-//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write, make or link
+//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write, make, link or folder
 //   FAULT_NUMBER   which of them fails, counted from 0
 //   FAULT_AFTER    set: all later ones fail, too
 //   FAULT_COUNT    a file that gets the number of calls at the program's end
@@ -209,7 +209,7 @@ int mkdirat(int folder, const char* path, mode_t mode) {
   return result;
 }
 int mkdir(const char* path, mode_t mode) {
-  return Fails("make", ENOSPC) ? -1 : REAL(mkdir)(path, mode);
+  return Fails("make", ENOSPC) || Fails("folder", ENOSPC) ? -1 : REAL(mkdir)(path, mode);
 }
 int symlinkat(const char* target, int folder, const char* path) {
   return Fails("make", ENOSPC) ? -1 : REAL(symlinkat)(target, folder, path);
