@@ -4,6 +4,7 @@ namespace tavrel::host {
 
 void DefineCommands(CommandDefinition program) {
   DefineArtwork(program);
+  DefineCheck(program);
   DefineExport(program);
   DefinePage(program);
   DefineCopy(program);

@@ -11,6 +11,7 @@ namespace tavrel::host {
 void DefineCommands(CommandDefinition program);
 
 void DefineArtwork(CommandDefinition program);
+void DefineCheck(CommandDefinition program);
 void DefineExport(CommandDefinition program);
 void DefinePage(CommandDefinition program);
 void DefineCopy(CommandDefinition program);

@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "host/commands/SongOrder.h"
+#include "host/library/FileTally.h"
 #include "host/output/Csv.h"
 #include "host/output/Failure.h"
 #include "host/output/Json.h"
@@ -142,6 +143,23 @@ void PrintCsv(const SongList& list, const SongColumns& columns, Separation separ
   }
 }
 
+// Says what was found where the user asks for files.
+void SayWhatWasFound(const SongList& list, const SongListOptions& options, const Session& session) {
+  if (!options.fields || session.options.quiet) return;
+  bool isAll = false;
+  const std::vector<Field> fields = ParseFields(*options.fields, &isAll);
+  const bool isAsked = std::any_of(fields.begin(), fields.end(), [](Field field) {
+    return field == Field::Path || field == Field::Status;
+  });
+  if (isAll || !isAsked) return;
+  FileTally tally;
+  SongRecordReader reader(session.library, SetOf({Field::Path, Field::Status}));
+  for (const std::int32_t position : list.positions) {
+    tally.Add(reader.Read(list.playlist, position));
+  }
+  if (const std::string line = tally.Line(); !line.empty()) Complain(line);
+}
+
 }  // namespace
 
 void AddSongListOptions(CommandDefinition command, SongListOptions& list) {
@@ -217,6 +235,7 @@ void PrintSongs(SongList& list, const SongListOptions& options, Session& session
     std::reverse(list.positions.begin(), list.positions.end());
   }
   if (list.limit != 0 && list.positions.size() > list.limit) list.positions.resize(list.limit);
+  SayWhatWasFound(list, options, session);
   switch (format) {
     case ListFormat::Table:
       return PrintTable(list, columns, session);

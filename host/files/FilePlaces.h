@@ -41,6 +41,9 @@ class FilePlaces {
   // says is the only one.
   [[nodiscard]] std::vector<FilePlace> Of(std::string_view folder, Folders& folders) const;
 
+  // As the library names it; empty when it does not.
+  [[nodiscard]] const std::string& MusicFolder() const noexcept { return musicFolder_; }
+
   // Of these, which are some, the one where a file should be that is in none: in the user's folder, else beside
   // the library file, else where it was.
   [[nodiscard]] const FilePlace& MostLikely(const std::vector<FilePlace>& places) const;

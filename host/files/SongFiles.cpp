@@ -77,6 +77,15 @@ SongFile SongFiles::Find(std::optional<std::string_view> location, std::string_v
   return FindAt(folder, name);
 }
 
+std::optional<std::string> SongFiles::MusicFolder() {
+  for (const FilePlace& place : places_.Of(places_.MusicFolder(), folders_)) {
+    if (!place.musicFolder.empty() && folders_.At(place.musicFolder) != nullptr) {
+      return place.musicFolder;
+    }
+  }
+  return std::nullopt;
+}
+
 SongFile SongFiles::WithoutLook(std::string_view folder, std::string_view name) {
   path_ = InForm(places_.WithoutLook(folder).Path() + "/" + std::string(name), form_);
   return {std::nullopt, path_, path_, {}};

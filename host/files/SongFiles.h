@@ -31,6 +31,9 @@ class SongFiles final : public FileFinder {
 
   [[nodiscard]] Folders& AllFolders() noexcept { return folders_; }
 
+  // Where the library's Music Folder seems to be now; none when it is nowhere.
+  [[nodiscard]] std::optional<std::string> MusicFolder();
+
  private:
   struct Reached {
     FolderContents* folder;

@@ -11,7 +11,8 @@ namespace tavrel::host {
 // As one word of a shell: as it is where that is plain, else between single quotes.
 [[nodiscard]] std::string Quoted(std::string_view word);
 
-// "tavrel", the options that say which library and where its files are, as they were given, and `rest`, which is not empty.
+// "tavrel", the options that say which library and where its files are, as they were given, and `rest`,
+// which is not empty.
 [[nodiscard]] std::string Invocation(const Options& options, std::string_view rest);
 
 }  // namespace tavrel::host

@@ -273,7 +273,7 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
 
 void SongRecordReader::FindFile() {
   const auto url = record_.Text(Field::Location);
-  if (url && IsFileUrl(*url)) {
+  if (wanted_.test(IndexOf(Field::Location)) && url && IsFileUrl(*url)) {
     if (const auto path = text::PathOfUrl(*url)) record_.writtenPath_ = Append(*path);
   }
   const bool isSought = wanted_.test(IndexOf(Field::Path)) || wanted_.test(IndexOf(Field::Status));

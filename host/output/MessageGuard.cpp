@@ -79,6 +79,10 @@ void Complain(const std::string& message) {
   WriteAll(active != nullptr ? active->original_.get() : STDERR_FILENO, text);
 }
 
+std::int64_t LoggedBytes() noexcept {
+  return active != nullptr ? ::lseek(active->kept_.get(), 0, SEEK_END) : 0;
+}
+
 MessageGuard::MessageGuard(LogLines lines)
     : lines_(lines),
       kept_(OpenNamelessFile()),

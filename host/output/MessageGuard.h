@@ -1,6 +1,7 @@
 // What is said on standard error: the library's messages, and this program's own.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "system/Files.h"
@@ -10,6 +11,10 @@ namespace tavrel::host {
 // Shows a message, which may have several lines, with "tavrel: " before it; behind what the library has
 // said so far. Made fit for a terminal, wherever it goes.
 void Complain(const std::string& message);
+
+// How many bytes the library has logged since its messages were last shown or dropped: as many behind a call as
+// before it, when the call has logged nothing. 0 while no guard keeps them.
+[[nodiscard]] std::int64_t LoggedBytes() noexcept;
 
 // Whether what the library logs is shown, or dropped.
 enum class LogLines { Shown, Dropped };
@@ -37,6 +42,7 @@ class MessageGuard {
 
  private:
   friend void Complain(const std::string& message);
+  friend std::int64_t LoggedBytes() noexcept;
 
   LogLines lines_;
   system::FileDescriptor kept_;      // the file that takes the messages

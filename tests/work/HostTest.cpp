@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/checks/SongChecks.h"
 #include "host/commands/SpellingHint.h"
 #include "host/copying/CopyPlan.h"
 #include "host/export/ExportPlan.h"
@@ -180,6 +181,19 @@ TEST(WorkOfTheHost, OnPlansOfCopiesDoubles) {
   ExpectDoubledFor<Texts>(
       "plans of copies of equal songs", [](std::size_t count) { return Texts(count, "song"); },
       4500, PlanToCopy);
+}
+
+void CheckAll(const Texts& texts) {
+  const LibraryFunctions library = LibraryOf(texts);
+  const std::size_t groups = CheckSongs(library, [] {}).duplicates.size();
+  EXPECT_EQ(groups, texts[0] == texts[1] ? 1u : 0u);
+}
+
+TEST(WorkOfTheHost, OnSongsThatAreThereTwiceDoubles) {
+  ExpectDoubledFor<Texts>("songs that differ", OrdinaryNames, kCount, CheckAll);
+  ExpectDoubledFor<Texts>(
+      "songs that are all alike", [](std::size_t count) { return Texts(count, "song"); }, kCount,
+      CheckAll);
 }
 
 std::string HintFor(const Texts& texts, const std::string& wanted) {

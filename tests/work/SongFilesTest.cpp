@@ -1,9 +1,11 @@
 // Twice the songs, the files or the letters are at most twice the work of finding files.
 #include <gtest/gtest.h>
 
+#include <set>
 #include <string>
 #include <vector>
 
+#include "host/checks/Orphans.h"
 #include "host/files/SongFiles.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/work/WorkCount.h"
@@ -77,6 +79,24 @@ TEST(WorkOfTheHost, OnFilesThatAreAlikeDoubles) {
     });
   };
   ExpectDoubled(work(500), work(1000), "files that are alike");
+}
+
+TEST(WorkOfTheHost, OnFilesOfNoSongDoubles) {
+  const auto work = [](int files) {
+    const TemporaryFolder folder;
+    TextSet claimed;
+    for (int file = 0; file < files; ++file) {
+      const std::string number = std::to_string(10000 + file);
+      const std::string path = folder.Write("x" + number.substr(0, 4) + "/" + number, "");
+      if (file % 2 == 0) claimed.insert(path);
+    }
+    return WorkOf([&] {
+      Folders folders;
+      const std::set<std::string> tops{folder.path(), folder.PathOf("x1000")};
+      EXPECT_EQ(FindOrphans(tops, claimed, folders).size(), static_cast<std::size_t>(files) / 2);
+    });
+  };
+  ExpectDoubled(work(1000), work(2000), "files of no song");
 }
 
 TEST(WorkOfTheHost, OnLongLocationsDoubles) {

@@ -1,0 +1,24 @@
+#include "host/checks/SongChecks.h"
+
+#include "host/library/SongRecord.h"
+
+namespace tavrel::host {
+
+SongChecks CheckSongs(const LibraryFunctions& library, const std::function<void()>& step) {
+  SongChecks checks;
+  DuplicateSearch duplicates;
+  const auto take = [&](std::int32_t position, const SongRecord& song) {
+    step();
+    duplicates.Add(position, song);
+    if (song.HasFile()) checks.files.emplace(*song.Text(Field::Path));
+    if (const auto folder = song.MusicFolder()) checks.musicFolders.emplace(*folder);
+    checks.tally.Add(song);
+    if (song.State() == FileStatus::Missing) checks.missing.push_back(position);
+    if (song.State() == FileStatus::Respelled) checks.respelled.push_back(position);
+  };
+  ForEachRecord(library, library.openAllSongs(), DuplicateSearch::Fields(), take);
+  checks.duplicates = duplicates.Take();
+  return checks;
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,30 @@
+// What one reading of all songs shows: which files are here, and which songs are there twice.
+#pragma once
+
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/checks/DuplicateSearch.h"
+#include "host/library/FileTally.h"
+#include "host/library/Library.h"
+#include "host/library/TextHash.h"
+
+namespace tavrel::host {
+
+struct SongChecks {
+  FileTally tally;
+  Positions missing;
+  Positions respelled;
+  std::vector<Duplicates> duplicates;  // in the order of their first songs
+
+  TextSet files;                       // the paths of those that are here
+  std::set<std::string> musicFolders;  // in which some are
+};
+
+// step: called for each song. Cost: one reading of each song and a look for its file.
+[[nodiscard]] SongChecks CheckSongs(const LibraryFunctions& library,
+                                    const std::function<void()>& step);
+
+}  // namespace tavrel::host

@@ -1,0 +1,32 @@
+// What became of the files of many songs, in one line.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "host/library/FileFinder.h"
+#include "host/library/SongRecord.h"
+#include "host/library/TextHash.h"
+
+namespace tavrel::host {
+
+class FileTally {
+ public:
+  // The record's Path or Status must have been read. Each song once.
+  void Add(const SongRecord& song);
+
+  [[nodiscard]] std::int64_t Count(FileStatus status) const noexcept {
+    return counts_[static_cast<std::size_t>(status)];
+  }
+
+  // "1,980 of 2,325 files found below /media/disk/iTunes Media"; empty when no song has a file, or nobody
+  // looked.
+  [[nodiscard]] std::string Line() const;
+
+ private:
+  std::array<std::int64_t, kFileStatusCount> counts_{};
+  TextMap<std::int64_t> folders_;  // how many were found in each
+};
+
+}  // namespace tavrel::host
