@@ -39,15 +39,15 @@ install_in_a_new_system() {
 }
 
 run_packages() {
-  local first="$root/build/package/packages" second="$folder/a folder of another name" result=0 errors
+  local first="$root/build/package/packages" second="$folder/a folder of another name" result=0 errors same='the same'
   [ "$(id -u)" -eq 0 ] || die "The packages are tried in a new system, which takes root: sudo scripts/soak packages"
   "$root/scripts/package" >/dev/null 2>&1 || die "scripts/package failed; see build/package.log"
   mkdir -p "$folder"
   copy_checkout "$second"
   "$second/scripts/package" >/dev/null 2>&1 || die "scripts/package failed in $second; see its build/package.log"
-  same_packages "$first" "$second/build/package/packages" || result=1
+  same_packages "$first" "$second/build/package/packages" || { result=1; same='not the same'; }
   errors=$(lintian --allow-root --fail-on error --tag-display-limit 0 "$first"/*.deb 2>&1) || { echo "$errors"; result=1; }
-  counted="$(find "$first" -name '*.deb' | wc -l) packages, the same from two folders; lintian: "
+  counted="$(find "$first" -name '*.deb' | wc -l) packages, $same from two folders; lintian: "
   counted+="$(grep -c '^E:' <<<"$errors") errors, $(grep -c '^W:' <<<"$errors") warnings"
   counted+=$'\n'"in a new system: $(install_in_a_new_system "$first")" || result=1
   rm -rf "$second"
