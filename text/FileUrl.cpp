@@ -2,6 +2,7 @@
 
 #include <uriparser/Uri.h>
 
+#include <algorithm>
 #include <new>
 
 #include "text/Ascii.h"
@@ -47,7 +48,9 @@ UrlParts Split(std::string_view url) noexcept {
     parts.authority = url.substr(0, url.find_first_of("/?#"));
     url.remove_prefix(parts.authority.size());
   }
-  parts.path = url.substr(0, url.find_first_of("?#"));
+  const auto end =
+      std::find_if(url.begin(), url.end(), [](char c) { return c == '?' || c == '#'; });
+  parts.path = url.substr(0, static_cast<std::size_t>(end - url.begin()));
   return parts;
 }
 

@@ -130,14 +130,16 @@ void PrintCsv(const SongList& list, const SongColumns& columns, Separation separ
 
   SongRecordReader reader(session.library, columns.Wanted(), &columns.keys);
   std::string room;
+  const auto add = [&writer](const FieldValue& value) {
+    const std::string_view cell = value.text.value_or("");
+    value.text&& value.isText ? writer.Add(cell) : writer.AddPlain(cell);
+  };
   for (const std::int32_t position : list.positions) {
     const SongRecord& song = reader.Read(list.playlist, position);
     for (const Field field : columns.fields) {
-      writer.Add(ToldValue(song, field, session, room).text.value_or(""));
+      add(field == Field::Path ? ToldValue(song, field, session, room) : song.Value(field));
     }
-    for (std::size_t key = 0; key < columns.keys.All().size(); ++key) {
-      writer.Add(song.Other(key).text.value_or(""));
-    }
+    for (std::size_t key = 0; key < columns.keys.All().size(); ++key) add(song.Other(key));
     if (list.listsOf) writer.Add(Joined(list.listsOf(position)));
     writer.EndRow();
   }

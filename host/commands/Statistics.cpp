@@ -9,9 +9,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/ListFormat.h"
 #include "host/commands/RecordList.h"
-#include "host/library/AlbumGrouping.h"
-#include "host/library/SongRecord.h"
-#include "host/library/TextHash.h"
+#include "host/library/SongSums.h"
 #include "host/output/Failure.h"
 #include "host/output/Format.h"
 #include "host/output/Table.h"
@@ -29,22 +27,6 @@ struct StatisticsArguments {
 constexpr std::size_t kUsualTop = 20;    // of texts; numbers are shown all
 constexpr std::size_t kLongestBar = 20;  // in columns
 
-// What the songs of one value come to.
-struct Sum {
-  std::string value;
-  bool isNone = false;
-  std::string artist;  // of an album
-  std::int64_t songs = 0;
-  std::int64_t time = 0;  // in milliseconds
-  std::int64_t plays = 0;
-};
-
-struct Grouping {
-  std::string_view name;
-  Field field;
-  bool isNumber;  // sorted by the value, and all are shown
-};
-
 constexpr std::array kGroupings{
     Grouping{"artist", Field::Artist, false}, Grouping{"albumArtist", Field::AlbumArtist, false},
     Grouping{"album", Field::Album, false},   Grouping{"composer", Field::Composer, false},
@@ -59,74 +41,6 @@ const Grouping& GroupingOf(const std::string& name) {
                    [&](const Grouping& grouping) { return Fold(grouping.name) == Fold(name); });
   if (known == kGroupings.end()) throw Failure(ExitCode::Usage, "--by: there is no " + Clean(name));
   return *known;
-}
-
-// The value that a song is counted under; empty when it has none.
-std::string ValueOf(const SongRecord& song, const Grouping& grouping) {
-  constexpr std::size_t kYear = 4;
-  const std::string text(song.Text(grouping.field).value_or(""));
-  if (grouping.name == "added") return text.substr(0, kYear);
-  if (grouping.name != "decade") return text;
-  const auto year = song.Number(Field::Year);
-  return year ? std::to_string(*year / 10 * 10) : "";
-}
-
-void Count(Sum& sum, const Song& song) {
-  ++sum.songs;
-  sum.time += std::max(song.totalTime, 0);
-  sum.plays += std::max(song.playCount, 0);
-}
-
-// Values that differ only in how their accents are composed are the same.
-std::vector<Sum> SumUp(const Grouping& grouping, const Library& library) {
-  std::vector<Sum> sums;
-  TextMap<std::size_t> numbers;
-  FieldSet wanted = FieldsOfSong();
-  wanted.set(IndexOf(grouping.field));
-  ForEachRecord(library, library.openAllSongs(), wanted,
-                [&](std::int32_t, const SongRecord& record) {
-                  const std::string value = ValueOf(record, grouping);
-                  auto known = numbers.find(value);
-                  if (known == numbers.end()) {
-                    const std::string composed = Compose(value);
-                    const auto [entry, isNew] = numbers.try_emplace(composed, sums.size());
-                    if (isNew)
-                      sums.push_back({.value = composed, .isNone = value.empty(), .artist = {}});
-                    known = numbers.try_emplace(value, entry->second).first;
-                  }
-                  Count(sums[known->second], AsSong(record));
-                });
-  return sums;
-}
-
-std::vector<Sum> SumUpAlbums(const Library& library) {
-  AlbumGrouping albums;
-  std::vector<Sum> parts;
-  Sum none{.value = {}, .isNone = true, .artist = {}};
-  ForEachRecord(
-      library, library.openAllSongs(), FieldsOfSong(), [&](std::int32_t, const SongRecord& record) {
-        const Song song = AsSong(record);
-        const auto part = albums.Add(song);
-        if (part && *part == parts.size()) {
-          parts.push_back({.value = albums.TitleOf(*part), .artist = albums.ArtistOf(*part)});
-        }
-        Count(part ? parts[*part] : none, song);
-      });
-  const std::vector<std::size_t> albumOf = albums.Albums();
-  std::vector<Sum> sums;
-  for (std::size_t part = 0; part < parts.size(); ++part) {
-    Sum& album = parts[albumOf[part]];
-    if (albumOf[part] == part) continue;
-    album.songs += parts[part].songs;
-    album.time += parts[part].time;
-    album.plays += parts[part].plays;
-    if (albums.ArtistOf(part) != albums.ArtistOf(albumOf[part])) album.artist = kVariousArtists;
-  }
-  for (std::size_t part = 0; part < parts.size(); ++part) {
-    if (albumOf[part] == part) sums.push_back(parts[part]);
-  }
-  if (none.songs > 0) sums.push_back(none);
-  return sums;
 }
 
 std::int64_t NumberOf(const Sum& sum) {
@@ -214,8 +128,7 @@ void PrintRecords(const std::vector<Sum>& sums, const Grouping& grouping,
 ExitCode ShowStatistics(const StatisticsArguments& arguments, Session& session) {
   const Grouping& grouping = GroupingOf(arguments.by.value_or("artist"));
   const std::size_t top = TopOf(arguments, grouping);
-  std::vector<Sum> sums = grouping.field == Field::Album ? SumUpAlbums(session.library)
-                                                         : SumUp(grouping, session.library);
+  std::vector<Sum> sums = SumUp(grouping, session.library);
   const bool isCut = top != 0 && top < sums.size();
   Sort(sums, grouping.isNumber && !isCut);
   if (isCut) sums.resize(top);

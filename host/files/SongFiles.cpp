@@ -101,8 +101,13 @@ SongFile SongFiles::FindAt(std::string_view folder, std::string_view name) {
 }
 
 SongFiles::Known& SongFiles::KnownOf(std::string_view folder) {
+  // The songs of an album lie in one folder.
+  if (last_ != nullptr && last_->first == folder) return last_->second;
   const auto remembered = known_.find(folder);
-  if (remembered != known_.end()) return remembered->second;
+  if (remembered != known_.end()) {
+    last_ = &*remembered;
+    return last_->second;
+  }
   Known known;
   known.places = places_.Of(folder, folders_);
   for (std::size_t place = 0; place < known.places.size(); ++place) {
@@ -111,7 +116,8 @@ SongFiles::Known& SongFiles::KnownOf(std::string_view folder) {
   }
   known.sought = places_.MostLikely(known.places).Path();
   if (!known.sought.ends_with('/')) known.sought += '/';
-  return known_.emplace(folder, std::move(known)).first->second;
+  last_ = &*known_.emplace(folder, std::move(known)).first;
+  return last_->second;
 }
 
 const std::vector<SongFiles::Reached>& SongFiles::AlikeOf(Known& known) {

@@ -59,6 +59,7 @@ class SongFiles final : public FileFinder {
   FilePlaces places_;
   Folders folders_;
   TextMap<Known> known_;
+  TextMap<Known>::value_type* last_ = nullptr;  // of the song before
   std::string written_;
   std::string path_;
   std::string sought_;

@@ -5,6 +5,7 @@
 #include "host/files/NormalForms.h"
 #include "text/Ascii.h"
 #include "text/FileUrl.h"
+#include "text/OrdinaryUrl.h"
 
 namespace tavrel::host {
 namespace {
@@ -39,6 +40,12 @@ bool IsFileUrl(std::string_view url) noexcept {
 }
 
 std::optional<std::string> WrittenPath(std::string_view fileUrl) {
+  const std::string url(fileUrl);
+  std::string ordinary(url.size(), '\0');
+  if (const auto length = text::PathOfOrdinaryUrl(url.c_str(), ordinary.data())) {
+    ordinary.resize(*length);
+    return ordinary;
+  }
   const std::string_view rest = fileUrl.substr(std::min(kScheme.size(), fileUrl.size()));
   std::string_view machine;
   if (rest.starts_with("//")) machine = rest.substr(2, rest.substr(2).find_first_of("/?#"));

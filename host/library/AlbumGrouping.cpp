@@ -26,24 +26,30 @@ std::string_view ArtistOf(const Song& song) {
 std::optional<std::size_t> AlbumGrouping::Add(const Song& song) {
   const std::string_view title = song.album.value_or("");
   if (title.empty()) return std::nullopt;
-  const std::string_view artist = host::ArtistOf(song);
-  SetKey(key_, title, artist);
-  auto known = byArtist_.find(key_);
-  if (known == byArtist_.end()) {
-    Part part{Compose(title), Compose(artist), parts_.size()};
-    std::string composed;
-    SetKey(composed, part.title, part.artist);
-    const auto [entry, isNew] = byArtist_.try_emplace(std::move(composed), parts_.size());
-    if (isNew) parts_.push_back(std::move(part));
-    known = byArtist_.try_emplace(key_, entry->second).first;
-  }
-  const std::size_t part = known->second;
+  SetKey(key_, title, host::ArtistOf(song));
   const std::string_view folder = FolderOf(song.location.value_or(""));
+  if (key_ == lastKey_ && folder == lastFolder_) return lastPart_;
+  const std::size_t part = PartOf(title, host::ArtistOf(song));
+  lastKey_ = key_;
+  lastFolder_ = folder;
+  lastPart_ = part;
   if (!folder.empty()) {
     SetKey(key_, parts_[part].title, folder);
     Join(part, byFolder_.try_emplace(key_, part).first->second);
   }
   return part;
+}
+
+// The part of the song whose key that is.
+std::size_t AlbumGrouping::PartOf(std::string_view title, std::string_view artist) {
+  const auto known = byArtist_.find(key_);
+  if (known != byArtist_.end()) return known->second;
+  Part part{Compose(title), Compose(artist), parts_.size()};
+  std::string composed;
+  SetKey(composed, part.title, part.artist);
+  const auto [entry, isNew] = byArtist_.try_emplace(std::move(composed), parts_.size());
+  if (isNew) parts_.push_back(std::move(part));
+  return byArtist_.try_emplace(key_, entry->second).first->second;
 }
 
 std::optional<std::size_t> AlbumGrouping::Find(const Song& song) const {

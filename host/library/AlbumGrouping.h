@@ -49,12 +49,17 @@ class AlbumGrouping {
   };
   using Numbers = TextMap<std::size_t>;
 
+  [[nodiscard]] std::size_t PartOf(std::string_view title, std::string_view artist);
   void Join(std::size_t part, std::size_t other);
 
   std::vector<Part> parts_;
   Numbers byArtist_;  // parts by title and artist, as the file writes them and composed
   Numbers byFolder_;  // the first part by title and folder
   std::string key_;
+  // Of the song before, if it has an album: nearly always the next one is of the same album and folder.
+  std::string lastKey_;
+  std::string lastFolder_;
+  std::size_t lastPart_ = 0;
 };
 
 }  // namespace tavrel::host

@@ -7,6 +7,7 @@
 
 #include "host/library/KeptFailure.h"
 #include "text/FileUrl.h"
+#include "text/OrdinaryUrl.h"
 
 namespace tavrel::host {
 namespace {
@@ -20,7 +21,17 @@ std::optional<std::int64_t> ParseNumber(std::string_view text) noexcept {
   return number;
 }
 
+// Digits that are written as to_chars() would write them, and too few to overflow: nearly all numbers.
+bool IsPlainNumber(std::string_view text) noexcept {
+  constexpr std::size_t kMostDigits = 18;
+  if (text.empty() || text.size() > kMostDigits || (text[0] == '0' && text.size() > 1))
+    return false;
+  return std::all_of(text.begin(), text.end(),
+                     [](char digit) { return digit >= '0' && digit <= '9'; });
+}
+
 bool IsJsonNumber(std::string_view text) noexcept {
+  if (IsPlainNumber(text)) return true;
   const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
   const bool isPlain = digits.size() == 1 || !digits.starts_with('0');
   return isPlain && !text.starts_with('+') && ParseNumber(text).has_value();
@@ -77,17 +88,6 @@ FieldSet SetOf(std::initializer_list<Field> fields) {
 
 // ---- The record ---------------------------------------------------------------------------------
 
-FieldValue SongRecord::At(const Place& place) const noexcept {
-  if (place.from == kNone) return {};
-  return {std::string_view(texts_).substr(place.from, place.size), place.isText};
-}
-
-FieldValue SongRecord::Value(Field field) const noexcept {
-  const FieldValue value = At(places_[IndexOf(field)]);
-  if (value.text || FactsOf(field).type != FieldType::Flag) return value;
-  return {"false", false};
-}
-
 std::optional<std::int64_t> SongRecord::Number(Field field) const noexcept {
   const auto text = Text(field);
   return text ? ParseNumber(*text) : std::nullopt;
@@ -99,40 +99,6 @@ bool SongRecord::Is(Field flag) const noexcept {
 
 FieldValue SongRecord::Other(std::size_t key) const noexcept {
   return At(others_[key]);
-}
-
-// ---- Other keys ---------------------------------------------------------------------------------
-
-void OtherKeys::Add(std::string_view key) {
-  if (numbers_.find(key) != numbers_.end()) return;
-  numbers_.emplace(key, keys_.size());
-  keys_.emplace_back(key);
-}
-
-std::optional<std::size_t> OtherKeys::Find(std::string_view key) const {
-  const auto known = numbers_.find(key);
-  return known == numbers_.end() ? std::nullopt : std::optional(known->second);
-}
-
-OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist) {
-  struct Context {
-    FieldKeys fields;
-    OtherKeys keys;
-    KeptFailure failure;
-  } context;
-  const auto visit = [](const char* key, const char*, const char*, void* pointer) {
-    auto& known = *static_cast<Context*>(pointer);
-    return known.failure.Keep([&] {
-      if (!known.fields.Find(key)) known.keys.Add(key);
-      return 1;
-    });
-  };
-  const std::int32_t count = library.getSongCount(playlist);
-  for (std::int32_t i = 0; i < count; ++i) {
-    library.visitSongProperties(playlist, i, visit, &context);
-    context.failure.Throw();
-  }
-  return std::move(context.keys);
 }
 
 // ---- The reader ---------------------------------------------------------------------------------
@@ -148,7 +114,12 @@ struct Walk {
 
 SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldSet& wanted,
                                    const OtherKeys* keys)
-    : library_(library), wanted_(wanted), read_(wanted), keys_(keys), plain_(library) {
+    : library_(library),
+      wanted_(wanted),
+      read_(wanted),
+      keys_(keys),
+      otherCount_(keys == nullptr ? 0 : keys->All().size()),
+      plain_(library) {
   if (wanted.test(IndexOf(Field::Path)) || wanted.test(IndexOf(Field::Status))) {
     read_ |= SetOf({Field::Location, Field::Type});
   }
@@ -156,7 +127,7 @@ SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldS
 
 SongRecord::Place SongRecordReader::Append(std::string_view text, bool isText) {
   const SongRecord::Place place{record_.texts_.size(), text.size(), isText};
-  record_.texts_ += text;
+  (record_.texts_ += text) += '\0';
   return place;
 }
 
@@ -173,15 +144,16 @@ std::int32_t SongRecordReader::Visit(const char* key, const char* text, const ch
   });
 }
 
-void SongRecordReader::Take(std::string_view key, const char* text, std::string_view type) {
-  const std::optional<Field> field = fields_.Find(key);
-  if (!field) {
-    if (keys_ != nullptr) TakeOther(key, text, type);
+void SongRecordReader::Take(const char* key, const char* text, const char* type) {
+  const std::size_t number = keys_.Find(key);
+  if (number == SongKeys::kUnknown) return;
+  if (number >= kFieldCount) {
+    if (text != nullptr) TakeOther(number - kFieldCount, text, type);
     return;
   }
-  if (!read_.test(IndexOf(*field)) || seen_.test(IndexOf(*field))) return;
-  seen_.set(IndexOf(*field));  // the first of two equal keys counts
-  if (text != nullptr) TakeField(*field, text);
+  if (!read_[number] || seen_[number]) return;
+  seen_[number] = true;  // the first of two equal keys counts
+  if (text != nullptr) TakeField(static_cast<Field>(number), text);
 }
 
 void SongRecordReader::TakeField(Field field, std::string_view text) {
@@ -197,7 +169,9 @@ void SongRecordReader::TakeField(Field field, std::string_view text) {
       if (text == "true") Set(field, text, false);
       break;
     case FieldType::Number:
-      if (const auto number = ParseNumber(text)) {
+      if (IsPlainNumber(text)) {
+        Set(field, text, false);
+      } else if (const auto number = ParseNumber(text)) {
         const char* end = std::to_chars(room.data(), room.data() + room.size(), *number).ptr;
         Set(field, {room.data(), static_cast<std::size_t>(end - room.data())}, false);
       }
@@ -211,15 +185,12 @@ void SongRecordReader::TakeField(Field field, std::string_view text) {
   }
 }
 
-void SongRecordReader::TakeOther(std::string_view key, const char* text, std::string_view type) {
-  const std::optional<std::size_t> number = keys_->Find(key);
-  if (!number || text == nullptr) return;
-  SongRecord::Place& place = record_.others_[*number];
+void SongRecordReader::TakeOther(std::size_t key, std::string_view text, std::string_view type) {
+  SongRecord::Place& place = record_.others_[key];
   if (place.from != SongRecord::kNone) return;
-  const std::string_view value = text;
   const bool isTruth = type == "true" || type == "false";
-  const bool isNumber = type == "integer" && IsJsonNumber(value);
-  place = Append(value, !isTruth && !isNumber);
+  const bool isNumber = type == "integer" && IsJsonNumber(text);
+  place = Append(text, !isTruth && !isNumber);
 }
 
 // Of what is not in the file the library tells these alone.
@@ -252,7 +223,7 @@ void SongRecordReader::TakeFromLibrary(PlaylistRecord* playlist, std::int32_t po
 const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t position) {
   record_.texts_.clear();
   record_.places_.fill({});
-  record_.others_.assign(keys_ != nullptr ? keys_->All().size() : 0, {});
+  record_.others_.assign(otherCount_, {});
   record_.milliseconds_ = 0;
   record_.writtenPath_ = record_.soughtPath_ = record_.musicFolder_ = {};
   record_.state_.reset();
@@ -274,7 +245,12 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
 void SongRecordReader::FindFile() {
   const auto url = record_.Text(Field::Location);
   if (wanted_.test(IndexOf(Field::Location)) && url && IsFileUrl(*url)) {
-    if (const auto path = text::PathOfUrl(*url)) record_.writtenPath_ = Append(*path);
+    path_.resize(std::max(path_.size(), url->size()));
+    if (const auto length = text::PathOfOrdinaryUrl(url->data(), path_.data())) {
+      record_.writtenPath_ = Append({path_.data(), *length});
+    } else if (const auto path = text::PathOfUrl(*url)) {
+      record_.writtenPath_ = Append(*path);
+    }
   }
   const bool isSought = wanted_.test(IndexOf(Field::Path)) || wanted_.test(IndexOf(Field::Status));
   if (!isSought || library_.files == nullptr) return;

@@ -12,8 +12,8 @@
 #include "host/library/Fields.h"
 #include "host/library/FileFinder.h"
 #include "host/library/Library.h"
+#include "host/library/SongKeys.h"
 #include "host/library/SongReader.h"
-#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -27,7 +27,11 @@ struct FieldValue {
 // flag is false, since the file only says what is so.
 class SongRecord {
  public:
-  [[nodiscard]] FieldValue Value(Field field) const noexcept;
+  [[nodiscard]] FieldValue Value(Field field) const noexcept {
+    const Place& place = places_[IndexOf(field)];
+    if (place.from == kNone && FactsOf(field).type == FieldType::Flag) return {"false", false};
+    return At(place);
+  }
   [[nodiscard]] std::optional<std::string_view> Text(Field field) const noexcept {
     return Value(field).text;
   }
@@ -65,9 +69,12 @@ class SongRecord {
     bool isText = true;
   };
 
-  [[nodiscard]] FieldValue At(const Place& place) const noexcept;
+  [[nodiscard]] FieldValue At(const Place& place) const noexcept {
+    if (place.from == kNone) return {};
+    return {std::string_view(texts_.data() + place.from, place.size), place.isText};
+  }
 
-  std::string texts_;
+  std::string texts_;  // each with a zero byte behind it
   std::array<Place, kFieldCount> places_;
   std::vector<Place> others_;
   std::int64_t milliseconds_ = 0;
@@ -77,21 +84,6 @@ class SongRecord {
   std::optional<FileStatus> state_;
   bool isOutside_ = false;
 };
-
-// Keys of the file that are no field's, in the order in which they came.
-class OtherKeys {
- public:
-  void Add(std::string_view key);
-  [[nodiscard]] std::optional<std::size_t> Find(std::string_view key) const;
-  [[nodiscard]] const std::vector<std::string>& All() const noexcept { return keys_; }
-
- private:
-  std::vector<std::string> keys_;
-  TextMap<std::size_t> numbers_;
-};
-
-// All of them that the songs of the playlist have. Cost: one walk over each song.
-[[nodiscard]] OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist);
 
 // Reads songs one after the other into one record.
 class SongRecordReader {
@@ -108,9 +100,9 @@ class SongRecordReader {
 
  private:
   static std::int32_t Visit(const char* key, const char* text, const char* type, void* context);
-  void Take(std::string_view key, const char* text, std::string_view type);
+  void Take(const char* key, const char* text, const char* type);
   void TakeField(Field field, std::string_view text);
-  void TakeOther(std::string_view key, const char* text, std::string_view type);
+  void TakeOther(std::size_t key, std::string_view text, std::string_view type);
   void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);
   void FindFile();
   [[nodiscard]] SongRecord::Place Append(std::string_view text, bool isText = true);
@@ -119,11 +111,12 @@ class SongRecordReader {
   const LibraryFunctions& library_;
   FieldSet wanted_;
   FieldSet read_;  // what the wanted fields need
-  const OtherKeys* keys_;
-  FieldKeys fields_;
+  SongKeys keys_;
+  std::size_t otherCount_;
   FieldSet seen_;
   SongReader plain_;
   SongRecord record_;
+  std::string path_;  // room for one
 };
 
 // What albums, statistics and names of files need of a song. The texts are the record's; the location is the

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <tuple>
 
@@ -35,22 +36,32 @@ class Names {
  public:
   void Add(std::optional<std::string_view> name, std::int64_t time) {
     if (!name || name->empty()) return;
-    auto known = numbers_.find(*name);
-    if (known == numbers_.end()) {
-      const std::string composed = Compose(*name);
-      const auto [entry, isNew] = numbers_.try_emplace(composed, tallies_.size());
-      if (isNew) tallies_.push_back({composed, {}});
-      known = numbers_.try_emplace(std::string(*name), entry->second).first;
+    if (*name != lastName_) {
+      lastNumber_ = NumberOf(*name);
+      lastName_ = *name;
     }
-    Count(tallies_[known->second], time);
+    Count(tallies_[lastNumber_], time);
   }
 
   [[nodiscard]] const std::vector<Tally>& All() const { return tallies_; }
 
  private:
+  std::size_t NumberOf(std::string_view name) {
+    auto known = numbers_.find(name);
+    if (known == numbers_.end()) {
+      const std::string composed = Compose(name);
+      const auto [entry, isNew] = numbers_.try_emplace(composed, tallies_.size());
+      if (isNew) tallies_.push_back({composed, {}});
+      known = numbers_.try_emplace(std::string(name), entry->second).first;
+    }
+    return known->second;
+  }
+
   // As the file writes them and composed.
   TextMap<std::size_t> numbers_;
   std::vector<Tally> tallies_;
+  std::string lastName_;  // the songs of an album stand together in the file: most need no look-up
+  std::size_t lastNumber_ = 0;
 };
 
 class Albums {

@@ -1,6 +1,7 @@
 #include "host/output/Csv.h"
 
 #include <algorithm>
+#include <array>
 
 #include "host/output/Text.h"
 
@@ -9,11 +10,19 @@ namespace {
 
 constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
 
-bool IsPlain(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char letter) {
-    const auto byte = static_cast<unsigned char>(letter);
-    return byte >= 0x20 && byte < 0x7F;
+// Whether it may stand in a cell of either kind as it is.
+constexpr std::array<bool, 256> kIsOrdinary = [] {
+  std::array<bool, 256> isOrdinary{};
+  for (std::size_t byte = 0x20; byte < 0x7F; ++byte) isOrdinary[byte] = byte != ',' && byte != '"';
+  return isOrdinary;
+}();
+
+// How many of the characters at the start are ordinary.
+std::size_t OrdinaryLength(std::string_view text) {
+  const auto end = std::find_if_not(text.begin(), text.end(), [](char letter) {
+    return kIsOrdinary[static_cast<unsigned char>(letter)];
   });
+  return static_cast<std::size_t>(end - text.begin());
 }
 
 bool IsLineEndOrTab(std::int32_t code) {
@@ -25,7 +34,11 @@ bool IsControl(std::int32_t code) {
 }
 
 void AppendWithoutControls(std::string& target, std::string_view text) {
-  while (!text.empty()) {
+  for (;;) {
+    const std::size_t ordinary = OrdinaryLength(text);
+    target += text.substr(0, ordinary);
+    text.remove_prefix(ordinary);
+    if (text.empty()) return;
     const Character first = FirstCharacter(text);
     if (first.code < 0) target += kReplacement;
     if (first.code >= 0 && !IsControl(first.code)) target += text.substr(0, first.length);
@@ -56,23 +69,22 @@ void AppendQuoted(std::string& target, std::string_view text) {
 }  // namespace
 
 void CsvWriter::Add(std::string_view cell) {
-  if (cells_++ > 0) row_ += separation_ == Separation::Commas ? ',' : '\t';
-  if (!IsPlain(cell)) {
-    clean_.clear();
-    AppendWithoutControls(clean_, cell);
-    cell = clean_;
-  }
+  if (!forSpreadsheet_ && OrdinaryLength(cell) == cell.size()) return AddOrdinary(cell);
+  AddOrdinary({});
+  AddWithCare(cell);
+}
+
+void CsvWriter::AddWithCare(std::string_view cell) {
+  clean_.clear();
+  AppendWithoutControls(clean_, cell);
   const bool isFormula =
-      !cell.empty() && std::string_view("=+-@").find(cell[0]) != std::string_view::npos;
-  if (forSpreadsheet_ && isFormula) {
-    guarded_.assign(1, '\'').append(cell);
-    cell = guarded_;
-  }
-  if (separation_ == Separation::Tabs) return AppendOnOneLine(row_, cell);
-  if (cell.find_first_of(",\"\r\n") == std::string_view::npos) {
-    row_ += cell;
+      !clean_.empty() && std::string_view("=+-@").find(clean_[0]) != std::string_view::npos;
+  if (forSpreadsheet_ && isFormula) clean_.insert(0, 1, '\'');
+  if (separation_ == Separation::Tabs) return AppendOnOneLine(row_, clean_);
+  if (clean_.find_first_of(",\"\r\n") == std::string::npos) {
+    row_ += clean_;
   } else {
-    AppendQuoted(row_, cell);
+    AppendQuoted(row_, clean_);
   }
 }
 

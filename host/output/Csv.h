@@ -23,16 +23,26 @@ class CsvWriter {
       : output_(output), separation_(separation), forSpreadsheet_(forSpreadsheet) {}
 
   void Add(std::string_view cell);
+  // Numbers and truth values as JSON writes them, in which nothing needs quotes.
+  void AddPlain(std::string_view cell) {
+    if (forSpreadsheet_) return Add(cell);
+    AddOrdinary(cell);
+  }
   void EndRow();
 
  private:
+  void AddOrdinary(std::string_view cell) {
+    if (cells_++ > 0) row_ += separation_ == Separation::Commas ? ',' : '\t';
+    row_ += cell;
+  }
+  void AddWithCare(std::string_view cell);
+
   Sink& output_;
   Separation separation_;
   bool forSpreadsheet_;
   std::size_t cells_ = 0;  // in this row
   std::string row_;
   std::string clean_;
-  std::string guarded_;
 };
 
 }  // namespace tavrel::host

@@ -44,6 +44,15 @@ TEST(AlbumGrouping, FoldersJoinPartsOfOneTitle) {
   EXPECT_THAT(grouping.Albums(), ElementsAre(0u, 1u, 1u, 3u));
 }
 
+TEST(AlbumGrouping, TheNextFolderOfAnArtistJoinsPartsToo) {
+  AlbumGrouping grouping;
+  for (const auto& [artist, location] :
+       {std::array{"A", "/1/a"}, {"A", "/2/b"}, {"A", "/2/c"}, {"B", "/2/d"}}) {
+    EXPECT_TRUE(grouping.Add(MakeSong("Hits", artist, location)).has_value());
+  }
+  EXPECT_THAT(grouping.Albums(), ElementsAre(0u, 0u));
+}
+
 TEST(AlbumGrouping, ALongChainOfFoldersIsOneAlbum) {
   constexpr std::size_t kParts = 20000;
   AlbumGrouping grouping;

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "host/library/Fields.h"
+#include "host/library/SongKeys.h"
+#include "tests/support/Random.h"
 
 namespace tavrel::host {
 namespace {
@@ -60,6 +62,25 @@ TEST(Fields, AreFoundByTheirKeysAndNames) {
   EXPECT_EQ(FindField("names"), std::nullopt);
   for (const char* key : {"", "Track ID", "Nam", "Name ", "name", "Nbme"}) {
     EXPECT_EQ(keys.Find(key), std::nullopt) << key;
+  }
+}
+
+TEST(SongKeys, AreNumberedAlikeWhateverOrderTheyComeIn) {
+  std::vector<std::string> known{"Sort Name", "Purchased", "Sort", "Sort Name ", ""};
+  for (const FieldFacts& field : kFields) known.emplace_back(field.key);
+  OtherKeys others;
+  SongKeys keys(&others);
+  const FieldKeys fields;
+  test::Random random(7);
+  for (int round = 0; round < 5000; ++round) {
+    const std::string& key = known[random.Below(known.size())];
+    if (round == 1000) others.Add("Sort Name");
+    if (round == 2000) others.Add("Purchased");
+    const auto field = fields.Find(key);
+    const auto other = others.Find(key);
+    std::size_t wanted = other ? kFieldCount + *other : SongKeys::kUnknown;
+    if (field) wanted = IndexOf(*field);
+    ASSERT_EQ(keys.Find(key.c_str()), wanted) << key << " in round " << round;
   }
 }
 
