@@ -72,6 +72,7 @@ pkg-config pkg-config
 libicu-dev unicode/stsearch.h
 libssl-dev openssl/evp.h
 python3 python3
+jq jq
 LIST
 }
 
