@@ -24,7 +24,9 @@ class TextHash {
   using is_transparent = void;
 
   TextHash() noexcept;
-  std::size_t operator()(std::string_view text) const noexcept {
+  // Not declared noexcept, though nothing is thrown: tables of GNU's library keep the hash of each text then,
+  // and do not count it anew for each neighbour that they pass, and whenever they grow.
+  std::size_t operator()(std::string_view text) const {
     return static_cast<std::size_t>(SeededHash(text, seed_));
   }
 
