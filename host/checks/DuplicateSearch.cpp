@@ -1,22 +1,21 @@
 #include "host/checks/DuplicateSearch.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <string_view>
+#include <utility>
 
 #include "host/output/Text.h"
 
 namespace tavrel::host {
 namespace {
 
-constexpr std::int64_t kSameLength = 2000;  // in milliseconds
+constexpr std::uint64_t kSameLength = 2000;  // in milliseconds
 constexpr auto kNoFile = static_cast<std::size_t>(-1);
 
-// The number of a text, counted in the order in which they come.
-template <typename List>
-std::size_t NumberOf(TextMap<std::size_t>& numbers, const std::string& key, List& lists) {
-  const auto [entry, isNew] = numbers.try_emplace(key, lists.size());
-  if (isNew) lists.emplace_back();
-  return entry->second;
+std::size_t NumberOf(TextMap<std::size_t>& numbers, std::string_view text) {
+  const auto known = numbers.find(text);
+  if (known != numbers.end()) return known->second;
+  return numbers.emplace(text, numbers.size()).first->second;
 }
 
 }  // namespace
@@ -29,47 +28,66 @@ FieldSet DuplicateSearch::Fields() {
 void DuplicateSearch::Add(std::int32_t position, const SongRecord& song) {
   fileOf_.resize(static_cast<std::size_t>(position) + 1, kNoFile);
   const auto file = song.HasFile() ? song.Text(Field::Path) : song.Text(Field::Location);
-  if (file) {
-    fileOf_.back() = NumberOf(files_, std::string(*file), byFile_);
-    byFile_[fileOf_.back()].push_back(position);
-  }
+  if (file) fileOf_.back() = NumberOf(files_, *file);
   const auto name = song.Text(Field::Name);
   if (!name || name->empty()) return;
-  std::string title = Fold(song.Text(Field::Artist).value_or(""));
-  title.append(1, '\0').append(Fold(song.Text(Field::Album).value_or("")));
-  title.append(1, '\0').append(Fold(*name));
-  byTitle_[NumberOf(titles_, title, byTitle_)].emplace_back(song.Milliseconds(), position);
+  title_ = Fold(song.Text(Field::Artist).value_or(""));
+  title_.append(1, '\0').append(Fold(song.Text(Field::Album).value_or("")));
+  title_.append(1, '\0').append(Fold(*name));
+  titled_.push_back({NumberOf(titles_, title_), song.Milliseconds(), position});
+}
+
+void DuplicateSearch::TakeFiles(std::vector<Duplicates>& groups) {
+  std::vector<std::int32_t> first(files_.size(), -1);      // song of a file
+  std::vector<std::size_t> group(files_.size(), kNoFile);  // of those that a file has
+  for (std::size_t i = 0; i < fileOf_.size(); ++i) {
+    const std::size_t file = fileOf_[i];
+    const auto song = static_cast<std::int32_t>(i);
+    if (file == kNoFile) continue;
+    if (first[file] < 0) {
+      first[file] = song;
+    } else if (group[file] == kNoFile) {
+      group[file] = groups.size();
+      groups.push_back({true, {first[file], song}});
+    } else {
+      groups[group[file]].songs.push_back(song);
+    }
+  }
+}
+
+bool DuplicateSearch::ShareOneFile(const Positions& songs) const {
+  const std::size_t file = fileOf_[static_cast<std::size_t>(songs.front())];
+  return file != kNoFile && std::all_of(songs.begin(), songs.end(), [&](std::int32_t song) {
+           return fileOf_[static_cast<std::size_t>(song)] == file;
+         });
 }
 
 // Lengths that follow each other closely belong together.
-void DuplicateSearch::AddGroups(std::vector<Timed> alike, std::vector<Duplicates>& groups) const {
-  std::sort(alike.begin(), alike.end());
-  for (std::size_t first = 0; first < alike.size();) {
+void DuplicateSearch::TakeTitles(std::vector<Duplicates>& groups) {
+  std::sort(titled_.begin(), titled_.end());
+  const auto belongTogether = [](const Titled& one, const Titled& next) {
+    // Without a sign, since they may lie further apart than a number with one says.
+    const auto apart = static_cast<std::uint64_t>(next.milliseconds) -
+                       static_cast<std::uint64_t>(one.milliseconds);
+    return one.title == next.title && apart <= kSameLength;
+  };
+  for (std::size_t first = 0; first < titled_.size();) {
     std::size_t end = first + 1;
-    while (end < alike.size() && alike[end].first - alike[end - 1].first <= kSameLength) ++end;
-    Duplicates group;
-    bool isOneFile = true;  // which is told as such
-    for (std::size_t i = first; i < end; ++i) {
-      group.songs.push_back(alike[i].second);
-      const std::size_t file = fileOf_[static_cast<std::size_t>(alike[i].second)];
-      if (file == kNoFile || file != fileOf_[static_cast<std::size_t>(alike[first].second)]) {
-        isOneFile = false;
-      }
+    while (end < titled_.size() && belongTogether(titled_[end - 1], titled_[end])) ++end;
+    if (end - first > 1) {
+      Duplicates group;
+      for (std::size_t i = first; i < end; ++i) group.songs.push_back(titled_[i].position);
+      std::sort(group.songs.begin(), group.songs.end());
+      if (!ShareOneFile(group.songs)) groups.push_back(std::move(group));  // told as such already
     }
-    std::sort(group.songs.begin(), group.songs.end());
-    if (group.songs.size() > 1 && !isOneFile) groups.push_back(std::move(group));
     first = end;
   }
 }
 
 std::vector<Duplicates> DuplicateSearch::Take() {
   std::vector<Duplicates> groups;
-  for (Positions& songs : byFile_) {
-    if (songs.size() > 1) groups.push_back({true, std::move(songs)});
-  }
-  for (std::vector<Timed>& alike : byTitle_) {
-    if (alike.size() > 1) AddGroups(std::move(alike), groups);
-  }
+  TakeFiles(groups);
+  TakeTitles(groups);
   std::stable_sort(groups.begin(), groups.end(), [](const Duplicates& a, const Duplicates& b) {
     return a.songs.front() < b.songs.front();
   });

@@ -1,9 +1,10 @@
 // Songs that a library holds twice.
 #pragma once
 
+#include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "host/library/SongRecord.h"
@@ -31,15 +32,24 @@ class DuplicateSearch {
   [[nodiscard]] std::vector<Duplicates> Take();
 
  private:
-  using Timed = std::pair<std::int64_t, std::int32_t>;  // a length in milliseconds, a position
+  // A song of a title.
+  struct Titled {
+    std::size_t title;
+    std::int64_t milliseconds;
+    std::int32_t position;
 
-  void AddGroups(std::vector<Timed> alike, std::vector<Duplicates>& groups) const;
+    auto operator<=>(const Titled&) const = default;
+  };
 
-  TextMap<std::size_t> files_;
-  std::vector<Positions> byFile_;
+  void TakeFiles(std::vector<Duplicates>& groups);
+  void TakeTitles(std::vector<Duplicates>& groups);
+  [[nodiscard]] bool ShareOneFile(const Positions& songs) const;
+
+  TextMap<std::size_t> files_;       // numbered as they come
   std::vector<std::size_t> fileOf_;  // by the position; kNoFile
   TextMap<std::size_t> titles_;
-  std::vector<std::vector<Timed>> byTitle_;
+  std::vector<Titled> titled_;
+  std::string title_;
 };
 
 }  // namespace tavrel::host

@@ -2,7 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <limits>
 
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
@@ -140,6 +142,15 @@ TEST_F(Check, FindsSongsThatAreThereTwice) {
   EXPECT_THAT(PartedByNul(RunCheck({"--only", "duplicates", "-0"}).output),
               ElementsAre(Path("copy/Music/1.mp3"), Path("copy/Music/2.mp3"), same));
   EXPECT_THAT(Summary(), HasSubstr("2  songs that are there once more"));
+}
+
+TEST_F(Check, TakesNoLengthsForOneThatLieAllNumbersApart) {
+  const auto timed = [](long long time) {
+    return Property("Name", "A") + Number("Total Time", time);
+  };
+  WriteLibrary({timed(std::numeric_limits<std::int64_t>::min()),
+                timed(std::numeric_limits<std::int64_t>::max())});
+  EXPECT_TRUE(JsonOf({"--only", "duplicates"}).empty());
 }
 
 TEST_F(Check, FindsFilesThatNoSongNames) {
