@@ -14,4 +14,5 @@ function(tavrel_add_library_copy name)
   target_link_libraries(${name} PUBLIC
     tavrel_options uriparser::uriparser utf8proc::utf8proc ZLIB::ZLIB)
   target_compile_options(${name} PRIVATE ${ARGN})
+  set_target_properties(${name} PROPERTIES UNITY_BUILD OFF)
 endfunction()

@@ -14,13 +14,21 @@ import sys
 TEST = re.compile(r"^\s*TEST(?:_F|_P)?\(\s*(\w+),\s*(\w+)\)", re.MULTILINE)
 
 
+def sources_in(source):
+    """Those that are compiled as this one: itself, or several that CMake has joined."""
+    if source.parent.name != "Unity":
+        return [source]
+    return [pathlib.Path(path) for path in re.findall(r'^#include "(.*)"$', source.read_text(), re.MULTILINE)]
+
+
 def programs_by_source(build):
     """Every test source of ours, and the programs that it is compiled for."""
     programs = {}
     for command in json.loads((build / "compile_commands.json").read_text()):
         found = re.search(r" -o tests/\S*CMakeFiles/(\w+)\.dir/", command["command"])
         if found:
-            programs.setdefault(pathlib.Path(command["file"]), set()).add(found[1])
+            for source in sources_in(pathlib.Path(command["file"])):
+                programs.setdefault(source, set()).add(found[1])
     return programs
 
 

@@ -98,9 +98,9 @@ std::string Answer(const CommandSummary& program, const OptionSummary& option) {
   return answer;
 }
 
-class Writer {
+class CaseWriter {
  public:
-  explicit Writer(const CommandSummary& program) : program_(program) {
+  explicit CaseWriter(const CommandSummary& program) : program_(program) {
     ForEachCommand(program, [this](const CommandSummary& command) { Add(command); });
   }
 
@@ -170,7 +170,7 @@ class Writer {
 }  // namespace
 
 std::string CompletionCases(const CommandSummary& program) {
-  return Writer(program).Function();
+  return CaseWriter(program).Function();
 }
 
 }  // namespace tavrel::host

@@ -99,9 +99,9 @@ std::string Answer(const OptionSummary& option, const CommandSummary& program) {
   return answer;
 }
 
-class Writer {
+class FishWriter {
  public:
-  explicit Writer(const CommandSummary& program) : program_(program) { Add(program, ""); }
+  explicit FishWriter(const CommandSummary& program) : program_(program) { Add(program, ""); }
 
   [[nodiscard]] std::string Script() const {
     std::string script = Replaced(kFunctions, "@VALUED@", programValued_ + valued_);
@@ -169,7 +169,7 @@ class Writer {
 }  // namespace
 
 std::string FishCompletion(const CommandSummary& program) {
-  return Writer(program).Script();
+  return FishWriter(program).Script();
 }
 
 }  // namespace tavrel::host

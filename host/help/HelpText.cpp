@@ -34,9 +34,9 @@ struct Entry {
   std::string text;
 };
 
-class Writer {
+class HelpWriter {
  public:
-  explicit Writer(std::size_t width) : width_(width) {}
+  explicit HelpWriter(std::size_t width) : width_(width) {}
 
   void Paragraph(std::string_view text, std::size_t indent = 0) {
     for (const std::string& line : Wrapped(text, width_ - std::min(width_ - 1, indent))) {
@@ -77,7 +77,7 @@ class Writer {
   std::string text_;
 };
 
-std::vector<Entry> Options(const CommandSummary& command, bool byPlace) {
+std::vector<Entry> OptionWords(const CommandSummary& command, bool byPlace) {
   std::vector<Entry> entries;
   for (const OptionSummary& option : command.options) {
     if (option.StandsByPlace() == byPlace) entries.push_back({option.Title(), option.text});
@@ -96,7 +96,7 @@ std::vector<Entry> Commands(const CommandSummary& command) {
 std::string HelpText(const CommandSummary& program, const CommandSummary& command,
                      std::size_t width) {
   const bool isProgram = &program == &command;
-  Writer writer(width == 0 ? kUsualWidth : width);
+  HelpWriter writer(width == 0 ? kUsualWidth : width);
   writer.Paragraph(command.text);
 
   std::vector<Entry> examples;
@@ -106,11 +106,11 @@ std::string HelpText(const CommandSummary& program, const CommandSummary& comman
   writer.Entries("Examples", examples);
   writer.Heading("Usage");
   writer.Paragraph(command.Usage(), kIndent);
-  writer.Entries("Arguments", Options(command, true));
+  writer.Entries("Arguments", OptionWords(command, true));
   writer.Entries("Commands", Commands(command));
-  writer.Entries("Options", Options(command, false));
+  writer.Entries("Options", OptionWords(command, false));
   if (!isProgram) {
-    writer.Entries("Everywhere", Options(program, false));
+    writer.Entries("Everywhere", OptionWords(program, false));
     return writer.Text();
   }
   for (const Chapter& chapter : Chapters()) {

@@ -19,7 +19,7 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::size_t kPieceSize = 1 << 16;
+constexpr std::size_t kCaptureSize = 1 << 16;
 
 MessageGuard* active = nullptr;
 
@@ -50,7 +50,7 @@ system::FileDescriptor OpenNamelessFile() noexcept {
 // character that may not be complete.
 std::size_t ReadyPart(std::string_view text) {
   const std::size_t lines = text.rfind('\n') + 1;  // 0 when there is none
-  if (lines > 0 || text.size() < kPieceSize) return lines;
+  if (lines > 0 || text.size() < kCaptureSize) return lines;
   std::size_t end = text.size();
   while (end > 0 && (static_cast<unsigned char>(text[end - 1]) & 0xC0u) == 0x80u) --end;
   return end > 0 ? end - 1 : text.size();
@@ -58,7 +58,7 @@ std::size_t ReadyPart(std::string_view text) {
 
 void CopyCleaned(int from, int to) {
   std::string waiting;
-  char piece[kPieceSize];
+  char piece[kCaptureSize];
   ::lseek(from, 0, SEEK_SET);
   for (;;) {
     const std::ptrdiff_t count = system::ReadFully(from, piece, sizeof piece);

@@ -17,7 +17,7 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::size_t kPieceSize = 1 << 16;
+constexpr std::size_t kWriteSize = 1 << 16;
 
 [[noreturn]] void Fail(const std::string& path, int error) {
   throw WriteFailure(path, error);
@@ -51,7 +51,7 @@ NewFile::~NewFile() {
 
 void NewFile::Write(std::string_view bytes) {
   waiting_ += bytes;
-  if (waiting_.size() < kPieceSize) return;
+  if (waiting_.size() < kWriteSize) return;
   RequireNoEndingSignal();
   Flush();
 }

@@ -39,10 +39,12 @@ bool IsTurnOf(int error, std::size_t place) {
          static_cast<std::size_t>(found - kErrors) == place % std::size(kErrors);
 }
 
+// Compares a life among failures with a whole one.
+using Check = void (*)(const Life& life, const Life& whole);
+
 class LifeFaults : public testing::Test {
  protected:
   // A life under the plan, for `check` to judge, and one without behind it. Nothing may be left of either.
-  template <class Check>
   void LiveThrough(const FaultPlan& plan, Check check) {
     const HeldMemory held = Held();
     const std::size_t open = OpenDescriptors();
@@ -65,7 +67,6 @@ class LifeFaults : public testing::Test {
   }
 
   // The same for each call of the kind.
-  template <class Check>
   void LiveThroughEach(FaultPlan plan, const std::string& what, Check check) {
     lives_ = met_ = 0;
     const std::vector<std::int64_t> calls = CallsToFail(CallsOfALife(plan.kind));

@@ -13,7 +13,7 @@ namespace {
 using namespace tavrel::test;
 namespace faults = tavrel::system::faults;
 
-std::vector<Track> Tracks() {
+std::vector<LibraryTrack> Tracks() {
   const std::string marks = Repeated("\u0301\u0323", 100);
   return {{1, "Beat It", "Beat & It", "x"},
           {2, Join({"e", marks, "beat"}), "A &amp; B"},

@@ -14,9 +14,9 @@ void AppendText(std::string& xml, const char* key, const Text& text) {
   if (text) xml.append("<key>").append(key).append("</key><string>").append(*text) += "</string>";
 }
 
-std::string Tracks(const std::vector<Track>& tracks) {
+std::string Tracks(const std::vector<LibraryTrack>& tracks) {
   std::string xml;
-  for (const Track& track : tracks) xml += TrackXml(track);
+  for (const LibraryTrack& track : tracks) xml += TrackXml(track);
   return xml;
 }
 
@@ -60,7 +60,7 @@ Heard HearFrom(const Terms& terms, const InCallback& inCallback, Function&& sear
 
 }  // namespace
 
-std::string TrackXml(const Track& track) {
+std::string TrackXml(const LibraryTrack& track) {
   const std::string id = std::to_string(track.id);
   std::string xml = "<key>" + id;
   xml.append("</key><dict><key>Track ID</key><integer>").append(id) += "</integer>";
@@ -71,10 +71,10 @@ std::string TrackXml(const Track& track) {
   return xml;
 }
 
-std::string LibraryXml(std::string_view tracks, const std::vector<Playlist>& playlists) {
+std::string LibraryXml(std::string_view tracks, const std::vector<LibraryPlaylist>& playlists) {
   std::string xml = "<plist><dict><key>Tracks</key><dict>";
   xml.append(tracks) += "</dict><key>Playlists</key><array>\n";
-  for (const Playlist& playlist : playlists) {
+  for (const LibraryPlaylist& playlist : playlists) {
     xml += "<dict><key>Name</key><string>a playlist</string>";
     if (playlist.kind != 0) {
       xml.append("<key>Distinguished Kind</key><integer>").append(std::to_string(playlist.kind)) +=
@@ -99,7 +99,8 @@ SongLibrary::SongLibrary(std::string_view xml, const std::vector<std::string>& r
   EXPECT_EQ(AgentInitializer(), 0);
 }
 
-SongLibrary::SongLibrary(const std::vector<Track>& tracks, const std::vector<Playlist>& playlists,
+SongLibrary::SongLibrary(const std::vector<LibraryTrack>& tracks,
+                         const std::vector<LibraryPlaylist>& playlists,
                          const std::vector<std::string>& ringtones)
     : SongLibrary(LibraryXml(Tracks(tracks), playlists), ringtones) {}
 

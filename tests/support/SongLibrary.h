@@ -21,29 +21,29 @@ namespace tavrel::test {
 using Text = std::optional<std::string>;
 
 // A track as the file writes it: texts with their escapes.
-struct Track {
+struct LibraryTrack {
   std::int32_t id;
   Text name;
   Text artist = {};
   Text album = {};
 };
 
-struct Playlist {
+struct LibraryPlaylist {
   std::int32_t kind;  // 4 is of the first group, 26 of the second, 0 of the third
   std::vector<std::int32_t> items;
 };
 
-[[nodiscard]] std::string TrackXml(const Track& track);
+[[nodiscard]] std::string TrackXml(const LibraryTrack& track);
 // tracks: the contents of the track dictionary, as pairs of a key and a dictionary.
 [[nodiscard]] std::string LibraryXml(std::string_view tracks,
-                                     const std::vector<Playlist>& playlists);
+                                     const std::vector<LibraryPlaylist>& playlists);
 
 // A loaded library file; unloaded at the end.
 class SongLibrary {
  public:
   explicit SongLibrary(std::string_view xml, const std::vector<std::string>& ringtones = {});
-  explicit SongLibrary(const std::vector<Track>& tracks,
-                       const std::vector<Playlist>& playlists = {},
+  explicit SongLibrary(const std::vector<LibraryTrack>& tracks,
+                       const std::vector<LibraryPlaylist>& playlists = {},
                        const std::vector<std::string>& ringtones = {});
   ~SongLibrary() { AgentFinalizer(); }
 

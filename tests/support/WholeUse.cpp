@@ -9,7 +9,7 @@ namespace tavrel::test {
 namespace {
 
 constexpr std::int32_t kSongsWithArtwork = 120;
-constexpr std::int32_t kRingtoneKind = 55;
+constexpr std::int32_t kKindOfRingtones = 55;
 
 template <class Function>
 Function* Of(const FindFunction& find, const char* name) {
@@ -80,8 +80,8 @@ void AppendLists(const FindFunction& find, std::string& text) {
       getPlaylistName(group, i, name.data(), static_cast<std::int32_t>(name.size()));
       Append(text, kind);
       text.append(name.data()) += ' ';
-      if (kind != kRingtoneKind) Append(text, songs);
-      if (songs > 0) AppendSong(find, text, playlist, kind == kRingtoneKind ? 0 : songs - 1);
+      if (kind != kKindOfRingtones) Append(text, songs);
+      if (songs > 0) AppendSong(find, text, playlist, kind == kKindOfRingtones ? 0 : songs - 1);
     }
   }
 }

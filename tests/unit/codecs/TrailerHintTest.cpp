@@ -41,7 +41,7 @@ std::string WithHeader(char flags, std::string_view fields, const std::string& s
   return changed.insert(kHeader, fields);
 }
 
-std::string SampleText(std::size_t size) {
+std::string HintText(std::size_t size) {
   std::string text = tavrel::test::Random(size).Text({"<key>", "Name", "</key>", "\n", "é"}, size);
   text.resize(size);
   return text;
@@ -50,7 +50,7 @@ std::string SampleText(std::size_t size) {
 }  // namespace
 
 TEST(TrailerHint, BytesBehindTheStreamGiveAWrongOne) {
-  const std::string text = SampleText(5000);
+  const std::string text = HintText(5000);
   const std::string stream = Deflated(text);
   for (const std::string_view behind :
        {std::string_view("\0\0\0\0", 4),      // no bytes at all
@@ -65,13 +65,13 @@ TEST(TrailerHint, BytesBehindTheStreamGiveAWrongOne) {
 
 TEST(TrailerHint, OfALaterMemberSaysNothingAboutTheFirst) {
   const std::string shortOne = Deflated("short");
-  const std::string longOne = Deflated(SampleText(100000));
+  const std::string longOne = Deflated(HintText(100000));
   ExpectText(shortOne + longOne, "short");
-  ExpectText(longOne + shortOne, SampleText(100000));
+  ExpectText(longOne + shortOne, HintText(100000));
 }
 
 TEST(TrailerHint, AWrongOneAtItsPlaceGivesNone) {
-  const std::string stream = Deflated(SampleText(3000));
+  const std::string stream = Deflated(HintText(3000));
   for (std::size_t back = 1; back <= 8; ++back) {
     for (const char value : {'\0', '\1', '\x7F', '\xFF'}) {
       std::string damaged = stream;
@@ -84,14 +84,14 @@ TEST(TrailerHint, AWrongOneAtItsPlaceGivesNone) {
 }
 
 TEST(TrailerHint, AStreamCutOffInItsTrailerGivesNone) {
-  const std::string stream = Deflated(SampleText(3000));
+  const std::string stream = Deflated(HintText(3000));
   for (std::size_t less = 1; less <= 12; ++less) {
     EXPECT_FALSE(tavrel::gzipInflate(ByteBuffer::Copy(stream.substr(0, stream.size() - less))));
   }
 }
 
 TEST(TrailerHint, EveryKindOfHeaderIsRead) {
-  const std::string text = SampleText(2000);
+  const std::string text = HintText(2000);
   const std::string stream = Deflated(text);
   ExpectText(WithHeader('\x01', "", stream), text);
   ExpectText(WithHeader('\x08', std::string_view("name.xml\0", 9), stream), text);
@@ -104,7 +104,7 @@ TEST(TrailerHint, EveryKindOfHeaderIsRead) {
 TEST(TrailerHint, ARightOneSavesASecondBlock) {
   if (!tavrel::IsCrc32Fast())
     GTEST_SKIP() << "this processor lacks carry-less products, without which hints do not pay";
-  const std::string stream = Deflated(SampleText(2000));
+  const std::string stream = Deflated(HintText(2000));
   const auto allocations = [](const std::string& input) {
     const ByteBuffer bytes = ByteBuffer::Copy(input);
     tavrel::system::faults::FailAfter(100, true);
@@ -119,7 +119,7 @@ TEST(TrailerHint, ARightOneSavesASecondBlock) {
 }
 
 TEST(TrailerHint, AHeaderThatZlibRefusesGivesNone) {
-  const std::string stream = Deflated(SampleText(2000));
+  const std::string stream = Deflated(HintText(2000));
   for (std::size_t at = 0; at < 4; ++at) {
     for (int value = 0; value < 256; ++value) {
       std::string changed = stream;
@@ -134,7 +134,7 @@ TEST(TrailerHint, AHeaderThatZlibRefusesGivesNone) {
 TEST(TrailerHint, DamagedStreamsAreJudgedAsByTheModel) {
   tavrel::test::Random random(1);
   for (int round = 0; round < tavrel::test::Rounds(3000); ++round) {
-    std::string stream = Deflated(SampleText(1 + random.Below(3000)));
+    std::string stream = Deflated(HintText(1 + random.Below(3000)));
     for (std::size_t changes = random.Below(3); changes-- > 0;) {
       stream[random.Below(stream.size())] = static_cast<char>(random.Below(256));
     }

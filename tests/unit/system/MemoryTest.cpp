@@ -12,8 +12,8 @@ using namespace tavrel::system;
 
 namespace {
 
-constexpr std::size_t kSmall = 1000;
-constexpr std::size_t kLarge = std::size_t{5} << 20;
+constexpr std::size_t kSmallRequest = 1000;
+constexpr std::size_t kLargeRequest = std::size_t{5} << 20;
 
 bool IsZero(const char* at, std::size_t bytes) {
   return std::all_of(at, at + bytes, [](char byte) { return byte == 0; });
@@ -23,8 +23,8 @@ bool IsZero(const char* at, std::size_t bytes) {
 
 TEST(Memory, BlocksOfAnySizeAreZeroFilledAndWritable) {
   const std::size_t megabyte = std::size_t{1} << 20;
-  for (const std::size_t bytes : {std::size_t{1}, kSmall, megabyte - 1, megabyte, megabyte + 1,
-                                  2 * megabyte, kLarge, kLarge + 1}) {
+  for (const std::size_t bytes : {std::size_t{1}, kSmallRequest, megabyte - 1, megabyte,
+                                  megabyte + 1, 2 * megabyte, kLargeRequest, kLargeRequest + 1}) {
     ZeroedBlock block = AllocateBlock(bytes);
     ASSERT_NE(block.address, nullptr) << bytes;
     EXPECT_TRUE(IsZero(block.address, bytes)) << bytes;
@@ -34,7 +34,7 @@ TEST(Memory, BlocksOfAnySizeAreZeroFilledAndWritable) {
 }
 
 TEST(Memory, ReleasingABlockLeavesItEmptyAndAnEmptyOneIsAllowed) {
-  for (const std::size_t bytes : {kSmall, kLarge}) {
+  for (const std::size_t bytes : {kSmallRequest, kLargeRequest}) {
     ZeroedBlock block = AllocateBlock(bytes);
     ReleaseBlock(block);
     EXPECT_EQ(block.address, nullptr);
@@ -44,7 +44,7 @@ TEST(Memory, ReleasingABlockLeavesItEmptyAndAnEmptyOneIsAllowed) {
 }
 
 TEST(Memory, ATrimmedBlockKeepsItsFirstBytes) {
-  for (const std::size_t bytes : {kSmall, kLarge}) {
+  for (const std::size_t bytes : {kSmallRequest, kLargeRequest}) {
     for (const std::size_t kept : {std::size_t{0}, std::size_t{1}, bytes / 2, bytes - 1, bytes}) {
       ZeroedBlock block = AllocateBlock(bytes);
       ASSERT_NE(block.address, nullptr);
@@ -58,22 +58,23 @@ TEST(Memory, ATrimmedBlockKeepsItsFirstBytes) {
 }
 
 TEST(Memory, TrimmingALargeBlockGivesItsPagesBack) {
-  ZeroedBlock block = AllocateBlock(kLarge);
-  ASSERT_GE(block.mappedBytes, kLarge);
+  ZeroedBlock block = AllocateBlock(kLargeRequest);
+  ASSERT_GE(block.mappedBytes, kLargeRequest);
   TrimBlock(block, 10);
   EXPECT_LE(block.mappedBytes, std::size_t{64} << 10);
   ReleaseBlock(block);
 }
 
 TEST(MemoryFaults, TrimmingAsksAndLeavesTheBlockAsItIsWhenItFails) {
-  ZeroedBlock block = AllocateBlock(kSmall);
+  ZeroedBlock block = AllocateBlock(kSmallRequest);
   ASSERT_NE(block.address, nullptr);
-  std::memset(block.address, 7, kSmall);
+  std::memset(block.address, 7, kSmallRequest);
   faults::FailAfter(0, false);
   TrimBlock(block, 10);
   faults::Stop();
   EXPECT_EQ(faults::Asked(), 1);
-  EXPECT_TRUE(std::all_of(block.address, block.address + kSmall, [](char b) { return b == 7; }));
+  EXPECT_TRUE(
+      std::all_of(block.address, block.address + kSmallRequest, [](char b) { return b == 7; }));
   ReleaseBlock(block);
 }
 
@@ -91,8 +92,8 @@ TEST(MemoryFaults, AllAllocationsFailAfterTheAllowedOnes) {
   EXPECT_EQ(Allocate(10), nullptr);
   EXPECT_EQ(AllocateZeroed(10), nullptr);
   EXPECT_EQ(Reallocate(nullptr, 10), nullptr);
-  EXPECT_EQ(AllocateBlock(kSmall).address, nullptr);
-  EXPECT_EQ(AllocateBlock(kLarge).address, nullptr);
+  EXPECT_EQ(AllocateBlock(kSmallRequest).address, nullptr);
+  EXPECT_EQ(AllocateBlock(kLargeRequest).address, nullptr);
   EXPECT_FALSE(AllocationAllowed());
   EXPECT_EQ(faults::Asked(), 8);
   faults::Stop();

@@ -35,7 +35,7 @@ bool IsTakenAsThePlainOneTakesIt(const std::string& url) {
   return path.has_value();
 }
 
-const std::vector<std::string_view> kPieces = {
+const std::vector<std::string_view> kUrlPieces = {
     "a",   "Z",   "0",   "9",   "/",   "%20", "%25",  "%2F",      "%2f",  "%00", "%7F",
     "%80", "%BF", "%C3", "%A9", "%c3", "%a9", "%E6",  "%97",      "%A5",  "%ED", "%A0",
     "%F4", "%90", "%F0", "%9F", "%",   "%2",  "%G0",  "%0G",      "?",    "#",   " ",
@@ -117,7 +117,7 @@ TEST(OrdinaryUrl, RandomUrlsAreTakenAsThePlainOneTakesThem) {
   const int rounds = tavrel::test::Rounds(1000000);
   for (int round = 0; round < rounds; ++round) {
     std::string url(kStarts[random.Below(kStarts.size())]);
-    url += random.Text(random.Below(3) == 0 ? kPieces : kOrdinaryPieces, random.Below(12));
+    url += random.Text(random.Below(3) == 0 ? kUrlPieces : kOrdinaryPieces, random.Below(12));
     taken += IsTakenAsThePlainOneTakesIt(url);
     if (HasFailure()) return;
   }

@@ -156,7 +156,7 @@ TEST(TextSearch, ATermThatCouldNotBePreparedIsNeverFound) {
 }
 
 // Letters, marks, Hangul, sharp s, sigma, emoji, and whatever else is subtle.
-const std::vector<std::string_view> kPieces = {
+const std::vector<std::string_view> kTextPieces = {
     "a",          "A",          "e",          "E",      "s",      "S",          "k",      "i",
     "I",          "f",          " ",          "\u0301", "\u0301", "\u0323",     "\u0302", "\u0345",
     "\u0327",     "\u0344",     "\u00E9",     "\u00C9", "\u1EBF", "\u00DF",     "\u1E9E", "\u017F",
@@ -170,7 +170,7 @@ const std::vector<std::string_view> kPieces = {
 std::vector<std::string_view> FewPieces(Random& random) {
   std::vector<std::string_view> few;
   for (std::size_t count = 2 + random.Below(4); count > 0; --count) {
-    few.push_back(kPieces[random.Below(kPieces.size())]);
+    few.push_back(kTextPieces[random.Below(kTextPieces.size())]);
   }
   return few;
 }

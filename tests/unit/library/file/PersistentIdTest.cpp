@@ -11,7 +11,7 @@ namespace {
 
 using Bytes = std::array<std::uint8_t, 8>;
 
-Bytes Read(const char* text) {
+Bytes ReadId(const char* text) {
   Bytes bytes = {};
   EXPECT_EQ(PersistentId2Buf(text, bytes.data()), 8) << text;
   return bytes;
@@ -20,9 +20,9 @@ Bytes Read(const char* text) {
 }  // namespace
 
 TEST(PersistentId2Buf, KeepsTheOrderOfTheDigits) {
-  EXPECT_EQ(Read("0123456789ABCDEF"), (Bytes{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}));
-  EXPECT_EQ(Read("fedcba9876543210"), (Bytes{0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10}));
-  EXPECT_EQ(Read("00000000000000FF"), (Bytes{0, 0, 0, 0, 0, 0, 0, 0xFF}));
+  EXPECT_EQ(ReadId("0123456789ABCDEF"), (Bytes{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}));
+  EXPECT_EQ(ReadId("fedcba9876543210"), (Bytes{0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10}));
+  EXPECT_EQ(ReadId("00000000000000FF"), (Bytes{0, 0, 0, 0, 0, 0, 0, 0xFF}));
 }
 
 TEST(PersistentId2Buf, LeavesTheBytesAloneForAShortText) {
@@ -36,14 +36,14 @@ TEST(PersistentId2Buf, LeavesTheBytesAloneForAShortText) {
 }
 
 TEST(PersistentId2Buf, IgnoresWhatFollowsTheSixteenthCharacter) {
-  EXPECT_EQ(Read("0123456789ABCDEF0"), Read("0123456789ABCDEF"));
-  EXPECT_EQ(Read("0123456789ABCDEF and more"), Read("0123456789ABCDEF"));
+  EXPECT_EQ(ReadId("0123456789ABCDEF0"), ReadId("0123456789ABCDEF"));
+  EXPECT_EQ(ReadId("0123456789ABCDEF and more"), ReadId("0123456789ABCDEF"));
 }
 
 TEST(PersistentId2Buf, CountsTheLeadingDigitsOfAPair) {
-  EXPECT_EQ(Read("7xx7g1 1-1+1xA0x"), (Bytes{0x07, 0, 0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(Read("1.2.3.4.5.6.7.8."), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
-  EXPECT_EQ(Read("Fg\xC3\xA9\t5\n5-5+5 50x"), (Bytes{0x0F, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ReadId("7xx7g1 1-1+1xA0x"), (Bytes{0x07, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ReadId("1.2.3.4.5.6.7.8."), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
+  EXPECT_EQ(ReadId("Fg\xC3\xA9\t5\n5-5+5 50x"), (Bytes{0x0F, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(PersistentId2Buf, ReadsNoFurtherThanItMust) {

@@ -36,7 +36,7 @@ std::string Text(const std::string& source) {
   return buffer.substr(0, static_cast<std::size_t>(result));
 }
 
-std::string Bytes(std::initializer_list<int> values) {
+std::string TextOf(std::initializer_list<int> values) {
   std::string bytes;
   for (const int value : values) bytes += static_cast<char>(value);
   return bytes;
@@ -82,7 +82,7 @@ TEST(RestoreXMLEscChar, WritesTheBareBytesOfAValueAndNotUtf8) {
   EXPECT_EQ(Text("&#256;"), "\x01");
   EXPECT_EQ(Text("&#0;"), "");
   EXPECT_EQ(Text("a&#0;b&#x0;c"), "abc");
-  EXPECT_EQ(Text("&#x10FFFF;"), Bytes({0x10, 0xFF, 0xFF}));
+  EXPECT_EQ(Text("&#x10FFFF;"), TextOf({0x10, 0xFF, 0xFF}));
   EXPECT_EQ(Text("&#x01000200;"), "\x01\x02");
   EXPECT_EQ(Text("&#x12345678;"), "\x12\x34\x56\x78");
 }
@@ -116,7 +116,7 @@ TEST(RestoreXMLEscChar, SkipsBlanksBeforeANumber) {
 TEST(RestoreXMLEscChar, TakesASignAndNegatesModulo64Bits) {
   EXPECT_EQ(Text("&#+65;"), "A");
   EXPECT_EQ(Text("&#-1;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#-191;"), Bytes({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(Text("&#-191;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
   EXPECT_EQ(Text("&#x-1;"), "\xFF\xFF\xFF\xFF");
   EXPECT_EQ(Text("&#x +41;"), "A");
   EXPECT_EQ(Text("&#-18446744073709551551;"), "A");
@@ -128,7 +128,7 @@ TEST(RestoreXMLEscChar, TakesASignAndNegatesModulo64Bits) {
 TEST(RestoreXMLEscChar, SkipsAHexadecimalPrefixBehindTheX) {
   EXPECT_EQ(Text("&#x0x41;"), "A");
   EXPECT_EQ(Text("&#X0X41;"), "A");
-  EXPECT_EQ(Text("&#x -0xBF;"), Bytes({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(Text("&#x -0xBF;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
   EXPECT_EQ(Text("[&#x0x;]"), "[]");
   EXPECT_EQ(Text("[&#x0xg1;]"), "[]");
   EXPECT_EQ(Text("[&#x0x0x41;]"), "[]");

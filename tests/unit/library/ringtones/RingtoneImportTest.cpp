@@ -196,33 +196,33 @@ Answer ImportWithFailureAt(std::int64_t allocation) {
 }
 
 // An import's own allocations, in this order; those of C++ are not counted in this program.
-enum Allocation { kSharedFlag, kTrackRecord, kName, kLocation, kSongTable };
+enum ImportAllocation { kImportFlag, kImportRecord, kImportName, kImportLocation, kImportTable };
 
 TEST_F(RingtoneImport, WithoutMemoryForTheRunItAnswersMinusOne) {
-  EXPECT_EQ(ImportWithFailureAt(kSharedFlag), (Answer{-1, {kNotRun}}));
+  EXPECT_EQ(ImportWithFailureAt(kImportFlag), (Answer{-1, {kNotRun}}));
   EXPECT_EQ(runner.Kept("script"), "");
   EXPECT_THAT(List(), IsEmpty());
 }
 
 TEST_F(RingtoneImport, WithoutMemoryForTheRecordItAnswersOne) {
-  EXPECT_EQ(ImportWithFailureAt(kTrackRecord), (Answer{1, {kNotListed}}));
+  EXPECT_EQ(ImportWithFailureAt(kImportRecord), (Answer{1, {kNotListed}}));
   EXPECT_EQ(runner.Kept("script"), kScript);
   EXPECT_THAT(List(), IsEmpty());
 }
 
 TEST_F(RingtoneImport, WithoutMemoryForTheNameItAnswersMinusOneWithoutAMessage) {
-  EXPECT_EQ(ImportWithFailureAt(kName), (Answer{-1, {}}));
+  EXPECT_EQ(ImportWithFailureAt(kImportName), (Answer{-1, {}}));
   EXPECT_EQ(runner.Kept("script"), kScript);
   EXPECT_THAT(List(), IsEmpty());
 }
 
 TEST_F(RingtoneImport, WithoutMemoryForTheLocationItAnswersMinusOne) {
-  EXPECT_EQ(ImportWithFailureAt(kLocation), (Answer{-1, {kNotListed}}));
+  EXPECT_EQ(ImportWithFailureAt(kImportLocation), (Answer{-1, {kNotListed}}));
   EXPECT_THAT(List(), IsEmpty());
 }
 
 TEST_F(RingtoneImport, WithoutMemoryForThePlaylistsTableItAnswersOne) {
-  EXPECT_EQ(ImportWithFailureAt(kSongTable), (Answer{1, {kNotListed}}));
+  EXPECT_EQ(ImportWithFailureAt(kImportTable), (Answer{1, {kNotListed}}));
   EXPECT_THAT(List(), IsEmpty());
   EXPECT_EQ(LastPlaylist()->capacity, 0);
   EXPECT_EQ(AppendRingtone(kPath), 0);

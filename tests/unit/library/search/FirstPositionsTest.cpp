@@ -14,9 +14,9 @@ namespace {
 using namespace tavrel::test;
 
 // What each match must be reported with at this moment.
-std::vector<Call> PlainPlaces(const std::vector<Track>& tracks) {
+std::vector<Call> PlainPlaces(const std::vector<LibraryTrack>& tracks) {
   std::vector<Call> places;
-  for (const Track& track : tracks) {
+  for (const LibraryTrack& track : tracks) {
     Call place = {nullptr, 0};
     place.playlist = GetPlaylistByTrackId(track.id, &place.index);
     places.push_back(place);
@@ -24,8 +24,8 @@ std::vector<Call> PlainPlaces(const std::vector<Track>& tracks) {
   return places;
 }
 
-std::vector<Track> Numbered(const std::vector<std::int32_t>& ids) {
-  std::vector<Track> tracks;
+std::vector<LibraryTrack> Numbered(const std::vector<std::int32_t>& ids) {
+  std::vector<LibraryTrack> tracks;
   for (const std::int32_t id : ids) tracks.push_back({id, "song"});
   return tracks;
 }
@@ -64,9 +64,9 @@ TEST(FirstPositions, RandomLibrariesAgreeWithThePlainScan) {
       ids.push_back(id);
       id += static_cast<std::int32_t>(random.Below(3));
     }
-    std::vector<Playlist> playlists;
+    std::vector<LibraryPlaylist> playlists;
     for (std::size_t count = random.Below(6); count > 0; --count) {
-      Playlist playlist{random.Below(2) == 0 ? 0 : random.Below(2) == 0 ? 4 : 26, {}};
+      LibraryPlaylist playlist{random.Below(2) == 0 ? 0 : random.Below(2) == 0 ? 4 : 26, {}};
       for (std::size_t items = random.Below(12); items > 0; --items) {
         playlist.items.push_back(static_cast<std::int32_t>(random.Below(60)) - 2);
       }
@@ -94,7 +94,7 @@ TEST(FirstPositions, ATrackWithoutIdIsTakenForARingtoneUnlessItStandsInTheFirstG
 
 // Searches the whole library, does something in the callback of the second track, and compares each
 // call with what the plain scan says at that moment.
-void CheckAgainstPlainScan(const std::vector<Track>& tracks, const InCallback& change) {
+void CheckAgainstPlainScan(const std::vector<LibraryTrack>& tracks, const InCallback& change) {
   std::vector<Call> expected;
   const auto inCallback = [&](std::size_t call) {
     expected.push_back(PlainPlaces(tracks)[call]);
@@ -142,7 +142,7 @@ TEST(FirstPositions, RecordsOfPlaylistsThatAreMadeAnewStayAllocated) {
 
 TEST(FirstPositions, PlaylistsThatTheCallbackChangesCountFromThenOn) {
   const auto tracks = Numbered({0, 1, 2, 3, 4});
-  const std::vector<Playlist> playlists = {{4, {0}}, {0, {4, 3, 2, 1, 0}}};
+  const std::vector<LibraryPlaylist> playlists = {{4, {0}}, {0, {4, 3, 2, 1, 0}}};
   const auto itemsOfOther = [] {
     // The items of the second playlist, out of the document.
     const TBXMLElement* first =
@@ -173,7 +173,7 @@ TEST(FirstPositions, PlaylistsThatTheCallbackChangesCountFromThenOn) {
 
 TEST(FirstPositions, TheRingtonePlaylistMayComeAndGo) {
   const auto tracks = Numbered({0, 0, 0, 0, 1, 2});
-  const std::vector<Playlist> playlists = {{4, {1}}, {0, {2, 1, 0}}};
+  const std::vector<LibraryPlaylist> playlists = {{4, {1}}, {0, {2, 1, 0}}};
   const std::vector<InCallback> changes = {
       [](std::size_t) { return DestroyRingtoneArray() + 1; },
       [](std::size_t) { return CreateRingtoneArray() + 1; },
@@ -223,7 +223,7 @@ TEST(FirstPositions, ACallbackMayReadWhatItIsGiven) {
   EXPECT_EQ(Search({.name = "song"}, read).calls, PlainPlaces(tracks));
 }
 
-GlobalState* abandoned = nullptr;  // stays allocated when a library is loaded over another
+GlobalState* abandonedLibrary = nullptr;  // stays allocated when a library is loaded over another
 
 TEST(FirstPositions, AfterACallbackHasLoadedAnotherLibraryItsPlaylistsCount) {
   const auto tracks = Numbered({1, 2, 3, 4});
@@ -231,8 +231,8 @@ TEST(FirstPositions, AfterACallbackHasLoadedAnotherLibraryItsPlaylistsCount) {
   std::optional<SongLibrary> other;
   const auto load = [&](std::size_t call) {
     if (call != 1) return 1;
-    abandoned = g_pGlobal;
-    other.emplace(Numbered({3, 4}), std::vector<Playlist>{{26, {4}}});
+    abandonedLibrary = g_pGlobal;
+    other.emplace(Numbered({3, 4}), std::vector<LibraryPlaylist>{{26, {4}}});
     return 1;
   };
   const Heard heard = Search({.name = "song"}, load);

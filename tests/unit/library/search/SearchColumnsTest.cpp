@@ -27,8 +27,8 @@ class Columns {
 };
 
 TEST(SearchColumns, NeighboursWithTheSameTextShareOneCopy) {
-  const SongLibrary library(
-      std::vector<Track>{{1, "a", "Same"}, {2, "b", "Same"}, {3, "b"}, {4, "c"}, {5, "d", "Same"}});
+  const SongLibrary library(std::vector<LibraryTrack>{
+      {1, "a", "Same"}, {2, "b", "Same"}, {3, "b"}, {4, "c"}, {5, "d", "Same"}});
   const Columns read(5);
   ASSERT_TRUE(read.isRead);
   const auto& columns = read.columns.columns;
@@ -45,7 +45,7 @@ TEST(SearchColumns, NeighboursWithTheSameTextShareOneCopy) {
 
 TEST(SearchColumns, FaultyTextsAreRememberedAndNotLogged) {
   const SongLibrary library(
-      std::vector<Track>{{1, "a"}, {2, "b", "x & y"}, {3, "c", "x & y"}, {4, "d &nbsp;"}});
+      std::vector<LibraryTrack>{{1, "a"}, {2, "b", "x & y"}, {3, "c", "x & y"}, {4, "d &nbsp;"}});
   const Columns read(4);
   ASSERT_TRUE(read.isRead);
   const auto& columns = read.columns.columns;
@@ -61,7 +61,7 @@ TEST(SearchColumns, FaultyTextsAreRememberedAndNotLogged) {
 }
 
 TEST(SearchColumns, MoreTracksThanThereIsRoomForAreNotRead) {
-  const SongLibrary library(std::vector<Track>{{1, "a"}, {2, "b"}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "a"}, {2, "b"}});
   EXPECT_FALSE(Columns(1).isRead);
   EXPECT_TRUE(Columns(2).isRead);
 }

@@ -65,13 +65,14 @@ Found FindLiterally(const Terms& terms, std::size_t most = SIZE_MAX) {
 using Songs = std::vector<std::int32_t>;
 
 // What is remembered here does not count as a leak.
-GlobalState* abandoned;
+GlobalState* abandonedWhileFinding;
 
 TEST(SongFinding, TellsOfMatchesOnlyInTheFilesOrder) {
-  const SongLibrary library(std::vector<Track>{{5, "Beat It", "Michael", "Thriller"},
-                                               {5, "HEARTBEAT", "Anna", "Thriller"},
-                                               {2, "Rock &amp; Roll", "Led", "IV"},
-                                               {9, "Dvo\u0159\u00E1k", "Beatrice", "Thriller"}});
+  const SongLibrary library(
+      std::vector<LibraryTrack>{{5, "Beat It", "Michael", "Thriller"},
+                                {5, "HEARTBEAT", "Anna", "Thriller"},
+                                {2, "Rock &amp; Roll", "Led", "IV"},
+                                {9, "Dvo\u0159\u00E1k", "Beatrice", "Thriller"}});
   EXPECT_EQ(Find({.name = "beat"}).songs, (Songs{0, 1}));
   EXPECT_EQ(Find({.name = "beat", .artist = "BEAT"}).songs, (Songs{0, 1, 3}));
   EXPECT_EQ(Find({.name = "& roll"}).songs, (Songs{2}));
@@ -81,7 +82,8 @@ TEST(SongFinding, TellsOfMatchesOnlyInTheFilesOrder) {
 }
 
 TEST(SongFinding, EndsAtTheSongAtWhichTheCallbackEndsIt) {
-  const SongLibrary library(std::vector<Track>{{1, "a"}, {2, "b"}, {3, "a & b"}, {4, "a & c"}});
+  const SongLibrary library(
+      std::vector<LibraryTrack>{{1, "a"}, {2, "b"}, {3, "a & b"}, {4, "a & c"}});
   EXPECT_EQ(Find({.name = "a"}, 1).songs, (Songs{0}));
   EXPECT_EQ(Find({.name = "a"}, 1).log.size(), 0u);
   EXPECT_EQ(Find({.name = "a"}, 2).songs, (Songs{0, 2}));
@@ -90,7 +92,8 @@ TEST(SongFinding, EndsAtTheSongAtWhichTheCallbackEndsIt) {
 }
 
 TEST(SongFinding, ACallbackMaySearchAndFindAndLoadAnotherLibrary) {
-  const SongLibrary library(std::vector<Track>{{1, "a"}, {2, "ab"}, {3, "abc"}}, {{4, {3, 2, 1}}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "a"}, {2, "ab"}, {3, "abc"}},
+                            {{4, {3, 2, 1}}});
   static int inside;
   inside = 0;
   SongInfo info = {};
@@ -100,7 +103,7 @@ TEST(SongFinding, ACallbackMaySearchAndFindAndLoadAnotherLibrary) {
     inside += 100 * static_cast<int>(Find({.name = "b"}).songs.size());
     inside += Search({.name = "c"}).count;
     if (index != 1) return std::int32_t{1};
-    abandoned = g_pGlobal;
+    abandonedWhileFinding = g_pGlobal;
     return AgentInitializer() + 1;
   };
   EXPECT_EQ(FindSongs(&info, nested, nullptr), 3);
@@ -122,7 +125,7 @@ TEST(SongFinding, InRandomLibrariesTellsWhatEachTextTells) {
   std::size_t songs = 0;
   std::size_t lines = 0;
   for (int round = 0; round < Rounds(120); ++round) {
-    std::vector<Track> tracks;
+    std::vector<LibraryTrack> tracks;
     Text album;
     for (std::size_t count = random.Below(50); count > 0; --count) {
       if (random.Below(3) == 0) album = text(kPieces, 4);

@@ -13,7 +13,7 @@ using namespace tavrel::test;
 constexpr const char* kNoEnding = "] XML text \"Beat & It\" Escaping has no ending\n";
 constexpr const char* kNoNumeric = "] XML text \"&nbsp; Beat\" Escaping has no numeric\n";
 
-std::vector<Track> FaultyTracks() {
+std::vector<LibraryTrack> FaultyTracks() {
   return {{1, "Beat & It", "anna"}, {2, "ok", "Heart&nbsp; Beat"}, {3, "fine", "fine"}};
 }
 
@@ -48,7 +48,7 @@ TEST(SongSearchLog, ATermThatIsNeverFoundIsATestAllTheSame) {
 }
 
 TEST(SongSearchLog, NeighboursThatShareAFaultyTextAreLoggedOneByOne) {
-  const SongLibrary library(std::vector<Track>{
+  const SongLibrary library(std::vector<LibraryTrack>{
       {1, "a", "Beat & It"}, {2, "b", "Beat & It"}, {3, "c"}, {4, "d", "Beat & It"}});
   const std::string once = kNoEnding;
   EXPECT_EQ(Search({.artist = "beat"}).log, once + once + once);
@@ -68,7 +68,7 @@ TEST(SongSearchLog, LinesComeBeforeTheCallForTheirTrackAndNoneAfterTheEnd) {
 }
 
 TEST(SongSearchLog, AFaultyTextThatIsNoUtf8IsLoggedToo) {
-  const SongLibrary library(std::vector<Track>{{1, "a&#233;b&c"}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "a&#233;b&c"}});
   EXPECT_EQ(Search({.name = "a"}).count, 0);
   EXPECT_EQ(Search({.name = "a"}).log, "] XML text \"a&#233;b&c\" Escaping has no ending\n");
 }

@@ -22,8 +22,8 @@ Text RandomText(Random& random, std::size_t most) {
   return random.Text(kPieces, random.Below(most));
 }
 
-std::vector<Track> RandomTracks(Random& random) {
-  std::vector<Track> tracks;
+std::vector<LibraryTrack> RandomTracks(Random& random) {
+  std::vector<LibraryTrack> tracks;
   Text artist;
   Text album;
   std::int32_t id = 0;
@@ -73,7 +73,7 @@ TEST(SongSearchModel, ThePlainSearchFindsWhatTheModelFinds) {
     const std::string text =
         random.Text({"a", "e\u0301", "\u00DF", "s", "B", "\uAC00", "\u11A8"}, random.Below(8));
     const std::string term = random.Text({"a", "\u00E9", "s", "b", "\uAC01"}, random.Below(4));
-    const SongLibrary library(std::vector<Track>{{1, text}});
+    const SongLibrary library(std::vector<LibraryTrack>{{1, text}});
     ASSERT_EQ(SearchInPlainForm({.name = term}).count, ContainsByModel(text, term) ? 1 : 0)
         << text << " / " << term;
   }

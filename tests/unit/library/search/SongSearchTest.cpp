@@ -13,11 +13,11 @@ using Numbers = std::vector<std::size_t>;
 // Four songs, all of them in one playlist.
 class SongSearch : public testing::Test {
  protected:
-  SongLibrary library_{std::vector<Track>{{1, "Beat It", "Michael", "Thriller"},
-                                          {2, "HEARTBEAT", "Anna", "Thriller"},
-                                          {3, "Rock &amp; Roll", "Led", "IV"},
-                                          {4, "Dvo\u0159\u00E1k", "Beatrice", "Thriller"}},
-                       std::vector<Playlist>{{0, {1, 2, 3, 4}}}};
+  SongLibrary library_{std::vector<LibraryTrack>{{1, "Beat It", "Michael", "Thriller"},
+                                                 {2, "HEARTBEAT", "Anna", "Thriller"},
+                                                 {3, "Rock &amp; Roll", "Led", "IV"},
+                                                 {4, "Dvo\u0159\u00E1k", "Beatrice", "Thriller"}},
+                       std::vector<LibraryPlaylist>{{0, {1, 2, 3, 4}}}};
 };
 
 TEST_F(SongSearch, WithoutTermsEveryTrackIsReportedAndNoneMatches) {
@@ -126,19 +126,19 @@ TEST_F(SongSearch, LoadsNoProperties) {
 }
 
 TEST(SongSearchTracks, AMatchThatNoPlaylistHoldsIsReportedWithoutAPlaceAndCounts) {
-  const SongLibrary library(std::vector<Track>{{1, "one"}, {2, "two"}}, {{0, {2}}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "one"}, {2, "two"}}, {{0, {2}}});
   const Heard heard = Search({.name = "o"});
   EXPECT_EQ(heard.count, 2);
   EXPECT_EQ(heard.calls, (std::vector<Call>{{nullptr, 0}, {OpenPlaylist(2, 0), 0}}));
 }
 
 TEST(SongSearchTracks, NeighboursThatShareATextAreAllReported) {
-  const SongLibrary library(std::vector<Track>{{1, "a", "same"},
-                                               {2, "b", "same"},
-                                               {3, "c"},
-                                               {4, "d", "same"},
-                                               {5, "e", "other"},
-                                               {6, "f", "same"}},
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "a", "same"},
+                                                      {2, "b", "same"},
+                                                      {3, "c"},
+                                                      {4, "d", "same"},
+                                                      {5, "e", "other"},
+                                                      {6, "f", "same"}},
                             {{0, {1, 2, 3, 4, 5, 6}}});
   EXPECT_EQ(Placed(Search({.artist = "same"})), (Numbers{0, 1, 3, 5}));
   EXPECT_EQ(Placed(Search({.name = "f", .artist = "other"})), (Numbers{4, 5}));
@@ -162,8 +162,8 @@ TEST(SongSearchTracks, TheFirstPairWithAKeyDecides) {
 }
 
 TEST(SongSearchTracks, TextsAndTermsThatAreNoUtf8MatchNothing) {
-  const SongLibrary library(std::vector<Track>{{1, "caf&#233; noir", "x"}, {2, "caf\u00E9 noir"}},
-                            {{0, {1, 2}}});
+  const SongLibrary library(
+      std::vector<LibraryTrack>{{1, "caf&#233; noir", "x"}, {2, "caf\u00E9 noir"}}, {{0, {1, 2}}});
   EXPECT_EQ(Placed(Search({.name = "noir"})), (Numbers{1}))
       << "the reference becomes the single byte E9";
   EXPECT_EQ(Search({.name = "caf\xE9"}).count, 0);
@@ -193,22 +193,22 @@ TEST(SongSearchTracks, WithoutALibraryThereIsNothingToReport) {
 
 TEST(SongSearchTracks, AFileLoadedAnewIsSearchedAnew) {
   {
-    const SongLibrary library(std::vector<Track>{{1, "first"}});
+    const SongLibrary library(std::vector<LibraryTrack>{{1, "first"}});
     EXPECT_EQ(Search({.name = "first"}).count, 1);
   }
-  const SongLibrary library(std::vector<Track>{{1, "second"}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "second"}});
   EXPECT_EQ(Search({.name = "first"}).count, 0);
   EXPECT_EQ(Search({.name = "second"}).count, 1);
 }
 
 TEST(SongSearchInLargeTexts, FindsATermBehindMoreTextThanABlockOfTheHeapHolds) {
-  const SongLibrary library(
-      std::vector<Track>{{1, std::string(600'000, 'x') + "needle"}, {2, "needle"}, {3, "x"}});
+  const SongLibrary library(std::vector<LibraryTrack>{
+      {1, std::string(600'000, 'x') + "needle"}, {2, "needle"}, {3, "x"}});
   for (int i = 0; i < 2; ++i) EXPECT_EQ(Search({.name = "NEEDLE"}).count, 2);
 }
 
 TEST(FilterPropMatch, LooksForATermInTheTextOfAKey) {
-  const SongLibrary library(std::vector<Track>{{1, "Rock &amp; Roll", "Led"}});
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "Rock &amp; Roll", "Led"}});
   const TBXMLElement* dict = g_pGlobal->tracks[0]->pendingDict;
   EXPECT_EQ(FilterPropMatch(dict, "Name", "& ROLL"), 1);
   EXPECT_EQ(FilterPropMatch(dict, "Name", "led"), 0);
