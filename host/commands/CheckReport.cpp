@@ -8,7 +8,7 @@
 namespace tavrel::host {
 namespace {
 
-std::int64_t SizeOf(const auto& list) {
+std::int64_t NumberOf(const auto& list) {
   return static_cast<std::int64_t>(list.size());
 }
 
@@ -25,7 +25,7 @@ void AddSongs(const SongChecks& songs, std::vector<SummaryLine>& lines) {
     below += (below.empty() ? " below " : " and ") + folder;
   }
   std::int64_t twice = 0;
-  for (const Duplicates& group : songs.duplicates) twice += SizeOf(group.songs) - 1;
+  for (const Duplicates& group : songs.duplicates) twice += NumberOf(group.songs) - 1;
   lines.push_back({songs.tally.Count(FileStatus::Found) + songs.tally.Count(FileStatus::Respelled),
                    "files found" + below, "", true});
   lines.push_back({songs.tally.Count(FileStatus::Respelled),
@@ -40,11 +40,12 @@ std::vector<SummaryLine> SummaryOf(const CheckReport& report) {
   std::vector<SummaryLine> lines;
   if (report.songs) AddSongs(*report.songs, lines);
   if (report.orphans) {
-    lines.push_back({SizeOf(*report.orphans), "files of music that no song names", "orphans"});
+    lines.push_back({NumberOf(*report.orphans), "files of music that no song names", "orphans"});
   }
   if (report.covers) {
-    lines.push_back({SizeOf(report.covers->damaged), "cover files that cannot be read", "covers"});
-    lines.push_back({SizeOf(report.covers->without), "albums without a cover", "covers"});
+    lines.push_back(
+        {NumberOf(report.covers->damaged), "cover files that cannot be read", "covers"});
+    lines.push_back({NumberOf(report.covers->without), "albums without a cover", "covers"});
   }
   if (report.file) {
     if (!report.file->isWhole) lines.push_back({1, "library file that is cut off", "file"});

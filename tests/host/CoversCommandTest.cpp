@@ -40,7 +40,7 @@ std::string ImageBytes(std::uint32_t width, std::uint32_t height, Pixel colour) 
                 .height = height});
 }
 
-std::string Contents(const fs::path& path) {
+std::string CoverBytes(const fs::path& path) {
   std::ostringstream text;
   text << std::ifstream(path, std::ios::binary).rdbuf();
   return text.str();
@@ -82,7 +82,7 @@ class CoversCommand : public HostTest {
     return Run(arguments, command);
   }
   DecodedPicture PictureAt(const std::string& name) const {
-    const auto picture = Decode(Contents(Path(name)));
+    const auto picture = Decode(CoverBytes(Path(name)));
     EXPECT_TRUE(picture.has_value()) << name;
     return picture.value_or(DecodedPicture{});
   }
