@@ -14,7 +14,7 @@ namespace tavrel::host {
 namespace {
 
 // The length of the character at the start of a valid, non-empty text.
-std::size_t CharacterLength(std::string_view text) {
+std::size_t LengthAt(std::string_view text) {
   if (static_cast<unsigned char>(text[0]) < 0x80) return 1;
   utf8proc_int32_t code = 0;
   const utf8proc_ssize_t length =
@@ -59,7 +59,7 @@ template <typename Append>
 std::string MapCharacters(std::string_view text, std::vector<std::size_t>& ends, Append&& append) {
   std::string mapped;
   while (!text.empty()) {
-    const std::size_t length = CharacterLength(text);
+    const std::size_t length = LengthAt(text);
     append(mapped, text.substr(0, length));
     ends.push_back(mapped.size());
     text.remove_prefix(length);
@@ -75,7 +75,7 @@ TextRange OriginalRange(std::string_view text, const std::vector<std::size_t>& e
   std::size_t at = 0;
   std::size_t start = 0;
   for (const std::size_t end : ends) {
-    at += CharacterLength(text.substr(at));
+    at += LengthAt(text.substr(at));
     if (end <= from) range.from = at;
     if (start < to || end == to) range.to = at;
     start = end;
