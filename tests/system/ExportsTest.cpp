@@ -42,7 +42,8 @@ std::set<std::string> Symbols() {
   std::istringstream lines(OutputOf(TAVREL_NM " -D --defined-only" + kLibrary));
   std::set<std::string> symbols;
   for (std::string address, type, name; lines >> address >> type >> name;) {
-    if (name != kVersion) symbols.insert(type + " " + name);
+    // Tools differ in whether they say that the version's name is of that version.
+    if (name != kVersion && name != kVersion + kSuffix) symbols.insert(type + " " + name);
   }
   return symbols;
 }
