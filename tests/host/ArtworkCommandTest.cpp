@@ -2,8 +2,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "tests/host/DecodedPicture.h"
 #include "tests/host/Fixture.h"
@@ -22,18 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 using testing::UnorderedElementsAre;
-
-std::string Contents(const fs::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-std::vector<std::string> NamesIn(const fs::path& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) names.push_back(entry.path().filename());
-  return names;
-}
 
 // Four pixels: red, green, blue, white.
 const std::string kArgbPixels(
@@ -99,10 +85,10 @@ TEST_F(ArtworkCommand, EveryCoverOfTheSampleOpensInAnIndependentDecoder) {
   EXPECT_EQ(summary["kept"], 0);
   EXPECT_EQ(summary["damaged"].size(), 4U);
   EXPECT_THAT(summary["failed"], IsEmpty());
-  const std::vector<std::string> names = NamesIn(Path("covers"));
+  const std::vector<std::string> names = FolderNames(Path("covers"));
   EXPECT_EQ(names.size(), 22U);
   for (const std::string& name : names) {
-    const std::string bytes = Contents(Path("covers/" + name));
+    const std::string bytes = FileBytes(Path("covers/" + name));
     EXPECT_TRUE(Decode(bytes).has_value()) << name;
     EXPECT_TRUE(name.ends_with(bytes.starts_with("\x89PNG") ? ".png" : ".jpg")) << name;
   }
@@ -111,7 +97,7 @@ TEST_F(ArtworkCommand, EveryCoverOfTheSampleOpensInAnIndependentDecoder) {
 TEST_F(ArtworkCommand, LargestPictureOfTheSampleIsTaken) {
   Sample({"--all", "-o", Path("covers")});
   const auto cover =
-      Decode(Contents(Path("covers/Public Domain Chamber Players - Brandenburg Concertos.png")));
+      Decode(FileBytes(Path("covers/Public Domain Chamber Players - Brandenburg Concertos.png")));
   ASSERT_TRUE(cover.has_value());
   EXPECT_EQ(cover->width, 256U);
 }
@@ -122,7 +108,7 @@ TEST_F(ArtworkCommand, RawPixelsBecomeAPngOfTheSameColours) {
   WriteLibrary();
   EXPECT_EQ(Artwork({"--all", "-o", "."}).exitCode, 0);
   for (const char* name : {"A - One.png", "A - Two.png"}) {
-    const auto picture = Decode(Contents(Path("here/") + name));
+    const auto picture = Decode(FileBytes(Path("here/") + name));
     ASSERT_TRUE(picture.has_value()) << name;
     EXPECT_EQ(picture->width, 2U);
     EXPECT_EQ(picture->height, 2U);
@@ -142,9 +128,9 @@ TEST_F(ArtworkCommand, SongsOfAnAlbumShareTheCoverOfOne) {
   const Outcome perAlbum = Artwork({"--all", "-o", "albums"});
   EXPECT_EQ(perAlbum.exitCode, 0) << perAlbum.errors;
   EXPECT_EQ(perAlbum.output, "1 cover written\n1 song without a cover\n");
-  EXPECT_THAT(NamesIn(Path("here/albums")), UnorderedElementsAre("A - One.png"));
+  EXPECT_THAT(FolderNames(Path("here/albums")), UnorderedElementsAre("A - One.png"));
   Artwork({"--all", "--per-song", "-o", "songs"});
-  EXPECT_THAT(NamesIn(Path("here/songs")),
+  EXPECT_THAT(FolderNames(Path("here/songs")),
               UnorderedElementsAre("A - One - x.png", "A - One - y.png"));
 }
 
@@ -157,7 +143,7 @@ TEST_F(ArtworkCommand, SongWithoutAFileOfItsOwnHasTheCoverOfItsAlbum) {
   const Outcome shared = Artwork({"Music", "x"});
   EXPECT_EQ(shared.exitCode, 0) << shared.errors;
   EXPECT_EQ(shared.output, "A - One - x.png\n");
-  EXPECT_EQ(Contents(Path("here/A - One - x.png")).substr(0, 4), "\x89PNG");
+  EXPECT_EQ(FileBytes(Path("here/A - One - x.png")).substr(0, 4), "\x89PNG");
   EXPECT_THAT(Artwork({"Music", "x", "--list"}).output, HasSubstr("ARGB"));
   for (const char* without : {"z", "lonely"}) {
     const Outcome outcome = Artwork({"Music", without});
@@ -188,8 +174,8 @@ TEST_F(ArtworkCommand, AlbumsAreToldApartByArtistUnlessTheyShareAFolder) {
   AddSong(Named("D", "Tribute", "4") + in("Compilations"));
   WriteLibrary();
   Artwork({"--all", "-o", "."});
-  EXPECT_THAT(NamesIn(Path("here")), UnorderedElementsAre("A - Hits.png", "B - Hits.png",
-                                                          "Various Artists - Tribute.png"));
+  EXPECT_THAT(FolderNames(Path("here")), UnorderedElementsAre("A - Hits.png", "B - Hits.png",
+                                                              "Various Artists - Tribute.png"));
 }
 
 TEST_F(ArtworkCommand, NamesAreSafeAndTheirOwn) {
@@ -201,7 +187,7 @@ TEST_F(ArtworkCommand, NamesAreSafeAndTheirOwn) {
   WriteLibrary();
   const Outcome outcome = Artwork({"--all", "-o", "."});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
-  EXPECT_THAT(NamesIn(Path("here")),
+  EXPECT_THAT(FolderNames(Path("here")),
               UnorderedElementsAre("_.. - _etc_ passwd.png", "AC_DC - x.png", "ac_dc - X (2).png",
                                    "Untitled.png", std::string(251, 'n') + ".png"));
 }
@@ -214,8 +200,9 @@ TEST_F(ArtworkCommand, NamesSuitEveryFileSystem) {
   AddSong(Named("", "Etc...", "5"), OnePicture());
   WriteLibrary();
   EXPECT_EQ(Artwork({"--all", "-o", "."}).exitCode, 0);
-  EXPECT_THAT(NamesIn(Path("here")), UnorderedElementsAre("Who_ - a_b_c_.png", "_x_ _y_ _ z.png",
-                                                          "_Aux.png", "_com1.live.png", "Etc.png"));
+  EXPECT_THAT(FolderNames(Path("here")),
+              UnorderedElementsAre("Who_ - a_b_c_.png", "_x_ _y_ _ z.png", "_Aux.png",
+                                   "_com1.live.png", "Etc.png"));
 }
 
 TEST_F(ArtworkCommand, NothingWrittenEndsWithOne) {
@@ -244,14 +231,14 @@ TEST_F(ArtworkCommand, NothingIsOverwrittenWithoutForce) {
   const Outcome kept = Artwork({"--all", "-o", "."});
   EXPECT_EQ(kept.exitCode, 0);
   EXPECT_THAT(kept.output, HasSubstr("0 covers written\n1 file kept"));
-  EXPECT_EQ(Contents(Path("here/A - One.png")), "mine");
+  EXPECT_EQ(FileBytes(Path("here/A - One.png")), "mine");
   const Outcome refused = Artwork({"Music", "0", "-o", "A - One.png"});
   EXPECT_EQ(refused.exitCode, 1);
   EXPECT_THAT(refused.errors, HasSubstr("--force"));
-  EXPECT_EQ(Contents(Path("here/A - One.png")), "mine");
+  EXPECT_EQ(FileBytes(Path("here/A - One.png")), "mine");
   EXPECT_EQ(Artwork({"--all", "--force", "-o", "."}).output, "1 cover written\n");
-  EXPECT_TRUE(Decode(Contents(Path("here/A - One.png"))).has_value());
-  EXPECT_THAT(NamesIn(Path("here")), UnorderedElementsAre("A - One.png"));
+  EXPECT_TRUE(Decode(FileBytes(Path("here/A - One.png"))).has_value());
+  EXPECT_THAT(FolderNames(Path("here")), UnorderedElementsAre("A - One.png"));
 }
 
 TEST_F(ArtworkCommand, DamagedFilesAreNamed) {
@@ -265,7 +252,7 @@ TEST_F(ArtworkCommand, DamagedFilesAreNamed) {
   EXPECT_THAT(outcome.output, StartsWith("1 cover written\n2 songs without a cover\n2 damaged "));
   EXPECT_THAT(outcome.output, HasSubstr("0000000000000000-0000000000000011.itc2\n"));
   EXPECT_THAT(outcome.output, HasSubstr("0000000000000000-0000000000000012.itc2\n"));
-  EXPECT_THAT(NamesIn(Path("here")), UnorderedElementsAre("A - Next.png"));
+  EXPECT_THAT(FolderNames(Path("here")), UnorderedElementsAre("A - Next.png"));
 }
 
 TEST_F(ArtworkCommand, DamagedFileIsMadeUpForByAnotherSongOfTheAlbum) {
@@ -284,10 +271,10 @@ TEST_F(ArtworkCommand, UnclaimedFilesAreNamedByTheirFile) {
   Cache("Download/stream.ITC", OnePicture());
   WriteLibrary();
   Artwork({"--all", "-o", "claimed"});
-  EXPECT_THAT(NamesIn(Path("here/claimed")), UnorderedElementsAre("A - One.png"));
+  EXPECT_THAT(FolderNames(Path("here/claimed")), UnorderedElementsAre("A - One.png"));
   EXPECT_EQ(Artwork({"--all", "--unclaimed", "-o", "all"}).output, "3 covers written\n");
   EXPECT_THAT(
-      NamesIn(Path("here/all")),
+      FolderNames(Path("here/all")),
       UnorderedElementsAre("A - One.png", "0000000000000000-00000000000000FF.png", "stream.png"));
 }
 
@@ -298,7 +285,7 @@ TEST_F(ArtworkCommand, CachesWithoutALibraryFileAreAllUnclaimed) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_EQ(outcome.errors, "");
   EXPECT_EQ(outcome.output, "2 covers written\n");
-  EXPECT_THAT(NamesIn(Path("here/covers")),
+  EXPECT_THAT(FolderNames(Path("here/covers")),
               UnorderedElementsAre("0000000000000000-00000000000000FF.png", "stream.png"));
   const Outcome byFile = Run({"--library", Path("home/Music/iTunes/none.xml"), "artwork", "--all",
                               "--unclaimed", "-o", Path("others")});
@@ -389,7 +376,7 @@ TEST_F(ArtworkCommand, LibraryFileBringsTheArtworkBesideIt) {
       {"--library", Path("moved/iTunes Music Library.xml"), "artwork", "--all", "-o", Path("out")});
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.output, HasSubstr(Path("moved/Album Artwork/0000000000000000-")));
-  EXPECT_THAT(NamesIn(Path("out")), UnorderedElementsAre("A - One.png"));
+  EXPECT_THAT(FolderNames(Path("out")), UnorderedElementsAre("A - One.png"));
 }
 
 TEST_F(ArtworkCommand, WrongCommandLinesAreRefused) {
@@ -415,7 +402,7 @@ TEST_F(ArtworkCommand, FolderThatCannotBeMadeOrFileThatCannotBeWrittenFails) {
   const Outcome outcome = Artwork({"--all", "--force", "-o", "out"});
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.errors, HasSubstr("cannot write"));
-  EXPECT_THAT(NamesIn(Path("here/out")), UnorderedElementsAre("A - One.png"));
+  EXPECT_THAT(FolderNames(Path("here/out")), UnorderedElementsAre("A - One.png"));
 }
 
 TEST_F(ArtworkCommand, AFileThatMayNotGrowIsAMessageAndNothingIsHalfWritten) {
@@ -432,7 +419,7 @@ TEST_F(ArtworkCommand, AFileThatMayNotGrowIsAMessageAndNothingIsHalfWritten) {
     EXPECT_EQ(outcome.signal, 0);
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.errors, HasSubstr("File too large"));
-    EXPECT_THAT(NamesIn(Path("out")), IsEmpty());
+    EXPECT_THAT(FolderNames(Path("out")), IsEmpty());
   }
 }
 

@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "tests/host/Fixture.h"
 #include "tests/support/Json.h"
@@ -22,12 +20,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-std::string CopiedBytes(const fs::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
 
 struct stat StateOf(const std::string& path) {
   struct stat state = {};
@@ -117,8 +109,8 @@ TEST_F(Copy, FilesOfListsAreCopiedOnceAndPlaylistsNameThem) {
   EXPECT_EQ(outcome.output,
             "3 files copied (2.5 MB)\n2 playlists written to " + Path("out") + "\n");
   EXPECT_EQ(FilesBelow(Path("out")), kAllOfThem);
-  EXPECT_EQ(CopiedBytes(Out(kAllOfThem[1])), std::string(2'500'000, 'n'));
-  EXPECT_EQ(CopiedBytes(Out("Road_trip.m3u8")),
+  EXPECT_EQ(FileBytes(Out(kAllOfThem[1])), std::string(2'500'000, 'n'));
+  EXPECT_EQ(FileBytes(Out("Road_trip.m3u8")),
             "#EXTM3U\n#PLAYLIST:Road/trip\n"
             "#EXTINF:61,Elgar - Theme\nElgar/Enigma/01 Theme.mp3\n"
             "#EXTINF:-1,Elgar - Nimrod\nElgar/Enigma/10 Nimrod.m4a\n"
@@ -172,13 +164,13 @@ TEST_F(Copy, WhatDiffersIsKeptUnlessForced) {
   EXPECT_THAT(kept.output,
               HasSubstr("3 names taken by something else, which --force replaces:\n  " +
                         Out(kAllOfThem[0]) + "\n"));
-  EXPECT_EQ(CopiedBytes(Out(kAllOfThem[1])), "shorter");
-  EXPECT_EQ(CopiedBytes(Out("Other.m3u8")), "mine");
+  EXPECT_EQ(FileBytes(Out(kAllOfThem[1])), "shorter");
+  EXPECT_EQ(FileBytes(Out("Other.m3u8")), "mine");
   const Outcome forced = RunCopy({"Road/trip", "Other", "--force"});
   EXPECT_EQ(forced.exitCode, 0);
   EXPECT_THAT(forced.output, StartsWith("2 files copied (2.5 MB); 1 file left"));
-  EXPECT_EQ(CopiedBytes(Out(kAllOfThem[0])), std::string(3000, 't'));
-  EXPECT_THAT(CopiedBytes(Out("Other.m3u8")), StartsWith("#EXTM3U"));
+  EXPECT_EQ(FileBytes(Out(kAllOfThem[0])), std::string(3000, 't'));
+  EXPECT_THAT(FileBytes(Out("Other.m3u8")), StartsWith("#EXTM3U"));
 }
 
 TEST_F(Copy, MissingFilesAreNamedAndLeftOutOfPlaylists) {
@@ -190,7 +182,7 @@ TEST_F(Copy, MissingFilesAreNamedAndLeftOutOfPlaylists) {
   EXPECT_THAT(outcome.output,
               EndsWith("1 song without a file here:\n  Gone: " + Path("music/gone.mp3") + "\n"));
   EXPECT_EQ(FilesBelow(Path("out")), kAllOfThem);
-  EXPECT_THAT(CopiedBytes(Out("Road_trip.m3u8")), Not(HasSubstr("Gone")));
+  EXPECT_THAT(FileBytes(Out("Road_trip.m3u8")), Not(HasSubstr("Gone")));
 }
 
 TEST_F(Copy, StreamsAreNoFailure) {
@@ -220,7 +212,7 @@ TEST_F(Copy, WhatCannotBeLinkedIsCopiedAndSaidSo) {
   EXPECT_THAT(outcome.output, StartsWith("2 files copied (2.5 MB)\n"));
   EXPECT_EQ(outcome.errors,
             "tavrel: files were copied that could not be linked: Operation not permitted\n");
-  EXPECT_EQ(CopiedBytes(Out(kAllOfThem[1])), std::string(2'500'000, 'n'));
+  EXPECT_EQ(FileBytes(Out(kAllOfThem[1])), std::string(2'500'000, 'n'));
 }
 
 TEST_F(Copy, DryRunNamesTheFilesAndDoesNothing) {
@@ -306,9 +298,9 @@ TEST_F(Copy, NothingThatTheLibrarySaysLeadsOutOfTheFolder) {
   EXPECT_THAT(FilesBelow(Path("")), testing::SizeIs(2 * names.size() + 2)) << "nothing elsewhere";
   // Each line leads to a file, and all of them together to all.
   std::size_t found = 0;
-  for (const std::string& line : Lines(CopiedBytes(Out("_list #EXTM3U.m3u8")))) {
+  for (const std::string& line : Lines(FileBytes(Out("_list #EXTM3U.m3u8")))) {
     if (line.starts_with("#EXT") || line.starts_with("#PLAYLIST")) continue;
-    EXPECT_EQ(CopiedBytes(Out(line)), "song " + std::to_string(found++)) << line;
+    EXPECT_EQ(FileBytes(Out(line)), "song " + std::to_string(found++)) << line;
   }
   EXPECT_EQ(found, names.size());
 }
@@ -325,7 +317,7 @@ TEST_F(Copy, FullDiskIsAnErrorThatLosesNothing) {
   EXPECT_THAT(full.errors, EndsWith("tavrel: stopped: 1 of 3 files are there and whole\n"
                                     "  To go on, make room, then give the same command again.\n"));
   EXPECT_THAT(FilesBelow(Path("out")), ElementsAre(kAllOfThem[0]));
-  EXPECT_EQ(CopiedBytes(Out(kAllOfThem[0])), std::string(3000, 't'));
+  EXPECT_EQ(FileBytes(Out(kAllOfThem[0])), std::string(3000, 't'));
   EXPECT_THAT(RunCopy({"Road/trip", "Other"}).output, StartsWith("2 files copied"));
   EXPECT_EQ(FilesBelow(Path("out")), kAllOfThem);
 }
@@ -401,7 +393,7 @@ TEST_F(Copy, FileThatIsTooLargeForTheDiskDoesNotStopTheOthers) {
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.output, StartsWith("2 files copied (3.0 kB)\n"));
   EXPECT_THAT(outcome.errors, HasSubstr("10 Nimrod.m4a: File too large"));
-  EXPECT_THAT(CopiedBytes(Out("Road_trip.m3u8")), Not(HasSubstr("Nimrod")));
+  EXPECT_THAT(FileBytes(Out("Road_trip.m3u8")), Not(HasSubstr("Nimrod")));
 }
 
 TEST_F(Copy, WhatTheDiskGivesBackIsCompared) {

@@ -3,8 +3,6 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "host/artwork/Pixels.h"
 #include "tests/host/DecodedPicture.h"
@@ -40,22 +38,6 @@ std::string ImageBytes(std::uint32_t width, std::uint32_t height, Pixel colour) 
                 .height = height});
 }
 
-std::string CoverBytes(const fs::path& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-std::vector<std::string> CoversIn(const fs::path& folder) {
-  std::vector<std::string> names;
-  std::error_code ignored;
-  for (const auto& entry : fs::directory_iterator(folder, ignored)) {
-    names.push_back(entry.path().filename());
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 class CoversCommand : public HostTest {
  protected:
   // file: below the folder "music"; it is made, unless the name is empty.
@@ -82,7 +64,7 @@ class CoversCommand : public HostTest {
     return Run(arguments, command);
   }
   DecodedPicture PictureAt(const std::string& name) const {
-    const auto picture = Decode(CoverBytes(Path(name)));
+    const auto picture = Decode(FileBytes(Path(name)));
     EXPECT_TRUE(picture.has_value()) << name;
     return picture.value_or(DecodedPicture{});
   }
@@ -147,18 +129,18 @@ TEST_F(CoversCommand, FoldersOfAlbumsGetACoverAndOthersNone) {
   const Outcome dry = Covers({"--beside-songs", "-n"});
   EXPECT_THAT(dry.output, HasSubstr(Path("music/one/disc1/cover.png") + "\n"));
   EXPECT_THAT(dry.output, HasSubstr("2 covers would be written\n"));
-  EXPECT_THAT(CoversIn(Path("music/one/disc2")), ElementsAre("y.mp3"));
+  EXPECT_THAT(FolderNames(Path("music/one/disc2")), ElementsAre("y.mp3"));
   const Outcome outcome = Covers({"--beside-songs"});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
   EXPECT_THAT(outcome.output, StartsWith("2 covers written\n1 file kept"));
   EXPECT_THAT(outcome.output, HasSubstr("1 folder left alone that hold"));
   EXPECT_EQ(PictureAt("music/one/disc1/cover.png").pixels.at(0), kRed);
   EXPECT_EQ(PictureAt("music/one/disc2/cover.png").pixels.at(0), kRed);
-  EXPECT_THAT(CoversIn(Path("music/flat")), ElementsAre("u.mp3", "z.mp3"));
-  EXPECT_THAT(CoversIn(Path("music/four")), ElementsAre("cover.jpg", "v.mp3"));
+  EXPECT_THAT(FolderNames(Path("music/flat")), ElementsAre("u.mp3", "z.mp3"));
+  EXPECT_THAT(FolderNames(Path("music/four")), ElementsAre("cover.jpg", "v.mp3"));
   EXPECT_FALSE(fs::exists(Path("music/gone")));
   Covers({"--beside-songs", "--force"});
-  EXPECT_THAT(CoversIn(Path("music/four")), ElementsAre("cover.jpg", "cover.png", "v.mp3"));
+  EXPECT_THAT(FolderNames(Path("music/four")), ElementsAre("cover.jpg", "cover.png", "v.mp3"));
 }
 
 TEST_F(CoversCommand, EqualCoversOfAnAlbumAreOneFile) {
@@ -207,7 +189,7 @@ TEST_F(CoversCommand, DryRunWritesNothing) {
   AddSong("x", "One", ImageBytes(64, 64, kRed));
   EXPECT_EQ(Covers({"-o", "out", "-n"}).output, "out/A - One.png\n1 cover would be written\n");
   EXPECT_EQ(Covers({"x", "-n"}).output, "A - One - x.png\n");
-  EXPECT_THAT(CoversIn(Path("here")), ElementsAre());
+  EXPECT_THAT(FolderNames(Path("here")), ElementsAre());
 }
 
 TEST_F(CoversCommand, WrongCommandLinesAreRefused) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "host/artwork/PictureFiles.h"
 #include "tests/host/Fixture.h"
@@ -95,22 +94,20 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
     ExpectNoTemporaryFileIn(Path(""));
     if (!fs::exists(Path("covers"))) return;
     for (const auto& entry : fs::directory_iterator(Path("covers"))) {
-      std::ostringstream bytes;
-      bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
-      EXPECT_TRUE(host::IsWholePng(bytes.str()) || host::IsWholeJpeg(bytes.str())) << entry.path();
+      const std::string bytes = FileBytes(entry.path());
+      EXPECT_TRUE(host::IsWholePng(bytes) || host::IsWholeJpeg(bytes)) << entry.path();
     }
   }
 
   void ExpectWholeCopies() const {
     std::error_code ignored;
     for (const auto& entry : fs::directory_iterator(Path("copies"), ignored)) {
-      std::ostringstream bytes;
-      bytes << std::ifstream(entry.path(), std::ios::binary).rdbuf();
+      const std::string bytes = FileBytes(entry.path());
       const std::string name = entry.path().filename();
       if (name == "L.m3u8") {
-        EXPECT_TRUE(bytes.str().starts_with("#EXTM3U") && bytes.str().ends_with('\n')) << name;
+        EXPECT_TRUE(bytes.starts_with("#EXTM3U") && bytes.ends_with('\n')) << name;
       } else {
-        EXPECT_EQ(bytes.str(), name == "a.mp3" ? std::string(200'000, 'a') : "b") << name;
+        EXPECT_EQ(bytes, name == "a.mp3" ? std::string(200'000, 'a') : "b") << name;
       }
     }
   }

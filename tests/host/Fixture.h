@@ -60,4 +60,10 @@ class HostTest : public testing::Test {
 // The lines of a text, without their ends.
 [[nodiscard]] std::vector<std::string> Lines(std::string_view text);
 
+// All that a file holds; nothing when it cannot be read.
+[[nodiscard]] std::string FileBytes(const std::string& path);
+
+// The names of what a folder holds, sorted; none when there is no such folder.
+[[nodiscard]] std::vector<std::string> FolderNames(const std::string& folder);
+
 }  // namespace tavrel::test

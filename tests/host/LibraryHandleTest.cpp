@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "tests/host/Fixture.h"
 
@@ -36,11 +34,7 @@ class LibraryHandle : public HostTest {
     return RunProgram(CommandFor(Install(TAVREL_STANDIN), arguments, std::move(command)));
   }
 
-  std::vector<std::string> Log() const {
-    std::ostringstream text;
-    text << std::ifstream(Path("log")).rdbuf();
-    return Lines(text.str());
-  }
+  std::vector<std::string> Log() const { return Lines(FileBytes(Path("log"))); }
 
   // The song that the library of the given home folder holds.
   void ExpectReadable(const std::string& home) const {

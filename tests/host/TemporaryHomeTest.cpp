@@ -5,8 +5,6 @@
 
 #include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <thread>
 
 #include "system/BlockedSignals.h"
@@ -39,9 +37,7 @@ class TemporaryHome : public HostTest {
   }
 
   bool LogHas(const std::string& text) const {
-    std::ostringstream log;
-    log << std::ifstream(Path("log")).rdbuf();
-    return log.str().find(text) != std::string::npos;
+    return FileBytes(Path("log")).find(text) != std::string::npos;
   }
 };
 
