@@ -38,6 +38,8 @@ int AnswerInAChild(const std::function<int()>& child) {
 
 class Surroundings : public testing::Test {
  protected:
+  void SetUp() override { ASSERT_GT(expected_.size(), 100000u) << "was loaded"; }
+
   // Loads the library, uses everything, and unloads it.
   [[nodiscard]] int LoadAndUse() const {
     void* handle = dlopen(TAVREL_LIBRARY, RTLD_NOW | RTLD_LOCAL);
