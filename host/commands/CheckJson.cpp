@@ -1,6 +1,6 @@
 // What tavrel check has found, as JSON.
 #include "host/commands/CheckReport.h"
-#include "host/commands/SongList.h"
+#include "host/commands/SongJson.h"
 #include "host/output/Json.h"
 
 namespace tavrel::host {
@@ -18,7 +18,7 @@ class JsonSongs {
     songs_.emplace(columns_, session);
   }
 
-  void Write(const Positions& positions) const {
+  void Write(const Positions& positions) {
     std::string_view between = "\n";
     session_.output.Write("[");
     ForEachOf(positions, columns_.Wanted(), session_, [&](const SongRecord& song) {
@@ -31,7 +31,7 @@ class JsonSongs {
     session_.output.Write("]");
   }
 
-  void Write(const std::vector<Duplicates>& groups) const {
+  void Write(const std::vector<Duplicates>& groups) {
     std::string_view between;
     session_.output.Write("[");
     for (const Duplicates& group : groups) {
@@ -91,7 +91,7 @@ std::string FileJson(const FileChecks& file, const Session& session) {
 }  // namespace
 
 void PrintCheckJson(const CheckReport& report, CheckPart part, Session& session) {
-  const JsonSongs songs(session);
+  JsonSongs songs(session);
   Output& output = session.output;
   const bool isAll = part == CheckPart::All;
   std::string_view opening = "{";

@@ -9,7 +9,7 @@
 #include "host/commands/Commands.h"
 #include "host/commands/ListFormat.h"
 #include "host/commands/RecordList.h"
-#include "host/commands/SongList.h"
+#include "host/commands/SongJson.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongMatching.h"
 #include "host/library/SongPlaces.h"
@@ -135,7 +135,7 @@ class FoundSongs {
   }
 
  private:
-  SongColumns columns_{.fields = AllFields(), .keys = {}};
+  SongColumns columns_{.fields = AllFields()};
   SongJson json_;
   SongRecordReader reader_;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "host/output/EditDistance.h"
 #include "host/output/Failure.h"
@@ -90,12 +89,6 @@ std::string_view WithoutBlanksAround(std::string_view text) {
 }
 
 }  // namespace
-
-void SongColumns::SetKeys(OtherKeys others) {
-  keys = std::move(others);
-  keyNames.clear();
-  for (const std::string& key : keys.All()) keyNames.push_back(NameOfKey(key));
-}
 
 FieldSet SongColumns::Wanted() const {
   FieldSet wanted;

@@ -14,10 +14,9 @@ namespace tavrel::host {
 // The columns of a list: fields, and behind them other keys of the file.
 struct SongColumns {
   std::vector<Field> fields;
-  OtherKeys keys;
-  std::vector<std::string> keyNames = {};  // what they are called
+  bool withAllKeys = false;  // whether all are wanted that the songs have
+  OtherKeys keys = {};       // as far as they are known
 
-  void SetKeys(OtherKeys others);
   [[nodiscard]] FieldSet Wanted() const;
 };
 

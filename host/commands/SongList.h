@@ -47,21 +47,6 @@ enum class SongFileFormat { Json, Csv };
 void WriteSongs(PlaylistRecord* playlist, SongFileFormat format, const Session& session,
                 Sink& output);
 
-// A song as JSON has it everywhere.
-class SongJson {
- public:
-  // The columns are borrowed.
-  SongJson(const SongColumns& columns, const Session& session);
-
-  // Appends the object behind what `json` holds, but for its closing brace.
-  void AppendOpen(std::string& json, const SongRecord& song) const;
-
- private:
-  const SongColumns& columns_;
-  const Session& session_;
-  std::vector<std::string> names_;  // quoted, with their colons
-};
-
 // All positions of a playlist's songs.
 [[nodiscard]] std::vector<std::int32_t> AllPositions(const LibraryFunctions& library,
                                                      PlaylistRecord* playlist);

@@ -18,12 +18,13 @@ std::optional<std::size_t> OtherKeys::Find(std::string_view key) const {
   return known == numbers_.end() ? std::nullopt : std::optional(known->second);
 }
 
-OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist) {
+void CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist, std::int32_t from,
+                      OtherKeys& keys) {
   struct Context {
-    OtherKeys keys;
+    OtherKeys& keys;
     SongKeys known{&keys};
-    KeptFailure failure;
-  } context;
+    KeptFailure failure = {};
+  } context{keys};
   const auto visit = [](const char* key, const char*, const char*, void* pointer) {
     auto& collected = *static_cast<Context*>(pointer);
     return collected.failure.Keep([&] {
@@ -32,11 +33,10 @@ OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* play
     });
   };
   const std::int32_t count = library.getSongCount(playlist);
-  for (std::int32_t i = 0; i < count; ++i) {
+  for (std::int32_t i = from; i < count; ++i) {
     library.visitSongProperties(playlist, i, visit, &context);
     context.failure.Throw();
   }
-  return std::move(context.keys);
 }
 
 // ---- The keys of songs --------------------------------------------------------------------------

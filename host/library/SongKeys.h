@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <deque>
 #include <optional>
@@ -28,8 +29,9 @@ class OtherKeys {
   TextMap<std::size_t> numbers_;
 };
 
-// All of them that the songs of the playlist have. Cost: one walk over each song.
-[[nodiscard]] OtherKeys CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist);
+// Adds all of them that the songs of the playlist have, from a position on. Cost: one walk over each song.
+void CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist, std::int32_t from,
+                      OtherKeys& keys);
 
 // Numbers for the keys of songs, which come in the same order in nearly all of them: what came behind a key the
 // last time is compared first, and only what is another is looked up.

@@ -117,12 +117,17 @@ SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldS
     : library_(library),
       wanted_(wanted),
       read_(wanted),
+      others_(keys),
       keys_(keys),
-      otherCount_(keys == nullptr ? 0 : keys->All().size()),
       plain_(library) {
   if (wanted.test(IndexOf(Field::Path)) || wanted.test(IndexOf(Field::Status))) {
     read_ |= SetOf({Field::Location, Field::Type});
   }
+}
+
+void SongRecordReader::ReadAllKeys(OtherKeys& keys) {
+  others_ = growing_ = &keys;
+  keys_ = SongKeys(&keys);
 }
 
 SongRecord::Place SongRecordReader::Append(std::string_view text, bool isText) {
@@ -145,8 +150,13 @@ std::int32_t SongRecordReader::Visit(const char* key, const char* text, const ch
 }
 
 void SongRecordReader::Take(const char* key, const char* text, const char* type) {
-  const std::size_t number = keys_.Find(key);
-  if (number == SongKeys::kUnknown) return;
+  std::size_t number = keys_.Find(key);
+  if (number == SongKeys::kUnknown) {
+    if (growing_ == nullptr) return;
+    growing_->Add(key);
+    record_.others_.emplace_back();
+    number = keys_.Find(key);
+  }
   if (number >= kFieldCount) {
     if (text != nullptr) TakeOther(number - kFieldCount, text, type);
     return;
@@ -223,7 +233,7 @@ void SongRecordReader::TakeFromLibrary(PlaylistRecord* playlist, std::int32_t po
 const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t position) {
   record_.texts_.clear();
   record_.places_.fill({});
-  record_.others_.assign(otherCount_, {});
+  record_.others_.assign(others_ == nullptr ? 0 : others_->All().size(), {});
   record_.milliseconds_ = 0;
   record_.writtenPath_ = record_.soughtPath_ = record_.musicFolder_ = {};
   record_.state_.reset();

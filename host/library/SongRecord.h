@@ -92,6 +92,9 @@ class SongRecordReader {
   // for none.
   SongRecordReader(const LibraryFunctions& library, const FieldSet& wanted,
                    const OtherKeys* keys = nullptr);
+  // From now on reads every other key, and adds those that `keys` has not; borrowed. A record then has values
+  // for all keys that were known when it was read.
+  void ReadAllKeys(OtherKeys& keys);
 
   // The texts stay valid until the next call. position: must be one of the playlist's.
   // Cost: one walk over the song's properties; for its path or status also what the library's file finder
@@ -111,8 +114,9 @@ class SongRecordReader {
   const LibraryFunctions& library_;
   FieldSet wanted_;
   FieldSet read_;  // what the wanted fields need
+  const OtherKeys* others_;
+  OtherKeys* growing_ = nullptr;  // the same, when they may grow
   SongKeys keys_;
-  std::size_t otherCount_;
   FieldSet seen_;
   SongReader plain_;
   SongRecord record_;

@@ -91,8 +91,7 @@ void CsvWriter::AddWithCare(std::string_view cell) {
 void CsvWriter::EndRow() {
   row_ += separation_ == Separation::Commas ? "\r\n" : "\n";
   output_.Write(row_);
-  row_.clear();
-  cells_ = 0;
+  DropRow();
 }
 
 }  // namespace tavrel::host

@@ -30,6 +30,17 @@ class CsvWriter {
   }
   void EndRow();
 
+  // The row so far. One that has to wait goes on later where it stopped: with its text, and how many cells that is.
+  [[nodiscard]] std::string_view Row() const noexcept { return row_; }
+  void DropRow() noexcept {
+    row_.clear();
+    cells_ = 0;
+  }
+  void SetRow(std::string_view row, std::size_t cells) {
+    row_ = row;
+    cells_ = cells;
+  }
+
  private:
   void AddOrdinary(std::string_view cell) {
     if (cells_++ > 0) row_ += separation_ == Separation::Commas ? ',' : '\t';

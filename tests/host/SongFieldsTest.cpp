@@ -103,6 +103,31 @@ TEST_F(SongFields, NoKeyOfTheFileGoesByTheNameOfAField) {
               HasSubstr(",Track ID,key:artist,key:key:artist,key:lists"));
 }
 
+TEST_F(SongFields, AKeyThatOnlyTheLastSongHasIsAColumnOfAll) {
+  file_ =
+      Write("late.xml", LibraryText({{1, Property("Mood", "calm")},
+                                     {2, ""},
+                                     {3, Property("Key", "D, minor") + Property("Mood", "x")}}));
+  const auto csv = [this](std::vector<std::string> arguments) {
+    arguments.insert(arguments.end(), {"--fields", "all", "--format", "csv"});
+    std::vector<std::string> rows;
+    for (const std::string& line : Lines(List(arguments).output)) {
+      rows.push_back(line.substr(line.find(",Track ID") != std::string::npos
+                                     ? line.find(",Track ID")
+                                     : line.find(",none,") + 5));
+    }
+    return rows;
+  };
+  EXPECT_THAT(csv({}), ElementsAre(",Track ID,Mood,Key", ",1,calm,", ",2,,", ",3,x,\"D, minor\""));
+  EXPECT_THAT(csv({"--reverse"}),
+              ElementsAre(",Track ID,Mood,Key", ",3,x,\"D, minor\"", ",2,,", ",1,calm,"));
+  const Json songs = Json::Parse(List({"--fields", "all", "--json"}).output);
+  EXPECT_TRUE(songs[0]["Key"].IsNull());
+  EXPECT_EQ(songs[0]["Mood"], "calm");
+  EXPECT_TRUE(songs[1]["Mood"].IsNull());
+  EXPECT_EQ(songs[2]["Key"], "D, minor");
+}
+
 TEST_F(SongFields, ValuesOfAnotherTypeAreNone) {
   file_ = WriteTracks(
       Property("Rating", "many") + Number("Bit Rate", -5) + Property("Play Count", "007") +
