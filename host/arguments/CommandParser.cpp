@@ -44,15 +44,30 @@ std::string NoSuchChoice(const std::string& given, const std::vector<std::string
   return message + "\n  It is " + OneOf(choices);
 }
 
+// A command stands where the value should: there is none, or an option of the command's is meant.
+std::string CommandForChoice(const CLI::App& command, const std::vector<std::string>& choices,
+                             const std::string& option) {
+  const std::string& name = command.get_name();
+  std::string message = "no value stands before the command " + name;
+  if (command.get_option_no_throw(option) != nullptr) {
+    message += "; do you mean:\n    tavrel " + name + ' ' + option;
+  }
+  return message + "\n  It is " + OneOf(choices);
+}
+
 // isExact: whether case counts. What is chosen becomes what the choice is called.
-CLI::Validator ChoiceOf(const std::vector<std::string>& choices, bool isExact) {
-  const auto check = [choices, isExact](std::string& given) {
+CLI::Validator ChoiceOf(const std::vector<std::string>& choices, bool isExact,
+                        const CLI::App* parser, const std::string& option) {
+  const auto check = [choices, isExact, parser, option](std::string& given) {
     for (const std::string& choice : choices) {
       if (given != choice && (isExact || Fold(given) != Fold(choice))) continue;
       given = choice;
       return std::string();
     }
-    return NoSuchChoice(given, choices);
+    const auto commands = parser->get_subcommands(
+        [&given](const CLI::App* command) { return command->check_name(given); });
+    return commands.empty() ? NoSuchChoice(given, choices)
+                            : CommandForChoice(*commands.front(), choices, option);
   };
   return {check, ""};
 }
@@ -84,6 +99,14 @@ std::string WrongCount(const std::string& message, const CLI::App& parser) {
   if (option->count() > 1) return name + " is given " + std::to_string(option->count()) + " times";
   const std::string argument = option->get_option_text();
   return name + " needs a value" + (argument.empty() ? "" : ": " + name + " " + argument);
+}
+
+// The parser's message on a flag that is given a value: it ends with "--name = value".
+std::string ValueOfFlag(const std::string& message) {
+  const std::size_t end = message.find(" = ");
+  const std::size_t start = message.rfind(' ', end - 1) + 1;
+  if (end == std::string::npos) return message;
+  return message.substr(start, end - start) + " takes no value";
 }
 
 // What help shows as the argument is the text of an option; of its own the parser would add the type.
@@ -185,7 +208,7 @@ void CommandDefinition::AddChoice(const std::string& names, std::optional<std::s
                                   const std::vector<std::string>& choices, const std::string& text,
                                   const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  ShowChoices(option->check(ChoiceOf(choices, true)), choices, argument, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, true, parser_, names)), choices, argument, *all_);
 }
 
 void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
@@ -193,7 +216,7 @@ void CommandDefinition::AddChoiceInAnyCase(const std::string& names,
                                            const std::vector<std::string>& choices,
                                            const std::string& text, const std::string& argument) {
   CLI::Option* option = parser_->add_option(names, value, text);
-  ShowChoices(option->check(ChoiceOf(choices, false)), choices, argument, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, false, parser_, names)), choices, argument, *all_);
 }
 
 void CommandDefinition::AddParted(const std::string& names, std::optional<std::string>& value,
@@ -216,7 +239,7 @@ void CommandDefinition::AddRequiredChoice(const std::string& name, std::string& 
                                           const std::vector<std::string>& choices,
                                           const std::string& text) {
   CLI::Option* option = parser_->add_option(name, value, text)->required();
-  ShowChoices(option->check(ChoiceOf(choices, true)), choices, {}, *all_);
+  ShowChoices(option->check(ChoiceOf(choices, true, parser_, name)), choices, {}, *all_);
 }
 
 void CommandDefinition::AddPlaces(const std::string& name, std::vector<std::string>& values,
@@ -267,6 +290,9 @@ ParsedWords CommandParser::Parse(int count, const char* const* arguments) {
   } catch (const CLI::ArgumentMismatch& error) {
     kind = Kind::Wrong;
     message = WrongCount(error.what(), *parser_);
+  } catch (const CLI::ConversionError& error) {
+    kind = Kind::Wrong;
+    message = ValueOfFlag(error.what());
   } catch (const CLI::ParseError& error) {
     kind = Kind::Wrong;
     message = error.what();

@@ -117,7 +117,9 @@ void DefinePage(CommandDefinition program) {
                   "Covers for so many albums, those played most; 2000 unless told\n"
                   "otherwise");
   command.AddText("--title", arguments->title, "TEXT", "What stands over the page");
-  command.AddFlag("--paths", arguments->withPaths, "Also where the songs' files lie");
+  command.AddFlag("--paths", arguments->withPaths,
+                  "Also where the songs' files lie; how that is written says the\n"
+                  "--paths before the command: tavrel --paths raw page --paths");
   command.AddFlag("--open", arguments->open, "Open the page when it is written");
   command.Makes([arguments] {
     Check(*arguments);

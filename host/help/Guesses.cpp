@@ -130,6 +130,13 @@ std::vector<std::string> GuessedPlaces(const CommandSummary& program, const Comm
     if (near.empty() || option.StandsByPlace()) continue;
     meant.push_back(rest + " " + option.names.back() + " " + option.choices[near.front()]);
   }
+  // A value of the program's option, behind a flag of the command's that has the same name.
+  for (const OptionSummary& option : program.options) {
+    const std::string& name = option.names.back();
+    if (std::find(option.choices.begin(), option.choices.end(), word) == option.choices.end())
+      continue;
+    if (HasOption(command, name)) meant.push_back(name + " " + word + " " + rest + " " + name);
+  }
   if (meant.empty() && HasOption(command, "--with")) {
     meant.push_back("songs " + Quoted(word));
     meant.push_back(rest + " --with " + Quoted(word));

@@ -82,6 +82,12 @@ TEST_F(Help, AWrongValueIsToldInPlainWordsWhatMayStandThere) {
        "--format: there is no \"xml\"\n  It is one of: table json jsonl csv tsv\n"},
       {{"songs", "--format", "CSV"}, "there is no \"CSV\"; do you mean csv?\n"},
       {{"completion", "tcsh"}, "there is no \"tcsh\"\n  It is one of: bash zsh fish\n"},
+      {{"--paths", "page", "-o", "x"},
+       "--paths: no value stands before the command page; do you mean:\n    tavrel page --paths\n"
+       "  It is one of: auto nfc nfd raw\n"},
+      {{"--color", "songs"},
+       "--color: no value stands before the command songs\n  It is one of: auto always never\n"},
+      {{"page", "--paths=nfc"}, "--paths takes no value\n"},
       {{"search", "x", "--limit", "-1"}, "--limit: -1 is no whole number from 1 on\n"},
       {{"search", "x", "--limit", "0x"}, "--limit: 0x is no whole number from 1 on\n"},
       {{"--library"}, "--library needs a value: --library PATH\n"},
@@ -102,6 +108,9 @@ TEST_F(Help, WhatPeopleTryFirstIsToldWhatItIsCalled) {
   EXPECT_THAT(Mistake({"stats", "--limit", "3"}), HasSubstr(":\n    --top\n"));
   EXPECT_THAT(Mistake({"songs", "--no-color"}), HasSubstr(":\n    --color never\n"));
   EXPECT_THAT(Mistake({"stats", "genres"}), HasSubstr("\n    tavrel stats --by genre\n"));
+  EXPECT_THAT(
+      Mistake({"page", "--paths", "nfc", "-o", "x"}),
+      HasSubstr(" does not take \"nfc\"; do you mean:\n    tavrel --paths nfc page --paths\n"));
   EXPECT_THAT(Mistake({"-l", "x", "playlists", "Road trip"}),
               HasSubstr("\n    tavrel -l x songs 'Road trip'\n"
                         "    tavrel -l x playlists --with 'Road trip'\n"));
