@@ -10,7 +10,7 @@ import pathlib
 import sys
 
 sys.dont_write_bytecode = True  # no __pycache__ in the source tree
-from generator import cache_files, pictures
+from generator import cache_files, pictures, posters
 from generator.tables import persistent_id
 
 ARTWORK = pathlib.Path(__file__).resolve().parent / "home" / "Music" / "iTunes" / "Album Artwork"
@@ -30,7 +30,7 @@ def blocks(name, ids, *images):
     """The blocks of several images: (encoder, code, size) with a layout as the fourth, if not 208."""
     made = []
     for encode, code, size, *layout in images:
-        picture = encode(pictures.cover(name, size))
+        picture = encode(posters.cover(name, size))
         made.append(cache_files.block(picture, code, size, ids, *layout))
     return b"".join(made)
 
@@ -55,7 +55,7 @@ def cases():
     sizes = [(PNG, b"PNGf", size) for size in (256, 128, 64)]
     song("brandenburg/1/1", *sizes)
     song("seasons/1/1", (JPEG, OLD_JPEG, 200), (PNG, b"PNGf", 64))
-    song("joplin/1/1", *[(PNG, b"PNGf", size) for size in (8, 16, 24)], extension=".itc")
+    song("joplin/1/1", *[(PNG, b"PNGf", size) for size in (32, 64, 160)], extension=".itc")
     # The only song of its album that has a cover, and not the first.
     song("satie/1/3", (PNG, b"PNGf", 128))
     # An album of several artists, each of whose songs has its own.
@@ -65,8 +65,8 @@ def cases():
     # The other layouts and codes.
     song("new-world/1/1", (JPEG, NEW_JPEG, 200, 196))
     song("slavonic/1/1", (PNG, STREAM_PNG, 128, 196))
-    song("months/1/1", (BGRA, b"bGRA", 48, 196))
-    song("pictures/1/1", (ARGB, b"ARGb", 48))
+    song("months/1/1", (BGRA, b"bGRA", 96, 196))
+    song("pictures/1/1", (ARGB, b"ARGb", 96))
     song("nocturnes/1/1", (lambda rows: b"", b"xdat", 0), (PNG, b"PNGf", 128))
     song("hogaku/1/1", (PNG, NEW_PNG, 128))
     song("grieg/1/1", (JPEG, b"PNGf", 128), (PNG, NEW_JPEG, 64))  # the codes are wrong

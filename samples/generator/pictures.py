@@ -1,24 +1,9 @@
 """Small pictures as iTunes caches them: PNG, JPEG, and raw pixels. Nothing but Python is needed."""
 
+import functools
+import math
 import struct
 import zlib
-
-from generator.tables import draw
-
-
-def cover(name, size):
-    """Rows of (red, green, blue): a disc on a ground, both in colours drawn for `name`."""
-    ground = tuple(40 + draw(90, "ground", name, part) for part in "rgb")
-    disc = tuple(130 + draw(120, "disc", name, part) for part in "rgb")
-    middle, reach = size / 2, size * (25 + draw(20, "reach", name)) / 100
-    stripe = 2 + draw(5, "stripe", name)
-
-    def pixel(x, y):
-        if (x + 0.5 - middle) ** 2 + (y + 0.5 - middle) ** 2 <= reach**2:
-            return disc
-        return ground if (y * 16 // size) % stripe else tuple(part + 30 for part in ground)
-
-    return [[pixel(x, y) for x in range(size)] for y in range(size)]
 
 
 def png(rows):
@@ -44,12 +29,16 @@ def bgra(rows):
     return b"".join(bytes((*reversed(pixel), 255)) for row in rows for pixel in row)
 
 
-# What follows is the plainest JPEG that every decoder reads: baseline, no subsampling, and only the
-# mean of each block of 8 by 8 pixels, so that there is no transform to compute.
-QUANT = 2
-# Code tables with codes of one length: 12 of 4 bits for the means, 2 of 2 bits for the rest.
-MEAN_BITS = 4
-END_OF_BLOCK = "00"
+# What follows is the plainest JPEG that every decoder reads: baseline, no subsampling, one table of each kind, and
+# codes of one length each: 4 bits for how many bits a mean has, 8 for the rest.
+QUANT = 6
+MEAN_BITS, REST_BITS = 4, 8
+SIDE = 8
+ZIGZAG = sorted(range(SIDE * SIDE), key=lambda at: (at // 8 + at % 8, at if (at // 8 + at % 8) % 2 else -at))
+# The sizes of a code's number: 0xRS with a run R of zeroes and S bits; end of block; a run of 16 zeroes.
+REST = [0x00, 0xF0] + [run << 4 | bits for run in range(16) for bits in range(1, 11)]
+COSINES = [[round(math.cos((2 * x + 1) * u * math.pi / 16) * (math.sqrt(0.125) if u == 0 else 0.5), 12) for x in range(SIDE)]
+           for u in range(SIDE)]
 
 
 def segment(marker, content):
@@ -61,11 +50,6 @@ def code_table(number, length, symbols):
     return segment(0xC4, bytes((number, *counts, *symbols)))
 
 
-def block_mean(rows, x, y):
-    block = [pixel for row in rows[y : y + 8] for pixel in row[x : x + 8]]
-    return [sum(part) / len(block) for part in zip(*block)]
-
-
 def to_ycc(red, green, blue):
     return (
         0.299 * red + 0.587 * green + 0.114 * blue - 128,
@@ -74,22 +58,51 @@ def to_ycc(red, green, blue):
     )
 
 
-def mean_code(difference):
-    """How many bits the difference takes, then those bits; negative ones count from below."""
-    bits = abs(difference).bit_length()
-    value = difference if difference >= 0 else difference + (1 << bits) - 1
-    return f"{bits:0{MEAN_BITS}b}" + (f"{value:0{bits}b}" if bits else "")
+def transformed(values):
+    """The cosine transform of 64 values in rows, in the order of the zigzag, as whole numbers of QUANT."""
+    if len(set(values)) == 1:  # most blocks of a flat picture
+        return [round(values[0] * 8 / QUANT)] + [0] * 63
+    rows = [[sum(map(float.__mul__, cosine, values[y : y + 8])) for cosine in COSINES] for y in range(0, 64, 8)]
+    columns = [list(column) for column in zip(*rows)]
+    whole = [[sum(map(float.__mul__, cosine, column)) for column in columns] for cosine in COSINES]
+    return [round(whole[at // 8][at % 8] / QUANT) for at in ZIGZAG]
+
+
+def in_bits(number, bits):
+    """Negative ones count from below."""
+    return f"{number if number > 0 else number + (1 << bits) - 1:0{bits}b}" if bits else ""
+
+
+def coded(numbers, last):
+    """The bits of one block: its mean as the difference to the last one's, then runs of zeroes."""
+    mean = numbers[0] - last
+    bits = abs(mean).bit_length()
+    text, run = [f"{bits:0{MEAN_BITS}b}" + in_bits(mean, bits)], 0
+    end = max((at for at in range(1, 64) if numbers[at]), default=0)
+    for number in numbers[1 : end + 1]:
+        if number == 0:
+            run += 1
+            continue
+        while run >= 16:
+            text.append(f"{REST.index(0xF0):0{REST_BITS}b}")
+            run -= 16
+        bits = abs(number).bit_length()
+        text.append(f"{REST.index(run << 4 | bits):0{REST_BITS}b}" + in_bits(number, bits))
+        run = 0
+    return "".join(text) + (f"{REST.index(0):0{REST_BITS}b}" if end < 63 else "")
 
 
 def jpeg(rows):
     height, width = len(rows), len(rows[0])
+    ycc = functools.lru_cache(None)(lambda pixel: to_ycc(*pixel))
     bits, last = [], [0, 0, 0]
-    for y in range(0, height, 8):
-        for x in range(0, width, 8):
-            for part, value in enumerate(to_ycc(*block_mean(rows, x, y))):
-                mean = round(value * 8 / QUANT)
-                bits.append(mean_code(mean - last[part]) + END_OF_BLOCK)
-                last[part] = mean
+    for y in range(0, height, SIDE):
+        for x in range(0, width, SIDE):
+            block = [ycc(pixel) for row in rows[y : y + SIDE] for pixel in row[x : x + SIDE]]
+            for part, values in enumerate(zip(*block)):
+                numbers = transformed(values)
+                bits.append(coded(numbers, last[part]))
+                last[part] = numbers[0]
     text = "".join(bits)
     text += "1" * (-len(text) % 8)
     scan = int(text, 2).to_bytes(len(text) // 8, "big").replace(b"\xff", b"\xff\0")
@@ -100,7 +113,7 @@ def jpeg(rows):
         + segment(0xDB, bytes((0, *[QUANT] * 64)))
         + segment(0xC0, struct.pack(">BHHB", 8, height, width, 3) + parts)
         + code_table(0x00, MEAN_BITS, range(12))
-        + code_table(0x10, 2, (0x00, 0x01))
+        + code_table(0x10, REST_BITS, REST)
         + segment(0xDA, b"\3" + b"\1\0\2\0\3\0" + b"\0\x3f\0")
         + scan
         + b"\xff\xd9"
