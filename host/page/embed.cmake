@@ -1,9 +1,11 @@
 # cmake -DFOLDER=... -DRESULT=... -P embed.cmake: makes a C++ source out of the files of FOLDER.
 #
 # The scripts become one, each in a function of its own, which hands on what it exports: a page that is one file
-# can import nothing. Their order is that of SCRIPTS; what a script imports stands before it.
+# can import nothing. Their order is that of SCRIPTS; what a script imports stands before it, on one line each. The
+# styles are joined, too, in the order in which they overrule each other.
 cmake_minimum_required(VERSION 3.21)
 set(SCRIPTS fold payload search order address filters keys show drawn covers table wall tree details page start)
+set(STYLES base head albums plots songs dialogs media)
 
 set(script "\"use strict\";\n")
 foreach(name ${SCRIPTS})
@@ -23,7 +25,11 @@ endforeach()
 string(PREPEND script "{\n")
 string(APPEND script "}\n")
 file(READ ${FOLDER}/page.html markup)
-file(READ ${FOLDER}/style.css style)
+set(style)
+foreach(name ${STYLES})
+  file(READ ${FOLDER}/${name}.css text)
+  string(APPEND style "${text}")
+endforeach()
 file(READ ${FOLDER}/words.en.txt words)
 
 set(source "// Made by host/page/embed.cmake.\n#include \"host/page/PageSources.h\"\n\nnamespace tavrel::host {\nnamespace {\n\n")

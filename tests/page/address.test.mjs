@@ -1,11 +1,18 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
-import { VIEWS, addressOf, placeOf, placeWith } from "../../host/page/browser/address.js";
+import {test} from "node:test";
+import {VIEWS, addressOf, placeOf, placeWith} from "../../host/page/browser/address.js";
 
 test("An address leads back to the place that it was made of", () => {
   for (const view of VIEWS) {
     for (const value of ["", "a b", "&=#?%+", "日本", "\u202E</script>", "x".repeat(5000)]) {
-      const values = new Map(value === "" ? [] : [["q", value], ["sort", "-plays"]]);
+      const values = new Map(
+        value === ""
+          ? []
+          : [
+              ["q", value],
+              ["sort", "-plays"],
+            ],
+      );
       assert.deepEqual(placeOf(addressOf({view, values})), {view, values});
     }
   }

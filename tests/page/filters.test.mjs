@@ -1,19 +1,24 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
-import { placeOf } from "../../host/page/browser/address.js";
-import { songsOf } from "../../host/page/browser/filters.js";
-import { libraryOf } from "./library.mjs";
+import {test} from "node:test";
+import {placeOf} from "../../host/page/browser/address.js";
+import {songsOf} from "../../host/page/browser/filters.js";
+import {libraryOf} from "./library.mjs";
 
 const day = (text) => Date.parse(text) / 86400000;
-const library = libraryOf([
-  {name: "a", artist: "A", album: "Hits", genre: "Jazz", year: 1959, rating: 100, plays: 7, added: day("2013-05-31")},
-  {name: "b", artist: "B", album: "Hits", genre: "Rock", year: 1960, rating: 59, plays: 1, added: day("2013-06-01")},
-  {name: "c", artist: "A", album: "Other", year: 1969, added: day("2014-01-01"), status: "missing"},
-  {name: "d"},
-], {playlists: [
-  {name: "One", id: "ABC", type: "list", depth: 0, songs: Int32Array.of(3, 0, 0)},
-  {name: "Two", id: "", type: "list", depth: 0, songs: Int32Array.of(1)},
-]});
+const library = libraryOf(
+  [
+    {name: "a", artist: "A", album: "Hits", genre: "Jazz", year: 1959, rating: 100, plays: 7, added: day("2013-05-31")},
+    {name: "b", artist: "B", album: "Hits", genre: "Rock", year: 1960, rating: 59, plays: 1, added: day("2013-06-01")},
+    {name: "c", artist: "A", album: "Other", year: 1969, added: day("2014-01-01"), status: "missing"},
+    {name: "d"},
+  ],
+  {
+    playlists: [
+      {name: "One", id: "ABC", type: "list", depth: 0, songs: Int32Array.of(3, 0, 0)},
+      {name: "Two", id: "", type: "list", depth: 0, songs: Int32Array.of(1)},
+    ],
+  },
+);
 const shelved = Int32Array.of(3, 2, 1, 0);
 const asked = (address, found = null) => [...songsOf(library, placeOf(address).values, shelved, found)];
 

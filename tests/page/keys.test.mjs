@@ -1,6 +1,6 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
-import { moved } from "../../host/page/browser/keys.js";
+import {test} from "node:test";
+import {moved} from "../../host/page/browser/keys.js";
 
 test("Arrows lead one on and stop at the ends", () => {
   assert.equal(moved("ArrowDown", 0, 3), 1);

@@ -1,13 +1,14 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
-import { Order } from "../../host/page/browser/order.js";
-import { libraryOf } from "./library.mjs";
+import {test} from "node:test";
+import {Order} from "../../host/page/browser/order.js";
+import {libraryOf} from "./library.mjs";
 
 const songs = [
   {name: "b", artist: "Bach", album: "Two", track: 2, plays: 3},
   {name: "Ä", artist: "Bach", album: "Two", track: 1, plays: 12},
   {name: "", artist: "Ärzte", album: "One", track: 1},
-  {name: "10", plays: 0}, {name: "9", artist: "bach", album: "One", track: 5, plays: 3},
+  {name: "10", plays: 0},
+  {name: "9", artist: "bach", album: "One", track: 5, plays: 3},
 ];
 const order = new Order(libraryOf(songs), "en");
 const all = Int32Array.from(songs, (_, i) => i);
@@ -34,6 +35,9 @@ test("The shelf goes by artist, album, disc and track", () => {
 
 test("So many texts that no alphabet is asked are sorted by their folded letters", () => {
   const many = Array.from({length: 20100}, (_, i) => ({name: `Söng ${String((i * 7919) % 20100).padStart(6, "0")}`}));
-  const sorted = new Order(libraryOf(many), "en").sorted(Int32Array.from(many, (_, i) => i), ["name"]);
+  const sorted = new Order(libraryOf(many), "en").sorted(
+    Int32Array.from(many, (_, i) => i),
+    ["name"],
+  );
   for (let i = 1; i < sorted.length; ++i) assert.ok(many[sorted[i - 1]].name < many[sorted[i]].name);
 });

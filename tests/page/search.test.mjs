@@ -1,8 +1,8 @@
 import assert from "node:assert/strict";
-import { test } from "node:test";
-import { fold } from "../../host/page/browser/fold.js";
-import { Search } from "../../host/page/browser/search.js";
-import { libraryOf } from "./library.mjs";
+import {test} from "node:test";
+import {fold} from "../../host/page/browser/fold.js";
+import {Search} from "../../host/page/browser/search.js";
+import {libraryOf} from "./library.mjs";
 
 const songs = [
   {name: "Rusalka", artist: "Antonín Dvořák", album: "Opera", year: 1900},
@@ -42,8 +42,13 @@ test("Random words are found where the plain search finds them", () => {
   const search = new Search(libraryOf(many));
   for (let i = 0; i < 200; ++i) {
     const typed = random(2) ? word() : `${word()} ${word()}`;
-    const plain = many.map((song) => typed.split(" ").every((one) =>
-      [song.name, song.artist, song.album].some((text) => fold(text).includes(fold(one)))) ? 1 : 0);
+    const plain = many.map((song) =>
+      typed
+        .split(" ")
+        .every((one) => [song.name, song.artist, song.album].some((text) => fold(text).includes(fold(one))))
+        ? 1
+        : 0,
+    );
     assert.deepEqual([...search.find(typed)], plain, typed);
   }
 });

@@ -6,7 +6,19 @@
 export const VIEWS = ["overview", "albums", "songs"];
 
 /** What the songs may be narrowed by, in the order in which it is told. */
-export const FILTERS = ["playlist", "album", "artist", "genre", "decade", "year", "added", "rating", "plays", "without", "status"];
+export const FILTERS = [
+  "playlist",
+  "album",
+  "artist",
+  "genre",
+  "decade",
+  "year",
+  "added",
+  "rating",
+  "plays",
+  "without",
+  "status",
+];
 
 /**
  * A view that is not known is the overview.

@@ -1,6 +1,6 @@
 // Covers, many to a picture. A picture becomes one of the browser's when the first of its covers is drawn.
-import { bytesOfBase64 } from "./payload.js";
-import { hue, initial } from "./show.js";
+import {bytesOfBase64} from "./payload.js";
+import {hue, initial} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library */
 
@@ -17,7 +17,9 @@ export class Covers {
     const known = this.addresses.get(picture);
     if (known) return known;
     const text = document.getElementById(`covers-${picture}`)?.textContent ?? "";
-    const address = URL.createObjectURL(new Blob([/** @type {BlobPart} */ (bytesOfBase64(text))], {type: "image/jpeg"}));
+    const address = URL.createObjectURL(
+      new Blob([/** @type {BlobPart} */ (bytesOfBase64(text))], {type: "image/jpeg"}),
+    );
     this.addresses.set(picture, address);
     return address;
   }

@@ -1,6 +1,6 @@
 // Everything of one song, and the choice of columns: two dialogs.
-import { addressOf } from "./address.js";
-import { grouped, shown, start, word } from "./show.js";
+import {addressOf} from "./address.js";
+import {grouped, shown, start, word} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library @typedef {import("./payload.js").Column} Column */
 

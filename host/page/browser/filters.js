@@ -70,8 +70,7 @@ const TESTS = {
   artist: (library, value) => textIs(library, "artist", value),
   genre: (library, value) => textIs(library, "genre", value),
   status: (library, value) => textIs(library, "status", value),
-  decade: (library, value) =>
-    numberIs(library, "year", (year) => year >= Number(value) && year < Number(value) + 10),
+  decade: (library, value) => numberIs(library, "year", (year) => year >= Number(value) && year < Number(value) + 10),
   year: (library, value) => numberIs(library, "year", (year) => year === Number(value)),
   added: (library, value) => {
     const [from, to] = days(value);
@@ -102,7 +101,8 @@ export function songsOf(library, values, shelved, found) {
     const number = playlistOf(library, wanted);
     songs = number === -1 ? new Int32Array() : library.playlists[number].songs;
   }
-  const tests = [...values].filter(([name]) => Object.hasOwn(TESTS, name))
+  const tests = [...values]
+    .filter(([name]) => Object.hasOwn(TESTS, name))
     .map(([name, value]) => TESTS[name](library, value, values));
   for (const test of tests) songs = songs.filter(test);
   return found ? songs.filter((song) => found[song] === 1) : songs;

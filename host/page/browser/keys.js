@@ -9,8 +9,12 @@
 export function moved(key, at, count, across = 1, page = 10) {
   /** @type {Record<string, number>} */
   const steps = {
-    ArrowDown: at + across, ArrowUp: at - across, Home: 0, End: count - 1,
-    PageDown: Math.min(at + page, count - 1), PageUp: Math.max(at - page, 0),
+    ArrowDown: at + across,
+    ArrowUp: at - across,
+    Home: 0,
+    End: count - 1,
+    PageDown: Math.min(at + page, count - 1),
+    PageUp: Math.max(at - page, 0),
   };
   if (across > 1) Object.assign(steps, {ArrowRight: at + 1, ArrowLeft: at - 1});
   if (!Object.hasOwn(steps, key)) return null;

@@ -1,5 +1,5 @@
 // Songs in the order of a column.
-import { fold } from "./fold.js";
+import {fold} from "./fold.js";
 
 /** @typedef {import("./payload.js").Library} Library @typedef {import("./payload.js").Column} Column */
 

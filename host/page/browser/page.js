@@ -1,16 +1,16 @@
 // The page: what stands in the address is shown.
-import { FILTERS, VIEWS, addressOf, placeOf, placeWith } from "./address.js";
-import { Covers } from "./covers.js";
-import { openColumns, openDetails, prepareDialogs } from "./details.js";
-import { albumOf, playlistOf, songsOf } from "./filters.js";
-import { fold, foldedWords } from "./fold.js";
-import { Order } from "./order.js";
-import { bytesOfBase64, inflate, unpack } from "./payload.js";
-import { Search } from "./search.js";
-import { counted, shown, start, stars, useWords, word } from "./show.js";
-import { Table } from "./table.js";
-import { Tree } from "./tree.js";
-import { Wall } from "./wall.js";
+import {FILTERS, VIEWS, addressOf, placeOf, placeWith} from "./address.js";
+import {Covers} from "./covers.js";
+import {openColumns, openDetails, prepareDialogs} from "./details.js";
+import {albumOf, playlistOf, songsOf} from "./filters.js";
+import {fold, foldedWords} from "./fold.js";
+import {Order} from "./order.js";
+import {bytesOfBase64, inflate, unpack} from "./payload.js";
+import {Search} from "./search.js";
+import {counted, shown, start, stars, useWords, word} from "./show.js";
+import {Table} from "./table.js";
+import {Tree} from "./tree.js";
+import {Wall} from "./wall.js";
 
 /** @typedef {import("./payload.js").Library} Library */
 
@@ -56,7 +56,8 @@ class Page {
     document.addEventListener("keydown", (event) => this.key(event));
     element("clear").addEventListener("click", () => this.clear());
     element("columns-button").addEventListener("click", () =>
-      openColumns(this.library, this.table.fields(), (fields) => this.table.choose(fields)));
+      openColumns(this.library, this.table.fields(), (fields) => this.table.choose(fields)),
+    );
     const button = element("lists-button");
     button.addEventListener("click", () => {
       button.setAttribute("aria-expanded", String(element("view-songs").classList.toggle("with-lists")));
@@ -73,7 +74,8 @@ class Page {
     const by = artists.map(fold);
     const {compare} = this.order.collator;
     return Int32Array.from(titles, (_, i) => i)
-      .sort((a, b) => compare(by[a], by[b]) || compare(names[a], names[b]) || a - b).map((i) => i + 1);
+      .sort((a, b) => compare(by[a], by[b]) || compare(names[a], names[b]) || a - b)
+      .map((i) => i + 1);
   }
 
   /** Goes to another place. @param {import("./address.js").Place} place @param {boolean} isStep back leads out of it */
@@ -161,7 +163,10 @@ class Page {
     this.table.show(songs, values.get("sort") ?? "");
     if (this.tree.name !== (values.get("playlist") ?? "")) this.tree.show(values.get("playlist") ?? "");
     const told = this.filtersTold();
-    element("songs-count").textContent = [songs.length === 0 ? word("count.none") : counted("count.songs", songs.length), ...told].join(" ");
+    element("songs-count").textContent = [
+      songs.length === 0 ? word("count.none") : counted("count.songs", songs.length),
+      ...told,
+    ].join(" ");
     element("clear").hidden = told.length === 0;
   }
 
@@ -169,12 +174,16 @@ class Page {
   showAlbums(typed) {
     const words = foldedWords(typed);
     const {titles, artists} = this.library.albums;
-    const albums = words.length === 0 ? this.albums : this.albums.filter((album) => {
-      const text = fold(`${titles[album - 1]}\n${artists[album - 1]}`);
-      return words.every((one) => text.includes(one));
-    });
+    const albums =
+      words.length === 0
+        ? this.albums
+        : this.albums.filter((album) => {
+            const text = fold(`${titles[album - 1]}\n${artists[album - 1]}`);
+            return words.every((one) => text.includes(one));
+          });
     this.wall.show(albums);
-    element("albums-count").textContent = albums.length === 0 ? word("count.none") : counted("count.albums", albums.length);
+    element("albums-count").textContent =
+      albums.length === 0 ? word("count.none") : counted("count.albums", albums.length);
   }
 
   /** What narrows the songs, in words. */

@@ -84,8 +84,12 @@ export function unpack(bytes) {
   /** @type {Column[]} */
   const columns = [];
   for (const column of head.columns) {
-    columns.push({field: column.field, kind: column.kind, texts: column.texts ?? [],
-      numbers: packed.take(column, head.songs)});
+    columns.push({
+      field: column.field,
+      kind: column.kind,
+      texts: column.texts ?? [],
+      numbers: packed.take(column, head.songs),
+    });
   }
   /** @param {{bytes: number, differences: boolean}} column @param {number} count */
   const whole = (column, count) => new Int32Array(packed.take(column, count));
@@ -95,9 +99,14 @@ export function unpack(bytes) {
   /** @type {Playlist[]} */
   const playlists = [];
   for (const list of head.playlists) {
-    playlists.push({name: list.name, id: list.id, type: list.type, depth: list.depth,
-      songs: whole(list, list.songs)});
+    playlists.push({name: list.name, id: list.id, type: list.type, depth: list.depth, songs: whole(list, list.songs)});
   }
-  return {count: head.songs, columns, byField: new Map(columns.map((column) => [column.field, column])),
-    albums, coverPlaces: head.covers, playlists};
+  return {
+    count: head.songs,
+    columns,
+    byField: new Map(columns.map((column) => [column.field, column])),
+    albums,
+    coverPlaces: head.covers,
+    playlists,
+  };
 }

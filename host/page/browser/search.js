@@ -1,6 +1,6 @@
 // Which songs hold words. Each text is folded once, when the first word comes; then a word is looked for in
 // all texts of a column at a time.
-import { fold, foldedWords } from "./fold.js";
+import {fold, foldedWords} from "./fold.js";
 
 /** @typedef {import("./payload.js").Library} Library @typedef {import("./payload.js").Column} Column */
 

@@ -71,12 +71,18 @@ export function shown(column, song) {
   if (stored === 0) return "";
   const number = stored - 1;
   switch (column.kind) {
-    case "seconds": return number > 0 ? clock(number) : "";
-    case "day": return date(number);
-    case "rating": return stars(number);
-    case "kilobytes": return size(number);
-    case "flag": return word("yes");
-    default: return column.field === "plays" || column.field === "skips" ? grouped(number) : String(number);
+    case "seconds":
+      return number > 0 ? clock(number) : "";
+    case "day":
+      return date(number);
+    case "rating":
+      return stars(number);
+    case "kilobytes":
+      return size(number);
+    case "flag":
+      return word("yes");
+    default:
+      return column.field === "plays" || column.field === "skips" ? grouped(number) : String(number);
   }
 }
 

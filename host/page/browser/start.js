@@ -1,3 +1,3 @@
-import { openPage } from "./page.js";
+import {openPage} from "./page.js";
 
 void openPage();

@@ -1,22 +1,35 @@
 // The table of songs.
-import { Drawn } from "./drawn.js";
-import { moved } from "./keys.js";
-import { shown, start, word } from "./show.js";
+import {Drawn} from "./drawn.js";
+import {moved} from "./keys.js";
+import {shown, start, word} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library @typedef {import("./payload.js").Column} Column */
 
 const USUAL = ["name", "artist", "album", "genre", "year", "seconds", "rating", "plays", "added"];
 
 /** So many pixels the table has to be wide for a column that is shown unasked. @type {Record<string, number>} */
-const ROOM = {year: 640, rating: 720, plays: 800, added: 880, genre: 1060};
+const ROOM = {year: 640, rating: 720, plays: 800, added: 960, genre: 1060};
 const LONGEST = 300;
 
 /** How much of the width a column takes. @type {Record<string, string>} */
 const WIDTHS = {
-  name: "minmax(7rem, 3fr)", artist: "minmax(5rem, 2fr)", album: "minmax(5rem, 2fr)", genre: "minmax(4rem, 1fr)",
-  albumArtist: "minmax(5rem, 2fr)", composer: "minmax(5rem, 2fr)", comments: "minmax(5rem, 2fr)",
-  path: "minmax(7rem, 3fr)", year: "3.1rem", seconds: "3.75rem", rating: "4.75rem", plays: "3.6rem",
-  added: "5.75rem", disc: "2.25rem", track: "2.75rem", lastPlayed: "5.75rem", released: "5.75rem",
+  name: "minmax(7rem, 3fr)",
+  artist: "minmax(5rem, 2fr)",
+  album: "minmax(5rem, 2fr)",
+  genre: "minmax(4rem, 1fr)",
+  albumArtist: "minmax(5rem, 2fr)",
+  composer: "minmax(5rem, 2fr)",
+  comments: "minmax(5rem, 2fr)",
+  path: "minmax(7rem, 3fr)",
+  year: "3.1rem",
+  seconds: "3.75rem",
+  rating: "4.75rem",
+  plays: "3.6rem",
+  added: "5.75rem",
+  disc: "2.25rem",
+  track: "2.75rem",
+  lastPlayed: "5.75rem",
+  released: "5.75rem",
 };
 
 /** Whether a column's values stand at its end. @param {Column} column */
@@ -65,7 +78,8 @@ export class Table {
   chooseColumns() {
     const fields = this.fields();
     const columns = this.library.columns.filter((column) => fields.includes(column.field));
-    const isNew = columns.length !== this.shownColumns.length || columns.some((column, i) => column !== this.shownColumns[i]);
+    const isNew =
+      columns.length !== this.shownColumns.length || columns.some((column, i) => column !== this.shownColumns[i]);
     this.shownColumns = columns;
     return isNew;
   }
@@ -73,8 +87,13 @@ export class Table {
   drawHead() {
     const columns = this.columns();
     this.grid.setAttribute("aria-colcount", String(columns.length));
-    this.grid.style.setProperty("--columns", columns.map((column) => WIDTHS[column.field] ?? "minmax(4.5rem, auto)")
-      .map((width) => width.replace("auto", "1fr")).join(" "));
+    this.grid.style.setProperty(
+      "--columns",
+      columns
+        .map((column) => WIDTHS[column.field] ?? "minmax(4.5rem, auto)")
+        .map((width) => width.replace("auto", "1fr"))
+        .join(" "),
+    );
     this.head.replaceChildren(...columns.map((column, i) => this.headCell(column, i)));
   }
 
@@ -176,7 +195,8 @@ export class Table {
 
   /** @param {KeyboardEvent} event */
   key(event) {
-    if (event.altKey || event.ctrlKey || event.metaKey || this.head.contains(/** @type {Node} */ (event.target))) return;
+    if (event.altKey || event.ctrlKey || event.metaKey || this.head.contains(/** @type {Node} */ (event.target)))
+      return;
     if (event.key === "Enter" || event.key === " ") {
       if (this.songs.length === 0) return;
       event.preventDefault();

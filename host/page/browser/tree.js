@@ -1,8 +1,8 @@
 // The tree of playlists: a list of those entries whose folders are open.
-import { Drawn } from "./drawn.js";
-import { playlistName, playlistOf } from "./filters.js";
-import { moved } from "./keys.js";
-import { grouped, start, word } from "./show.js";
+import {Drawn} from "./drawn.js";
+import {playlistName, playlistOf} from "./filters.js";
+import {moved} from "./keys.js";
+import {grouped, start, word} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library */
 
@@ -159,7 +159,8 @@ export class Tree {
     const index = this.drawn.first + i;
     const number = this.seen[index];
     this.active = index;
-    if (this.isFolder(number) && (!this.open.has(number) || this.chosen === number)) this.setOpen(number, !this.open.has(number));
+    if (this.isFolder(number) && (!this.open.has(number) || this.chosen === number))
+      this.setOpen(number, !this.open.has(number));
     this.pick(this.seen.indexOf(number));
   }
 }

@@ -1,8 +1,8 @@
 // The wall of all albums.
-import { addressOf } from "./address.js";
-import { Drawn } from "./drawn.js";
-import { moved } from "./keys.js";
-import { start, word } from "./show.js";
+import {addressOf} from "./address.js";
+import {Drawn} from "./drawn.js";
+import {moved} from "./keys.js";
+import {start, word} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library @typedef {import("./covers.js").Covers} Covers */
 
@@ -19,7 +19,10 @@ export class Wall {
     this.active = 0;
     this.box = /** @type {HTMLElement} */ (document.getElementById("wall"));
     this.box.tabIndex = -1;
-    this.drawn = new Drawn(this.box, null, {make: () => this.makeRow(), fill: (row, index) => this.fillRow(row, index)});
+    this.drawn = new Drawn(this.box, null, {
+      make: () => this.makeRow(),
+      fill: (row, index) => this.fillRow(row, index),
+    });
     this.box.addEventListener("keydown", (event) => this.key(event));
     window.addEventListener("resize", () => this.measure(), {passive: true});
   }
@@ -72,7 +75,8 @@ export class Wall {
 
   /** @param {HTMLElement} row @param {number} index */
   fillRow(row, index) {
-    for (let i = 0; i < this.across; ++i) this.fill(/** @type {HTMLElement} */ (row.children[i]), index * this.across + i);
+    for (let i = 0; i < this.across; ++i)
+      this.fill(/** @type {HTMLElement} */ (row.children[i]), index * this.across + i);
   }
 
   /** @param {HTMLElement} item @param {number} place */
@@ -85,7 +89,13 @@ export class Wall {
     const album = this.albums[place];
     const {titles, artists} = this.library.albums;
     const [cover, title, artist] = /** @type {HTMLElement[]} */ ([...link.children]);
-    link.href = addressOf({view: "songs", values: new Map([["album", titles[album - 1]], ["by", artists[album - 1]]])});
+    link.href = addressOf({
+      view: "songs",
+      values: new Map([
+        ["album", titles[album - 1]],
+        ["by", artists[album - 1]],
+      ]),
+    });
     link.tabIndex = place === this.active ? 0 : -1;
     this.covers.show(cover, album);
     title.textContent = start(titles[album - 1], LONGEST) || word("untitled");

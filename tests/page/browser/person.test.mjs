@@ -1,14 +1,25 @@
 // What a person does with the page, by mouse, touch and keyboard.
 import assert from "node:assert/strict";
-import { after, before, test } from "node:test";
-import { launch, libraryOf, open, pageOf, samplePage } from "./pages.mjs";
+import {after, before, test} from "node:test";
+import {launch, libraryOf, open, pageOf, samplePage} from "./pages.mjs";
 
 let browser, sample, many;
 before(async () => {
   browser = await launch();
   sample = samplePage();
-  many = pageOf("many", libraryOf("many", Array.from({length: 20000}, (_, i) => ({
-    Name: `Song ${i}`, Artist: `Artist ${i % 700}`, Album: `Album ${i >> 3}`, Year: 1950 + (i % 70), "Total Time": i * 10}))));
+  many = pageOf(
+    "many",
+    libraryOf(
+      "many",
+      Array.from({length: 20000}, (_, i) => ({
+        Name: `Song ${i}`,
+        Artist: `Artist ${i % 700}`,
+        Album: `Album ${i >> 3}`,
+        Year: 1950 + (i % 70),
+        "Total Time": i * 10,
+      })),
+    ),
+  );
 });
 after(() => browser.close());
 
@@ -23,19 +34,24 @@ async function visiting(address, does, options) {
 const rows = (page) => page.locator("#rows .row:visible");
 const names = (page) => page.locator("#rows .row:visible .cell.name").allTextContents();
 const count = (page) => page.locator("#songs-count").textContent();
-const isSeen = (page, index) => page.evaluate((wanted) => {
-  const row = document.querySelector(`#rows [aria-rowindex="${wanted}"]`)?.getBoundingClientRect();
-  return row !== undefined && row.top >= 0 && row.bottom <= innerHeight;
-}, index);
+const isSeen = (page, index) =>
+  page.evaluate((wanted) => {
+    const row = document.querySelector(`#rows [aria-rowindex="${wanted}"]`)?.getBoundingClientRect();
+    return row !== undefined && row.top >= 0 && row.bottom <= innerHeight;
+  }, index);
 
 test("Without a script the header, the albums and the plots are there, and nothing that does nothing", () =>
-  visiting(sample, async (page) => {
-    assert.equal(await page.locator("h1").textContent(), "Music library");
-    assert.ok(await page.locator(".album:visible").count() >= 12);
-    assert.ok(await page.locator(".plot:visible").count() >= 6);
-    assert.equal(await page.locator("nav:visible, #view-songs:visible").count(), 0);
-    assert.match(await page.locator("noscript").textContent(), /JavaScript/);
-  }, {javaScriptEnabled: false}));
+  visiting(
+    sample,
+    async (page) => {
+      assert.equal(await page.locator("h1").textContent(), "Music library");
+      assert.ok((await page.locator(".album:visible").count()) >= 12);
+      assert.ok((await page.locator(".plot:visible").count()) >= 6);
+      assert.equal(await page.locator("nav:visible, #view-songs:visible").count(), 0);
+      assert.match(await page.locator("noscript").textContent(), /JavaScript/);
+    },
+    {javaScriptEnabled: false},
+  ));
 
 test("A view is opened by its link, and back leads out of it", () =>
   visiting(sample, async (page) => {
@@ -74,7 +90,7 @@ test("A heading sorts up, then down, then not at all", () =>
     await head.click();
     assert.equal(await page.locator("#grid-head .plays").getAttribute("aria-sort"), "ascending");
     await head.click();
-    assert.equal((await names(page))[0], "Violin Concerto in E Major, RV 269 \"La primavera\": I. Allegro");
+    assert.equal((await names(page))[0], 'Violin Concerto in E Major, RV 269 "La primavera": I. Allegro');
     assert.equal(await page.locator("#grid-head .plays").getAttribute("aria-sort"), "descending");
     await page.keyboard.press("Enter");
     assert.deepEqual(await names(page), plain);
@@ -117,7 +133,7 @@ test("A song opens with everything that is known of it, and its links lead on", 
   visiting(`${sample}#songs?q=primavera`, async (page) => {
     await rows(page).first().click();
     assert.match(await page.locator("#details h2").textContent(), /La primavera/);
-    assert.ok(await page.locator("#details dt").count() > 10);
+    assert.ok((await page.locator("#details dt").count()) > 10);
     await page.locator("#details dd a").first().click();
     assert.equal(await page.locator("dialog[open]").count(), 0);
     assert.match(await count(page), /songs by /);
@@ -130,7 +146,13 @@ test("The keyboard alone reaches the search, the last row and a song, and comes 
     await page.keyboard.type("song");
     await page.keyboard.press("ArrowDown");
     assert.equal(await page.evaluate(() => document.activeElement.getAttribute("aria-rowindex")), "2");
-    for (const [key, row] of [["ArrowDown", 3], ["End", 20001], ["ArrowUp", 20000], ["Home", 2], ["PageDown", 19]]) {
+    for (const [key, row] of [
+      ["ArrowDown", 3],
+      ["End", 20001],
+      ["ArrowUp", 20000],
+      ["Home", 2],
+      ["PageDown", 19],
+    ]) {
       await page.keyboard.press(key);
       const focused = Number(await page.evaluate(() => document.activeElement.getAttribute("aria-rowindex")));
       assert.ok(key === "PageDown" ? focused > 5 : focused === row, `${key}: ${focused}`);
@@ -150,27 +172,35 @@ test("While it scrolls, rows stand in order, without gaps, and few at a time", (
       await page.mouse.move(700, 500);
       await page.evaluate((step) => scrollBy(0, step), by);
       await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => requestAnimationFrame(done))));
-      const seen = await page.evaluate(() => [...document.querySelectorAll("#rows .row:not([hidden])")]
-        .map((row) => [Number(row.getAttribute("aria-rowindex")), row.getBoundingClientRect().top]));
+      const seen = await page.evaluate(() =>
+        [...document.querySelectorAll("#rows .row:not([hidden])")].map((row) => [
+          Number(row.getAttribute("aria-rowindex")),
+          row.getBoundingClientRect().top,
+        ]),
+      );
       for (let i = 1; i < seen.length; ++i) {
         assert.equal(seen[i][0], seen[i - 1][0] + 1);
         assert.ok(Math.abs(seen[i][1] - seen[i - 1][1] - 36) < 1);
       }
       assert.ok(seen[0][1] <= 200 && seen.at(-1)[1] >= 700, `${by}: the window is not filled`);
     }
-    assert.ok(await page.evaluate(() => document.querySelectorAll("*").length) < 1500);
+    assert.ok((await page.evaluate(() => document.querySelectorAll("*").length)) < 1500);
   }));
 
 test("A finger opens a song and the playlists on a small screen", () =>
-  visiting(`${sample}#songs`, async (page) => {
-    await rows(page).nth(1).tap();
-    assert.equal(await page.locator("dialog[open]").count(), 1);
-    await page.locator("#details .close").tap();
-    await page.locator("#lists-button").tap();
-    await page.getByRole("treeitem", {name: "Genius"}).tap();
-    assert.match(await count(page), /^25 songs/);
-    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), "it scrolls sideways");
-  }, {viewport: {width: 360, height: 740}, hasTouch: true, isMobile: true}));
+  visiting(
+    `${sample}#songs`,
+    async (page) => {
+      await rows(page).nth(1).tap();
+      assert.equal(await page.locator("dialog[open]").count(), 1);
+      await page.locator("#details .close").tap();
+      await page.locator("#lists-button").tap();
+      await page.getByRole("treeitem", {name: "Genius"}).tap();
+      assert.match(await count(page), /^25 songs/);
+      assert.ok(await page.evaluate(() => document.documentElement.scrollWidth <= innerWidth), "it scrolls sideways");
+    },
+    {viewport: {width: 360, height: 740}, hasTouch: true, isMobile: true},
+  ));
 
 test("Columns are chosen, and the table keeps to the window", () =>
   visiting(`${sample}#songs`, async (page) => {
@@ -187,7 +217,7 @@ test("Paper has the songs that were looked at", () =>
   visiting(`${sample}#songs?q=dvorak`, async (page) => {
     await page.evaluate(() => window.dispatchEvent(new Event("beforeprint")));
     await page.emulateMedia({media: "print"});
-    assert.ok(await page.locator("#printed li:visible").count() > 3);
+    assert.ok((await page.locator("#printed li:visible").count()) > 3);
     assert.equal(await page.locator("nav:visible, #grid:visible").count(), 0);
     await page.evaluate(() => window.dispatchEvent(new Event("afterprint")));
     assert.equal(await page.locator("#printed li").count(), 0);
