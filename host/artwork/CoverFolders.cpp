@@ -30,8 +30,10 @@ CoverFolders FindCoverFolders(const LibraryFunctions& library, const std::vector
   const std::vector<std::size_t> albumOf = AlbumOfSongs(albums);
   TextMap<Folder> folders;
   std::vector<std::string> order;
+  CoverFolders found;
   ForEachRecord(library, library.openAllSongs(), SetOf({Field::Path, Field::Status}),
                 [&](std::int32_t position, const SongRecord& song) {
+                  found.tally.Add(song);
                   const auto path = song.Text(Field::Path);
                   if (!path) return;
                   const std::size_t album = albumOf[static_cast<std::size_t>(position)];
@@ -40,7 +42,6 @@ CoverFolders FindCoverFolders(const LibraryFunctions& library, const std::vector
                   if (isNew) order.push_back(std::move(folder));
                   if (known->second.album != album) known->second.hasOthers = true;
                 });
-  CoverFolders found;
   found.ofAlbum.resize(albums.size());
   for (std::string& path : order) {
     const Folder& folder = folders.find(path)->second;

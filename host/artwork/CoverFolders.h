@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/artwork/Albums.h"
+#include "host/library/FileTally.h"
 #include "host/library/Library.h"
 
 namespace tavrel::host {
@@ -15,6 +16,7 @@ struct CoverFolders {
   std::vector<std::vector<std::string>>
       ofAlbum;                 // the folders that hold its songs and no others, of each
   std::int64_t ofSeveral = 0;  // folders that hold songs of several albums
+  FileTally tally;             // of the songs' files
 };
 
 // albums: all of the library's. Only folders of files that were found.

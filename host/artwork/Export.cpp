@@ -57,6 +57,7 @@ class Exporter {
     const std::vector<Album> albums = ReadAlbums(session_.library);
     CoverFolders folders;
     if (options_.besideSongs) folders = FindCoverFolders(session_.library, albums);
+    TellWhatWasFound(folders.tally, session_.options);
     tally_.foldersOfSeveral = folders.ofSeveral;
     Progress progress(albums.size() + files, session_.terminal, session_.output,
                       session_.options.quiet);
@@ -210,8 +211,10 @@ void PrintSummary(const Tally& tally, bool isDryRun, Session& session) {
     output.WriteLine(Counted(tally.kept, "file") + " kept that had the name; --force replaces");
   }
   if (tally.foldersOfSeveral > 0) {
-    output.WriteLine(Counted(tally.foldersOfSeveral, "folder") +
-                     " left alone that hold songs of several albums");
+    output.WriteLine(
+        Counted(tally.foldersOfSeveral, "folder") +
+        (tally.foldersOfSeveral == 1 ? " left alone that holds" : " left alone that hold") +
+        " songs of several albums");
   }
   if (tally.songsWithoutCover > 0) {
     output.WriteLine(Counted(tally.songsWithoutCover, "song") + " without a cover");

@@ -90,10 +90,7 @@ ExitCode Check(const CheckArguments& arguments, Session& session) {
   const CheckPart part = name != nullptr ? name->part : CheckPart::All;
   const CheckReport report = Look(part, session);
   const ExitCode code = report.IsBad(part) ? ExitCode::Failed : ExitCode::Done;
-  const bool isTold = name != nullptr && report.songs && !session.options.quiet;
-  if (const std::string line = isTold ? report.songs->tally.Line() : ""; !line.empty()) {
-    Complain(line);
-  }
+  if (name != nullptr && report.songs) TellWhatWasFound(report.songs->tally, session.options);
   if (arguments.isNul) {
     PrintCheckPaths(report, part, session);
   } else if (session.options.json) {
@@ -118,7 +115,8 @@ void DefineCheck(CommandDefinition program) {
   command.AddChoice("--only", arguments->only, names,
                     "One part, whole: files that are missing or spelled otherwise, songs that\n"
                     "are there twice, files that no song names, covers that are missing or\n"
-                    "unreadable, or what is odd about the library file");
+                    "unreadable, or what is odd about the library file (but for items of\n"
+                    "playlists that name no song of it: nothing is known of those)");
   command.AddFlag("-0", arguments->isNul,
                   "With --only: the paths of the files alone, each ended by a zero byte, for\n"
                   "xargs -0");

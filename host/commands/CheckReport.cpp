@@ -56,13 +56,21 @@ std::vector<SummaryLine> SummaryOf(const CheckReport& report) {
   return lines;
 }
 
-// The place of the first song that is missing, for who looks for the right folder.
-std::string FirstMissing(const SongChecks& songs, const Session& session) {
-  std::string path;
+// What is said of the first song that is missing, for who looks for the right folder.
+void PrintFirstMissing(const SongChecks& songs, Session& session) {
+  std::string sought;
+  std::string map = "OLD=NEW";
   ForEachOf({songs.missing.front()}, FieldsOfCheck(), session, [&](const SongRecord& song) {
-    path = song.SoughtPath().value_or(song.Text(Field::Location).value_or(""));
+    sought = song.SoughtPath().value_or(song.Text(Field::Location).value_or(""));
+    const std::string_view written = song.WrittenPath().value_or("");
+    const std::size_t slash = written.rfind('/');
+    const bool isPlain = slash != std::string_view::npos && slash > 0 &&
+                         written.substr(0, slash).find('=') == std::string_view::npos;
+    if (isPlain) map = Quoted(Clean(std::string(written.substr(0, slash))) + "=DIR");
   });
-  return path;
+  session.output.WriteLine("\nThe first that is missing: " + Clean(sought));
+  session.output.WriteLine("If the files lie elsewhere: " +
+                           Invocation(session.options, "check --music DIR") + ", or --map " + map);
 }
 
 }  // namespace
@@ -101,10 +109,7 @@ void PrintCheckSummary(const CheckReport& report, Session& session) {
     session.output.WriteLine("\nThere are no covers to check: no artwork cache lies beside it.");
   }
   if (!report.songs || report.songs->missing.empty()) return;
-  session.output.WriteLine("\nThe first that is missing: " +
-                           Clean(FirstMissing(*report.songs, session)));
-  session.output.WriteLine("If the files lie elsewhere: " +
-                           Invocation(session.options, "check --music DIR") + ", or --map OLD=NEW");
+  PrintFirstMissing(*report.songs, session);
 }
 
 }  // namespace tavrel::host

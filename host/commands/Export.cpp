@@ -42,10 +42,13 @@ class SongsWriter : public ListWriter {
  public:
   SongsWriter(SongFileFormat format, const Session& session) : format_(format), session_(session) {}
 
-  std::int64_t Write(const PlannedList& list, Sink& sink, ExportReport& /*report*/,
+  std::int64_t Write(const PlannedList& list, Sink& sink, ExportReport& report,
                      Progress& progress) override {
-    WriteSongs(list.playlist->handle, format_, session_, sink);
-    for (std::int32_t i = 0; i < list.playlist->songCount; ++i) progress.Step();
+    WriteSongs(list.playlist->handle, format_, session_, sink,
+               [&](std::int32_t position, const SongRecord& song) {
+                 report.AddFile(*list.playlist, position, song);
+                 progress.Step();
+               });
     return list.playlist->songCount;
   }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 #include "host/commands/SongJson.h"
 #include "host/commands/SongOrder.h"
@@ -93,8 +94,29 @@ void SayWhatWasFound(const SongList& list, const SongListOptions& options, const
   for (const std::int32_t position : list.positions) {
     tally.Add(reader.Read(list.playlist, position));
   }
-  if (const std::string line = tally.Line(); !line.empty()) Complain(line);
+  TellWhatWasFound(tally, session.options);
 }
+
+// Rows of a whole playlist that somebody else hears of, too.
+class HeardRows : public SongRows {
+ public:
+  HeardRows(SongRows& rows, OnSong onSong) : rows_(rows), onSong_(std::move(onSong)) {}
+
+  std::string_view Begun(const SongRecord& song) override {
+    onSong_(next_++, song);
+    return rows_.Begun(song);
+  }
+  void WriteHead() override { rows_.WriteHead(); }
+  void Write(std::string_view begun, std::size_t keys, std::int32_t position) override {
+    rows_.Write(begun, keys, position);
+  }
+  void WriteEnd() override { rows_.WriteEnd(); }
+
+ private:
+  SongRows& rows_;
+  OnSong onSong_;
+  std::int32_t next_ = 0;
+};
 
 }  // namespace
 
@@ -119,14 +141,12 @@ std::vector<std::int32_t> AllPositions(const LibraryFunctions& library, Playlist
 }
 
 void WriteSongs(PlaylistRecord* playlist, SongFileFormat format, const Session& session,
-                Sink& output) {
-  SongList list;
-  list.playlist = playlist;
-  list.positions = AllPositions(session.library, playlist);
+                Sink& output, OnSong onSong) {
   SongColumns columns{.fields = AllFields()};
   const ListFormat wanted = format == SongFileFormat::Json ? ListFormat::Json : ListFormat::Csv;
   const auto rows = MakeSongRows(columns, nullptr, wanted, false, session, output);
-  WriteSongRows(session.library, list.playlist, list.positions, columns, *rows);
+  HeardRows heard(*rows, std::move(onSong));
+  WriteSongRows(session.library, playlist, AllPositions(session.library, playlist), columns, heard);
 }
 
 void PrintSongs(SongList& list, const SongListOptions& options, Session& session) {

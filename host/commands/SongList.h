@@ -43,9 +43,11 @@ void PrintSongs(SongList& list, const SongListOptions& options, Session& session
 
 enum class SongFileFormat { Json, Csv };
 
-// Writes every field of all songs of a playlist, as a list of that format has them.
+using OnSong = std::function<void(std::int32_t, const SongRecord&)>;  // a song and its position
+
+// Writes every field of all songs of a playlist, as a list of that format has them. onSong: told of each.
 void WriteSongs(PlaylistRecord* playlist, SongFileFormat format, const Session& session,
-                Sink& output);
+                Sink& output, OnSong onSong);
 
 // All positions of a playlist's songs.
 [[nodiscard]] std::vector<std::int32_t> AllPositions(const LibraryFunctions& library,

@@ -51,7 +51,10 @@ class Planner {
       return std::nullopt;
     }
     const auto [known, isNew] = files_.try_emplace(std::string(*path), plan_.files.size());
-    if (isNew) plan_.files.push_back({std::string(*path), TargetOf(song, *path)});
+    if (isNew) {
+      plan_.files.push_back({std::string(*path), TargetOf(song, *path)});
+      plan_.tally.Add(song);
+    }
     return known->second;
   }
 
@@ -68,6 +71,7 @@ class Planner {
     std::string key(song.Text(Field::Id).value_or(""));
     key += '\n' + place + '\n' + name;
     if (!withoutFile_.insert(std::move(key)).second) return;
+    plan_.tally.Add(song);
     plan_.withoutFile.push_back(
         {std::move(name), std::move(place), std::string(song.Text(Field::Status).value_or(""))});
   }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/copying/NamePattern.h"
+#include "host/library/FileTally.h"
 #include "host/library/Library.h"
 #include "host/library/Playlists.h"
 
@@ -34,6 +35,7 @@ struct CopyPlan {
   std::vector<FileToCopy> files;  // each once, in the order of the first list that has it
   std::vector<ListToCopy> lists;
   std::vector<SongWithoutFile> withoutFile;  // each once
+  FileTally tally;                           // of all these
 };
 
 // lists: borrowed; one that comes twice counts once.

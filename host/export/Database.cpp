@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "host/export/Schema.h"
@@ -62,7 +63,7 @@ class DatabaseWriter {
     WriteTracks();
     WritePlaylists();
     database_.Run(IndexesOfDatabase() + "COMMIT;");
-    return counts_;
+    return std::move(counts_);
   }
 
  private:
@@ -106,7 +107,9 @@ class DatabaseWriter {
                       session_.options.quiet);
     for (std::int32_t i = 0; i < count; ++i) {
       if (i % kSongsBetweenLooks == 0) RequireNoEndingSignal();
-      AddTrack(tracks, i, reader.Read(all, i));
+      const SongRecord& song = reader.Read(all, i);
+      AddTrack(tracks, i, song);
+      counts_.tally.Add(song);
       PropertyWalk walk{properties, &known, i};
       library_.visitSongProperties(all, i, VisitProperty, &walk);
       walk.failure.Throw();
@@ -188,7 +191,7 @@ class DatabaseWriter {
 
 DatabaseCounts WriteDatabase(const std::string& path, const std::string& name, Session& session) {
   Sqlite database(path, name);
-  const DatabaseCounts counts = DatabaseWriter(database, session).Write();
+  DatabaseCounts counts = DatabaseWriter(database, session).Write();
   database.Close();
   return counts;
 }

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "host/library/FileTally.h"
 #include "host/library/Session.h"
 
 namespace tavrel::host {
@@ -12,6 +13,7 @@ struct DatabaseCounts {
   std::int64_t tracks = 0;
   std::int64_t playlists = 0;
   std::int64_t items = 0;  // songs of all playlists
+  FileTally tally = {};    // of the files of the tracks; of none where nobody has looked
 };
 
 // Fills the empty file at `path`; name: what messages call it. A failure leaves it anyhow.

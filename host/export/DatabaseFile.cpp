@@ -23,7 +23,7 @@ DatabaseCounts WriteTo(const std::string& path, IfThere ifThere, Session& sessio
   const std::size_t slash = path.rfind('/');
   if (slash != std::string::npos && slash > 0) MakeFolders(path.substr(0, slash));
   NewFile file(path);
-  const DatabaseCounts counts = WriteDatabase(file.TemporaryPath(), path, session);
+  DatabaseCounts counts = WriteDatabase(file.TemporaryPath(), path, session);
   if (!file.Finish(ifThere)) throw taken;
   return counts;
 }
@@ -35,6 +35,7 @@ ExitCode ExportDatabase(const DatabaseFileOptions& options, Session& session) {
   const IfThere ifThere = options.force ? IfThere::Replace : IfThere::Keep;
   const DatabaseCounts counts =
       options.dryRun ? CountForDatabase(session) : WriteTo(path, ifThere, session);
+  TellWhatWasFound(counts.tally, session.options);
   if (session.options.json) {
     session.output.WriteLine(JsonObject{
         {"file", path},

@@ -41,6 +41,20 @@ std::string_view Explain(std::string_view lack) {
 
 }  // namespace
 
+ExportReport::ExportReport(const Session& session)
+    : session_(session),
+      numbers_(session.library),
+      isCounted_(
+          static_cast<std::size_t>(session.library.getSongCount(session.library.openAllSongs()))) {}
+
+void ExportReport::AddFile(const Playlist& playlist, std::int32_t position,
+                           const SongRecord& song) {
+  const std::int32_t number = numbers_.Of(playlist.handle, position);
+  if (number < 0 || isCounted_[static_cast<std::size_t>(number)]) return;
+  isCounted_[static_cast<std::size_t>(number)] = true;
+  tally_.Add(song);
+}
+
 void ExportReport::AddLeftOut(const Playlist& playlist, const SongRecord& song,
                               std::string_view lack) {
   const auto kind = std::find(kLacks.begin(), kLacks.end(), lack) - kLacks.begin();
@@ -116,6 +130,7 @@ void ExportReport::PrintSummary(const std::string& folder, bool isDryRun, Sessio
 
 void ExportReport::Print(const std::string& folder, std::string_view format, bool isDryRun,
                          Session& session) const {
+  TellWhatWasFound(tally_, session.options);
   if (session.options.json) {
     JsonArray failed;
     for (const std::string& message : failed_) failed.Add(message);

@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "host/export/ExportPlan.h"
+#include "host/library/FileTally.h"
 #include "host/library/Session.h"
+#include "host/library/SongPlaces.h"
 #include "host/library/SongRecord.h"
 
 namespace tavrel::host {
@@ -17,8 +19,10 @@ class ExportReport {
  public:
   enum class Outcome { Written, Kept, Failed };
 
-  explicit ExportReport(const Session& session) : session_(session) {}
+  explicit ExportReport(const Session& session);
 
+  // A song of the list whose Path or Status was read: its file counts once, however many lists have it.
+  void AddFile(const Playlist& playlist, std::int32_t position, const SongRecord& song);
   // A song of the list that has no place in it. lack: its status.
   void AddLeftOut(const Playlist& playlist, const SongRecord& song, std::string_view lack);
   // A list that is done with, behind what was left out of it. songs: those that were written.
@@ -44,6 +48,9 @@ class ExportReport {
   static constexpr std::array<std::string_view, 3> kLacks{"missing", "remote", "none"};
 
   const Session& session_;
+  SongNumbers numbers_;
+  std::vector<bool> isCounted_;  // of all songs
+  FileTally tally_;
   std::int64_t written_ = 0;
   std::int64_t kept_ = 0;
   std::int64_t songs_ = 0;

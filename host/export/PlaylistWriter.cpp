@@ -69,6 +69,7 @@ std::int64_t PlaylistWriter::Write(const PlannedList& list, Sink& sink, ExportRe
   for (std::int32_t i = 0; i < list.playlist->songCount; ++i) {
     progress.Step();
     const SongRecord& song = reader_.Read(list.playlist->handle, i);
+    report.AddFile(*list.playlist, i, song);
     SongTarget target = TargetOf(song, options_.keepMissing);
     if (!target.lack.empty()) {
       report.AddLeftOut(*list.playlist, song, target.lack);

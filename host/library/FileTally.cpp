@@ -1,6 +1,7 @@
 #include "host/library/FileTally.h"
 
 #include "host/output/Format.h"
+#include "host/output/MessageGuard.h"
 
 namespace tavrel::host {
 
@@ -21,17 +22,27 @@ std::string FileTally::Line() const {
   if (all == 0) return {};
   const std::string ofAll = " of " + Counted(all, "file") + " found";
   if (found == 0) return "none" + ofAll + "; --music DIR or --map OLD=NEW says where they are";
+  std::string line = Grouped(found) + ofAll;
   const std::pair<const std::string, std::int64_t>* most = nullptr;
   for (const auto& folder : folders_) {
+    if (folder.first.empty()) continue;  // in no folder of music
     const bool isMore = most == nullptr || folder.second > most->second ||
                         (folder.second == most->second && folder.first < most->first);
     if (isMore) most = &folder;
   }
-  std::string line = Grouped(found) + ofAll;
-  if (!most->first.empty()) line += " below " + most->first;
-  if (most->second < found) line += ", " + Grouped(found - most->second) + " of them elsewhere";
+  if (most != nullptr && most->second >= found - most->second) {
+    line += " below " + most->first;
+    if (most->second < found) line += ", " + Grouped(found - most->second) + " of them elsewhere";
+  } else if (most != nullptr) {
+    line += ", " + Grouped(most->second) + " of them below " + most->first;
+  }
   if (respelled > 0) line += ", " + Grouped(respelled) + " spelled otherwise";
   return line;
+}
+
+void TellWhatWasFound(const FileTally& tally, const Options& options) {
+  if (options.quiet) return;
+  if (const std::string line = tally.Line(); !line.empty()) Complain(line);
 }
 
 }  // namespace tavrel::host

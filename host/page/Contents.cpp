@@ -198,6 +198,7 @@ PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
                     }
                   }
                   albums.Add(AsSong(record));
+                  contents.tally.Add(record);
                   contents.time += std::clamp<std::int64_t>(record.Milliseconds(), 0, INT32_MAX);
                   ++contents.songs;
                 });

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/library/Fields.h"
+#include "host/library/FileTally.h"
 #include "host/library/Library.h"
 #include "host/library/Playlists.h"
 #include "host/page/Columns.h"
@@ -54,6 +55,7 @@ struct PageContents {
   std::vector<PageAlbum> albums = {};      // in the order of their first songs
   std::vector<std::int64_t> albumOf = {};  // for each song the number of its album from 1; 0: none
   std::vector<PagePlaylist> playlists = {};
+  FileTally tally = {};  // of the songs' files
 
   [[nodiscard]] const PageColumn& Of(Field field) const;
 };

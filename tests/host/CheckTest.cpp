@@ -75,7 +75,8 @@ TEST_F(Check, CountsFirstAndSaysWhereMoreIs) {
   EXPECT_THAT(outcome.output, HasSubstr("1  songs that lie elsewhere"));
   EXPECT_THAT(outcome.output, HasSubstr("1  songs without a place"));
   EXPECT_THAT(outcome.output, HasSubstr("first that is missing: " + Path("copy/Music/c.mp3")));
-  EXPECT_THAT(outcome.output, HasSubstr("tavrel -l " + library_ + " check --music DIR"));
+  EXPECT_THAT(outcome.output,
+              HasSubstr("tavrel -l " + library_ + " check --music DIR, or --map /old/Music=DIR\n"));
   EXPECT_THAT(outcome.output, Not(HasSubstr("duplicates")));
 }
 
@@ -109,6 +110,24 @@ TEST_F(Check, ListsWhatIsMissing) {
   EXPECT_EQ(songs[0]["status"], "missing");
   EXPECT_EQ(songs[0]["sought"], "/old/Music/a\nb.mp3");
   EXPECT_TRUE(songs[1]["sought"].IsNull());
+}
+
+TEST_F(Check, SaysInOneLineWhereMostFilesAre) {
+  Write("copy/Music/a.mp3", "x");
+  const auto elsewhere = [this](const std::string& name) {
+    return SongAt(name, "file://" + Write("other/" + name + ".mp3", "x"));
+  };
+  std::vector<std::string> songs{SongAt("A", "file:///old/Music/a.mp3"), elsewhere("B")};
+  const auto line = [&] {
+    WriteLibrary(songs);
+    return Lines(RunCheck({"--only", "missing"}).errors)[0];
+  };
+  const std::string folder = Path("copy/Music");
+  EXPECT_EQ(line(), "tavrel: 2 of 2 files found below " + folder + ", 1 of them elsewhere");
+  songs.push_back(elsewhere("C"));
+  EXPECT_EQ(line(), "tavrel: 3 of 3 files found, 1 of them below " + folder);
+  songs.erase(songs.begin());
+  EXPECT_EQ(line(), "tavrel: 2 of 2 files found");
 }
 
 TEST_F(Check, ListsWhatIsSpelledOtherwise) {

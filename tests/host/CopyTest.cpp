@@ -105,7 +105,7 @@ TEST_F(Copy, FilesOfListsAreCopiedOnceAndPlaylistsNameThem) {
   MakeUsualLibrary();
   const Outcome outcome = RunCopy({"Road/trip", "Other", "Other"});
   EXPECT_EQ(outcome.exitCode, 0);
-  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.errors, "tavrel: 3 of 3 files found\n");
   EXPECT_EQ(outcome.output,
             "3 files copied (2.5 MB)\n2 playlists written to " + Path("out") + "\n");
   EXPECT_EQ(FilesBelow(Path("out")), kAllOfThem);
@@ -181,6 +181,10 @@ TEST_F(Copy, MissingFilesAreNamedAndLeftOutOfPlaylists) {
   EXPECT_EQ(outcome.exitCode, 1);
   EXPECT_THAT(outcome.output,
               EndsWith("1 song without a file here:\n  Gone: " + Path("music/gone.mp3") + "\n"));
+  EXPECT_EQ(outcome.errors, "tavrel: 3 of 4 files found\n") << "each once";
+  EXPECT_EQ(RunCopy({"Road/trip", "-q"}).errors, "");
+  EXPECT_THAT(RunCopy({"Road/trip", "--paths", "raw"}).errors, Not(HasSubstr("files found")))
+      << "nobody has looked";
   EXPECT_EQ(FilesBelow(Path("out")), kAllOfThem);
   EXPECT_THAT(FileBytes(Out("Road_trip.m3u8")), Not(HasSubstr("Gone")));
 }
@@ -211,6 +215,7 @@ TEST_F(Copy, WhatCannotBeLinkedIsCopiedAndSaidSo) {
   EXPECT_EQ(outcome.exitCode, 0);
   EXPECT_THAT(outcome.output, StartsWith("2 files copied (2.5 MB)\n"));
   EXPECT_EQ(outcome.errors,
+            "tavrel: 2 of 2 files found\n"
             "tavrel: files were copied that could not be linked: Operation not permitted\n");
   EXPECT_EQ(FileBytes(Out(kAllOfThem[1])), std::string(2'500'000, 'n'));
 }
@@ -345,7 +350,8 @@ TEST_F(Copy, DiskOfAMegabyteTakesWhatItCanAndTheRestOnceThereIsRoom) {
                 Path("out") + "\nends with 0\nsame\n");
   EXPECT_THAT(outcome.errors, HasSubstr(Path("out") + " has room for 1.0 MB\n"));
   EXPECT_THAT(outcome.errors, HasSubstr("10 Nimrod.m4a: No space left on device\n"));
-  EXPECT_THAT(outcome.errors, EndsWith("make room, then give the same command again.\n"));
+  EXPECT_THAT(outcome.errors, EndsWith("make room, then give the same command again.\n"
+                                       "tavrel: 3 of 3 files found\n"));
 }
 #endif
 
@@ -354,7 +360,7 @@ TEST_F(Copy, FolderForWhichThereIsNoRoomStopsIt) {
   const Outcome outcome =
       RunCopy({"Road/trip", "Other"}, Preloaded({{"FAULT_KIND", "folder"}, {"FAULT_NUMBER", "0"}}));
   EXPECT_EQ(outcome.exitCode, 1);
-  EXPECT_THAT(outcome.errors, StartsWith("tavrel: cannot make " + Path("out")));
+  EXPECT_THAT(outcome.errors, HasSubstr("tavrel: cannot make " + Path("out")));
   EXPECT_THAT(outcome.errors, HasSubstr("tavrel: stopped: 0 of 3 files"));
 }
 
@@ -368,6 +374,7 @@ TEST_F(Copy, SignalThatEndsTheProgramLeavesWhatIsWhole) {
     EXPECT_EQ(outcome.signal, number) << "as one that ends any program";
     EXPECT_THAT(outcome.output, StartsWith("1 file copied (3.0 kB)\n"));
     EXPECT_EQ(outcome.errors,
+              "tavrel: 3 of 3 files found\n"
               "tavrel: stopped: 1 of 3 files are there and whole\n"
               "  To go on, give the same command again.\n");
     EXPECT_THAT(FilesBelow(Path("out")), ElementsAre(kAllOfThem[0]));

@@ -132,6 +132,7 @@ TEST_F(CoversCommand, FoldersOfAlbumsGetACoverAndOthersNone) {
   EXPECT_THAT(FolderNames(Path("music/one/disc2")), ElementsAre("y.mp3"));
   const Outcome outcome = Covers({"--beside-songs"});
   EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_THAT(outcome.errors, testing::ContainsRegex("^tavrel: [1-9] of [1-9] files found"));
   EXPECT_THAT(outcome.output, StartsWith("2 covers written\n1 file kept"));
   EXPECT_THAT(outcome.output, HasSubstr("1 folder left alone that hold"));
   EXPECT_EQ(PictureAt("music/one/disc1/cover.png").pixels.at(0), kRed);

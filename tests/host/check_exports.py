@@ -284,6 +284,14 @@ def check_choice(tavrel, _document):
         expect('Inside: left out "gone " by A: missing' in outcome.stderr, "a line says what is left out", outcome.stderr)
         _, entries = read_playlist(case.folder / "out/Folder/Inside.m3u8")
         expect_equal([entry[2] for entry in entries], [case.path_of(song), b"http://radio.example.org/a?b=c"], "what plays")
+        found = "tavrel: 1 of 3 files found\n"
+        expect(outcome.stderr.startswith(found), "a line says what was found, each file once", outcome.stderr)
+        for form in (*PLAYER_FORMATS, "csv", "json", "sqlite"):
+            for options, wanted in (((), found), (("-q",), ""), (("--paths", "raw"), "")):
+                stderr = case.export("-o", "found/", "--force", "--format", form, *options).stderr
+                expect_equal("".join(line for line in stderr.splitlines(True) if "files found" in line), wanted,
+                             f"what was found in {form} {options}")
+        shutil.rmtree(case.folder / "found")
         again = case.export("-o", "out", code=1)
         expect("3 files kept that had the name; --force replaces" in again.stdout, "files are kept", again.stdout)
         (case.folder / "out/Empty.m3u8").write_text("mine")

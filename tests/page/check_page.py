@@ -217,6 +217,9 @@ def sample_faults(runner, home):
 def option_faults(runner, home):
     target = runner.folder / "options.html"
     run = lambda *more: runner.run("--home", home, "page", "-o", target, *more)
+    done = run("--paths", "--covers", "none", "--title", "<Mine> & \"yours\"")
+    if not re.fullmatch(rb"tavrel: none of \d+ files found; --music DIR [^\n]*\n", done.stderr) or run("-q").stderr:
+        yield f"a line says what files were found, unless it is quiet: {done.stderr!r}"
     run("--paths", "--covers", "none", "--title", "<Mine> & \"yours\"")
     page = Page(target.read_text(encoding="utf-8"))
     songs = Songs(page)
