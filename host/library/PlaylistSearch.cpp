@@ -19,6 +19,7 @@ namespace {
 
 constexpr std::size_t kMostSuggestions = 3;
 constexpr std::size_t kLongestCompared = 200;  // in bytes; no name that a person types is longer
+constexpr std::size_t kLongestPath = 200;      // in bytes, of a name with folders before it
 
 struct Place {
   std::int32_t group = 0;
@@ -51,18 +52,39 @@ Matches Select(const std::vector<Playlist>& playlists,
   return matches;
 }
 
-std::string Describe(const Playlist& playlist) {
-  const std::string name = Clean(playlist.name.value_or(""));
-  if (playlist.id.empty()) return fmt::format("{}:{}  {}", playlist.group, playlist.position, name);
-  return fmt::format("id:{}  {}", Clean(playlist.id), name);
+// By its number, the folder that holds each playlist.
+std::vector<std::size_t> ParentsOf(const std::vector<Playlist>& playlists) {
+  std::vector<std::size_t> parents(playlists.size(), kNoParent);
+  for (const TreeEntry& entry : MakeTree(playlists)) parents[entry.playlist] = entry.parent;
+  return parents;
+}
+
+// Playlists as lines to choose from: "id:8949F3F02A45D15B  Winter/Evening". Behind the ID stands what the playlist
+// may be called: its name, and before it the folders around it, as many as a line has room for.
+std::string Describe(const std::vector<const Playlist*>& shown,
+                     const std::vector<Playlist>& playlists) {
+  const std::vector<std::size_t> parents = ParentsOf(playlists);
+  std::string lines;
+  for (const Playlist* playlist : shown) {
+    std::string path = playlist->name.value_or("");
+    std::size_t folder = parents[static_cast<std::size_t>(playlist - playlists.data())];
+    for (; folder != kNoParent; folder = parents[folder]) {
+      const std::string name = playlists[folder].name.value_or("");
+      if (name.empty() || path.size() + name.size() >= kLongestPath) break;
+      path.insert(0, name + '/');
+    }
+    lines += playlist->id.empty() ? fmt::format("\n  {}:{}", playlist->group, playlist->position)
+                                  : "\n  id:" + Clean(playlist->id);
+    lines += "  " + Clean(path);
+  }
+  return lines;
 }
 
 // Finds playlists by the names of the folders around them.
 class Paths {
  public:
   Paths(const std::vector<Playlist>& playlists, bool isFolded)
-      : playlists_(playlists), isFolded_(isFolded), parents_(playlists.size(), kNoParent) {
-    for (const TreeEntry& entry : MakeTree(playlists)) parents_[entry.playlist] = entry.parent;
+      : playlists_(playlists), isFolded_(isFolded), parents_(ParentsOf(playlists)) {
     for (const Playlist& playlist : playlists) names_.push_back(Form(playlist.name.value_or("")));
   }
 
@@ -125,11 +147,11 @@ Failure NoSuchPlace(const std::vector<Playlist>& playlists, const Place& place) 
                       count == 0 ? "no playlists" : fmt::format("positions 0 to {}", count - 1))};
 }
 
-Failure SeveralMatches(const std::string& wanted, const Matches& matches) {
-  std::string message =
+Failure SeveralMatches(const std::vector<Playlist>& playlists, const std::string& wanted,
+                       const Matches& matches) {
+  const std::string message =
       fmt::format("{} playlists are named \"{}\"; choose one of:", matches.size(), Clean(wanted));
-  for (const Playlist* match : matches) message += "\n  " + Describe(*match);
-  return {ExitCode::Failed, message};
+  return {ExitCode::Failed, message + Describe(matches, playlists)};
 }
 
 // How far names are from the wanted one; nothing when that is too far to be meant. All are folded.
@@ -176,8 +198,9 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
 
   std::string message = fmt::format("there is no playlist named \"{}\"", Clean(wanted));
   if (near.empty()) message += "\n  See " + WhereToLook(wanted, options) + ".";
-  if (!near.empty()) message += "; do you mean:";
-  for (const auto& [distance, playlist] : near) message += "\n  " + Describe(*playlist);
+  Matches meant;
+  for (const auto& [distance, playlist] : near) meant.push_back(playlist);
+  if (!near.empty()) message += "; do you mean:" + Describe(meant, playlists);
   return {ExitCode::Failed, message};
 }
 
@@ -207,7 +230,7 @@ const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::
   }
   if (matches.empty() && isPath) matches = Paths(playlists, true).Find(wanted);
   if (matches.empty()) throw NoMatch(playlists, wanted, options);
-  if (matches.size() > 1) throw SeveralMatches(wanted, matches);
+  if (matches.size() > 1) throw SeveralMatches(playlists, wanted, matches);
   return *matches.front();
 }
 

@@ -112,9 +112,36 @@ TEST_F(Songs, APlaylistIsFoundByItsFoldersOrItsId) {
   EXPECT_EQ(run("Own/Own/Own").exitCode, 1) << "a folder within itself";
   EXPECT_EQ(run("B/A/Mix").exitCode, 1);
   EXPECT_THAT(run("id:").errors, HasSubstr("no playlist with the ID \"\""));
-  EXPECT_EQ(
-      run("Mix").errors,
-      "tavrel: 2 playlists are named \"Mix\"; choose one of:\n  id:AAA2  Mix\n  id:AAA4  Mix\n");
+  EXPECT_EQ(run("Mix").errors,
+            "tavrel: 2 playlists are named \"Mix\"; choose one of:\n"
+            "  id:AAA2  A/Mix\n  id:AAA4  A/B/Mix\n");
+  EXPECT_THAT(run("mox").errors,
+              testing::EndsWith("do you mean:\n  id:AAA2  A/Mix\n  id:AAA4  A/B/Mix\n"));
+}
+
+TEST_F(Songs, FoldersWithoutEndAreNamedAsFarAsALineHasRoom) {
+  std::vector<PlaylistText> lists;
+  std::string parent;
+  const auto add = [&](const std::string& name) {
+    const std::string id = "A" + std::to_string(lists.size());
+    lists.push_back({Property("Name", name) + Property("Playlist Persistent ID", id) +
+                         Property("Parent Persistent ID", parent),
+                     {}});
+    return id;
+  };
+  for (int i = 0; i < 1000; ++i) parent = add("folder" + std::to_string(i));
+  add("Mix");
+  parent.clear();
+  add("Mix");
+  const std::string file = Write("deep.xml", LibraryText({}, lists));
+  const std::vector<std::string> lines = Lines(Run({"-l", file, "songs", "Mix"}).errors);
+  ASSERT_EQ(lines.size(), 3u);
+  EXPECT_THAT(lines[1], AllOf(testing::EndsWith("/folder998/folder999/Mix"),
+                              testing::SizeIs(testing::Lt(300u))));
+  EXPECT_EQ(lines[2], "  id:A1001  Mix");
+  const std::string path = lines[1].substr(lines[1].find("folder"));
+  EXPECT_EQ(Run({"-l", file, "songs", path}).errors, "tavrel: the playlist is empty\n")
+      << "and what is named is taken";
 }
 
 TEST_F(Songs, AnUnknownNameSuggestsTheNearest) {
