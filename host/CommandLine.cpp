@@ -166,6 +166,10 @@ CommandLine ReadCommandLine(int count, const char* const* arguments) {
       FailForUsage(ExplainExtras(program, Named(program, parsed.command), parsed.extras,
                                  parsed.words, Invocation(line.options, "")),
                    parsed.command);
+    case Kind::BehindMark:
+      FailForUsage(
+          ExplainBehindMark(program, parsed.extras, parsed.words, Invocation(line.options, "")),
+          {});
     case Kind::Understood:
       break;
   }

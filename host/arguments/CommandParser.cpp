@@ -157,6 +157,26 @@ CommandSummary Summarize(const CLI::App& parser, const std::string& parent,
   return summary;
 }
 
+constexpr std::string_view kMark = "--";  // behind it no word is an option
+
+// Takes the words for those on both sides of the mark, when any stand behind it.
+void PartByMark(int count, const char* const* arguments, ParsedWords& parsed) {
+  const char* const* end = arguments + count;
+  const char* const* mark = std::find(arguments, end, kMark);
+  if (mark == end || mark + 1 == end) return;
+  parsed.kind = ParsedWords::Kind::BehindMark;
+  parsed.words.assign(arguments + 1, mark);
+  parsed.extras.assign(mark + 1, end);
+}
+
+// Those that fit nowhere; the parser has the mark among them.
+std::vector<std::string> ExtrasOf(const CLI::App& parser) {
+  std::vector<std::string> extras = parser.remaining(true);
+  const auto mark = std::find(extras.begin(), extras.end(), kMark);
+  if (extras.size() > 1 && mark != extras.end()) extras.erase(mark);
+  return extras;
+}
+
 // The command that the words lead to, and what was given to it by its place.
 ParsedWords FindReached(const CLI::App& parser) {
   ParsedWords parsed;
@@ -303,8 +323,11 @@ ParsedWords CommandParser::Parse(int count, const char* const* arguments) {
   ParsedWords parsed = FindReached(*parser_);
   parsed.kind = kind;
   parsed.message = std::move(message);
-  if (kind == Kind::TooMany) parsed.extras = parser_->remaining(true);
+  if (kind == Kind::TooMany) parsed.extras = ExtrasOf(*parser_);
   if (kind == Kind::Understood) parsed.task = all_->task;
+  // There the parser takes a command for a word, and then forgets it.
+  const bool isShown = kind == Kind::HelpAsked || kind == Kind::VersionAsked;
+  if (!isShown && parsed.command.empty()) PartByMark(count, arguments, parsed);
   return parsed;
 }
 

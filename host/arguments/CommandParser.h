@@ -17,13 +17,14 @@ struct ParsedWords {
     Understood,
     HelpAsked,
     VersionAsked,
-    TooMany,  // some fit nowhere
+    TooMany,     // some fit nowhere
+    BehindMark,  // no command stands before "--", and words stand behind it
     Wrong,
   };
   Kind kind = Kind::Understood;
   std::vector<std::string> command;  // the names that lead to the command which was reached
-  std::vector<std::string> words;    // those it was given by their place
-  std::vector<std::string> extras;   // those that fit nowhere; TooMany has some
+  std::vector<std::string> words;    // those it was given by their place; those in front of "--"
+  std::vector<std::string> extras;   // those that fit nowhere, or stand behind "--"
   std::string message;               // what is wrong
   std::optional<Task> task;          // of the command; none when no command was given
 };

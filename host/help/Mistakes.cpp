@@ -134,4 +134,18 @@ std::string ExplainExtras(const CommandSummary& program, const CommandSummary& c
          Suggestion({invocation + rest + " " + Quoted(whole)});
 }
 
+std::string ExplainBehindMark(const CommandSummary& program, const std::vector<std::string>& extras,
+                              const std::vector<std::string>& words,
+                              const std::string& invocation) {
+  const std::string& first = extras.front();
+  if (program.Find(first) == nullptr && !first.starts_with('-')) {
+    return NoSuchCommand(program, first, invocation);
+  }
+  std::string meant = program.path;
+  for (const auto* list : {&words, &extras}) {
+    for (const std::string& word : *list) meant.append(1, ' ').append(Quoted(word));
+  }
+  return "no word behind \"--\" is a command or an option" + Suggestion({meant});
+}
+
 }  // namespace tavrel::host

@@ -20,6 +20,12 @@ namespace tavrel::host {
                                         const std::vector<std::string>& words,
                                         const std::string& invocation);
 
+// The same where no command stands in front of "--". extras: the words behind it; not empty. words: those in front.
+[[nodiscard]] std::string ExplainBehindMark(const CommandSummary& program,
+                                            const std::vector<std::string>& extras,
+                                            const std::vector<std::string>& words,
+                                            const std::string& invocation);
+
 // The message when help is asked for one that is not there. command: the program, or a command that was asked
 // for something below it.
 [[nodiscard]] std::string NoHelpOn(const CommandSummary& command, const std::string& word);

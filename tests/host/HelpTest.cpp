@@ -146,6 +146,20 @@ TEST_F(Help, ACommandThatIsMistypedOrGuessedIsPutRight) {
   EXPECT_THAT(Mistake({file}), HasSubstr("\n    tavrel -l '" + file + "'\n"));
 }
 
+TEST_F(Help, NoWordBehindTwoDashesIsACommand) {
+  EXPECT_EQ(Mistake({"--", "songs"}),
+            "tavrel: no word behind \"--\" is a command or an option; do you mean:\n"
+            "    tavrel songs\n  See tavrel help.\n");
+  EXPECT_THAT(Mistake({"-l", "x", "--", "songs", "Road trip"}),
+              HasSubstr(":\n    tavrel -l x songs 'Road trip'\n"));
+  EXPECT_THAT(Mistake({"--", "-q"}), HasSubstr(":\n    tavrel -q\n"));
+  EXPECT_THAT(Mistake({"-l", "x", "--", "serch"}),
+              HasSubstr("no command \"serch\"; do you mean:\n    tavrel -l x search\n"));
+  EXPECT_THAT(Mistake({"songs", "--", "Road", "trip"}),
+              HasSubstr("\n    tavrel songs 'Road trip'\n"))
+      << "behind a command it is no word of its own";
+}
+
 TEST_F(Help, AnOptionThatIsMistypedOrAnothersIsPutRight) {
   EXPECT_THAT(Mistake({"search", "--artst", "x"}),
               HasSubstr("tavrel search has no option --artst; do you mean:\n    --artist\n"));
