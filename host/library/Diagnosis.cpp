@@ -190,10 +190,16 @@ Failure NoLibraryAt(const std::string& path, const std::string& home) {
 }
 
 Failure NoLibraryIn(const std::string& folder) {
-  const std::string others = DescribeOtherFiles(folder);
-  return {ExitCode::NoLibrary,
-          fmt::format("there is no iTunes library file in {}{}{}", folder,
-                      others.empty() ? DescribeEntries(folder) : others, kAdvice)};
+  const std::string message = "there is no iTunes library file in " + folder;
+  std::string others = DescribeOtherFiles(folder);
+  const std::vector<std::string> near = NearLibraries(folder);
+  if (near.empty()) {
+    if (others.empty()) others = DescribeEntries(folder);
+    return {ExitCode::NoLibrary, message + others + kAdvice};
+  }
+  others += near.size() == 1 ? "\n  But this has one:" : "\n  But these have one:";
+  for (const std::string& library : near) others += "\n    tavrel -l " + Quoted(library);
+  return {ExitCode::NoLibrary, message + others};
 }
 
 }  // namespace tavrel::host

@@ -26,6 +26,9 @@ constexpr std::string_view kPlaces[] = {
     "", "iTunes", "Music", "Music/iTunes", "Music/Music", "My Music/iTunes"};
 
 constexpr std::size_t kMostShown = 3;
+constexpr int kHighest = 2;  // "iTunes Media/Music" has the library file above it
+constexpr int kDeepest = 3;  // "Users/me" of a copied disk
+constexpr std::size_t kMostLookedInto = 300;
 
 std::string Join(const std::string& folder, std::string_view name) {
   if (name.empty()) return folder;
@@ -77,6 +80,46 @@ bool IsDatabase(std::string_view name) {
 
 bool MayBeExport(std::string_view name) {
   return name.ends_with(".xml") || name.ends_with(".xml.gz");
+}
+
+// The folders in a folder, none of them through a link.
+std::vector<std::string> FoldersIn(const std::string& folder) {
+  std::vector<std::string> folders;
+  for (const std::string& name : NamesIn(folder)) {
+    struct stat status {};
+    const std::string path = Join(folder, name);
+    const bool isFolder = ::lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    if (isFolder && !name.starts_with('.')) folders.push_back(path);
+  }
+  return folders;
+}
+
+void AddLibraryAbove(const std::string& folder, std::vector<std::string>& found) {
+  std::error_code error;
+  fs::path above = fs::weakly_canonical(folder, error);
+  for (int i = 0; i < kHighest && !error && above.has_relative_path(); ++i) {
+    above = above.parent_path();
+    if (FindLibraryFiles(above).empty()) continue;
+    found.push_back(above);
+    return;
+  }
+}
+
+// Those that lie less deep come first.
+void AddLibrariesBelow(const std::string& folder, std::vector<std::string>& found) {
+  std::vector<std::string> level{folder};
+  std::size_t lookedInto = 0;
+  for (int depth = 1; depth <= kDeepest; ++depth) {
+    std::vector<std::string> next;
+    for (const std::string& at : level) {
+      for (std::string& below : FoldersIn(at)) {
+        if (found.size() == kMostShown || ++lookedInto > kMostLookedInto) return;
+        const bool isOne = !FindLibraryFiles(below).empty();
+        (isOne ? found : next).push_back(std::move(below));
+      }
+    }
+    level = std::move(next);
+  }
 }
 
 // Databases and files that may be exports, in any of the places.
@@ -136,6 +179,13 @@ std::string DescribeOtherFiles(const std::string& folder) {
     lines += "\n    tavrel -l " + Quoted(files.exports[i]);
   }
   return lines;
+}
+
+std::vector<std::string> NearLibraries(const std::string& folder) {
+  std::vector<std::string> found;
+  AddLibraryAbove(folder, found);
+  AddLibrariesBelow(folder, found);
+  return found;
 }
 
 std::vector<std::string> NearFiles(const std::string& path) {

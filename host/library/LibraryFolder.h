@@ -18,6 +18,10 @@ namespace tavrel::host {
 // What a folder holds, in one such line.
 [[nodiscard]] std::string DescribeEntries(const std::string& folder);
 
+// Folders near this one, which has no library file, that have one: above it, and below it as far as a look into a
+// few hundred folders goes. Not more than a few.
+[[nodiscard]] std::vector<std::string> NearLibraries(const std::string& folder);
+
 // The files beside the missing `path` with names near its own, as paths that begin as `path` does.
 [[nodiscard]] std::vector<std::string> NearFiles(const std::string& path);
 

@@ -75,6 +75,27 @@ TEST_F(LibraryPlace, AFileUnderTwoNamesIsOneFile) {
   ExpectSong(Path("home"), "Nimrod");
 }
 
+TEST_F(LibraryPlace, AFolderWithoutALibraryFileSaysWhereNearItOneIs) {
+  const auto near = [this](const std::string& folder) {
+    const Outcome outcome = Songs(folder);
+    EXPECT_EQ(outcome.exitCode, 3);
+    return outcome.errors.substr(outcome.errors.find('\n') + 1);
+  };
+  const std::string line = "    tavrel -l " + Path("disk/Users/");
+  Write("disk/Users/me/Music/iTunes/iTunes Music Library.xml", LibraryWithName("Nimrod"));
+  fs::create_directories(Path("disk/Users/me/Music/iTunes/iTunes Media/Music"));
+  EXPECT_EQ(near(Path("disk")), "  But this has one:\n" + line + "me\n");
+  const std::string above = "  But this has one:\n" + line + "me/Music/iTunes\n";
+  EXPECT_EQ(near(Path("disk/Users/me/Music/iTunes/iTunes Media/Music")), above);
+  fs::create_directory_symlink(Path("disk/Users/me"), Path("disk/Users/link"));
+  Write("disk/Users/you/Library.xml", LibraryWithName("Vltava"));
+  Write("disk/.hidden/Library.xml", LibraryWithName("Vltava"));
+  Write("disk/1/2/3/4/Library.xml", LibraryWithName("too deep"));
+  EXPECT_EQ(near(Path("disk")), "  But these have one:\n" + line + "me\n" + line + "you\n");
+  EXPECT_THAT(near(Path("disk/1")),
+              HasSubstr("  But this has one:\n    tavrel -l " + Path("disk/1/2/3/4") + "\n"));
+}
+
 TEST_F(LibraryPlace, AFolderWithoutALibraryFileSaysWhatItHolds) {
   fs::create_directories(Path("home/Music/iTunes"));
   EXPECT_THAT(Songs(Path("home/Music/iTunes")).errors, HasSubstr("It is empty"));
