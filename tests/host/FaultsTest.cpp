@@ -53,10 +53,11 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
                            {"FAULT_COUNT", Path("count")},
                            {"PATH", Path("bin") + ":/usr/bin:/bin"}};
     if (fault.after) command.environment["FAULT_AFTER"] = "1";
-    const bool isCopy = !arguments.empty() && arguments[0] == "copy";
-    std::vector<std::string> all{"--library",
-                                 Path(isCopy ? "small.xml" : "itunes/iTunes Music Library.xml")};
-    all.insert(all.end(), arguments.begin(), arguments.end());
+    std::vector<std::string> all = arguments;
+    const bool namesLibrary = !all.empty() && all[0] == "-l";
+    if (!namesLibrary) {
+      all.insert(all.begin(), {"-l", Path("itunes/iTunes Music Library.xml")});
+    }
     return Run(all, command);
   }
 
@@ -77,7 +78,9 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
             {"export", "--format", "sqlite", "--force", "-o", Path("library.sqlite")},
             {"page", "-o", Path("page.html")},
             {"artwork", "--all", "--size", "64", "-o", Path("covers")},
-            {"copy", "L", "-o", Path("copies"), "--name", "{name}"},
+            {"check"},
+            {"-l", Path("small.xml"), "check", "--json"},  // which finds nothing that is wrong
+            {"-l", Path("small.xml"), "copy", "L", "-o", Path("copies"), "--name", "{name}"},
             {"ringtones", "add", Path("Tone.m4r")}};
   }
 
