@@ -2,23 +2,30 @@
 //
 // node page.mjs LIBRARY [--rounds N]; the environment is that of scripts/page.sh. Prints a table of figures, each
 // beside its limit. Times of the program are of its processors' work, as ratios to a bare load in the same round.
-import { spawnSync } from "node:child_process";
-import { mkdirSync, readFileSync, statSync, writeFileSync } from "node:fs";
-import { createRequire } from "node:module";
-import { join } from "node:path";
-import { pathToFileURL } from "node:url";
+import {spawnSync} from "node:child_process";
+import {mkdirSync, readFileSync, statSync, writeFileSync} from "node:fs";
+import {createRequire} from "node:module";
+import {join} from "node:path";
+import {pathToFileURL} from "node:url";
+import {makeCovers} from "./covers.mjs";
 
 const {TAVREL, PAGE_MODULES, PAGE_FOLDER, CHROMIUM} = process.env;
 const {chromium} = createRequire(join(PAGE_MODULES, "package.json"))("playwright-core");
 const library = process.argv[2];
 const rounds = Number(process.argv[process.argv.indexOf("--rounds") + 1]) || 5;
 const file = join(PAGE_FOLDER, "bench.html");
+const usualCovers = 2000;
 
+const megabytesOf = (path) => Number((statSync(path).size / 1e6).toFixed(2));
 const median = (numbers) => [...numbers].sort((a, b) => a - b)[numbers.length >> 1];
 const rows = [];
 function tell(figure, value, unit, limit) {
-  rows.push({figure, value: `${value} ${unit}`.trim(), limit: limit === undefined ? "" : `${limit} ${unit}`.trim(),
-    kept: limit === undefined ? "" : value <= limit ? "yes" : "no"});
+  rows.push({
+    figure,
+    value: `${value} ${unit}`.trim(),
+    limit: limit === undefined ? "" : `${limit} ${unit}`.trim(),
+    kept: limit === undefined ? "" : value <= limit ? "yes" : "no",
+  });
 }
 
 /** Seconds that the program takes, by the clock. @param {string[]} words */
@@ -40,20 +47,35 @@ function measureWriting() {
   }
   tell("written, beside a load that lists the playlists", Number(median(ratios).toFixed(1)), "times", 2);
   tell("written", Number(median(times).toFixed(2)), "s");
-  tell("file without covers", Number((statSync(file).size / 1e6).toFixed(2)), "MB", 3);
+  tell("file without covers", megabytesOf(file), "MB", 3);
+}
+
+/** What covers add: as many as a page has unless told otherwise. */
+async function measureCovers(browser) {
+  const page = await browser.newPage();
+  await makeCovers(page, TAVREL, library, usualCovers);
+  await page.close();
+  const withCovers = join(PAGE_FOLDER, "covers.html");
+  const times = [];
+  const without = run(["page", "-o", withCovers, "--covers", "none"]);
+  for (let i = 0; i < rounds; ++i) times.push(run(["page", "-o", withCovers]));
+  tell(`written with ${usualCovers} covers`, Number(median(times).toFixed(1)), "s");
+  tell("for each of the covers", Number((((median(times) - without) * 1000) / usualCovers).toFixed(1)), "ms");
+  tell(`file with ${usualCovers} covers`, megabytesOf(withCovers), "MB", 25);
+  await measureOpening(browser, withCovers, `first rows of the table, with ${usualCovers} covers`);
 }
 
 /** The middle of several openings: until the first rows of the table stand in the page. */
-async function measureOpening(browser) {
+async function measureOpening(browser, path, figure) {
   const times = [];
   for (let i = 0; i < rounds; ++i) {
     const page = await browser.newPage({viewport: {width: 1280, height: 800}});
-    await page.goto(`${pathToFileURL(file).href}#songs`);
+    await page.goto(`${pathToFileURL(path).href}#songs`);
     await page.waitForSelector("#rows .row");
     times.push(await page.evaluate(() => new Promise((done) => requestAnimationFrame(() => done(performance.now())))));
     await page.close();
   }
-  tell("first rows of the table", Number((median(times) / 1000).toFixed(2)), "s", 1.5);
+  tell(figure, Number((median(times) / 1000).toFixed(2)), "s", 1.5);
 }
 
 async function measureSearch(page) {
@@ -90,7 +112,11 @@ async function measureSorting(page) {
     }
     return taken;
   });
-  tell("sorted for the first time, by the slowest of four columns", Math.round(Math.max(...Object.values(times))), "ms");
+  tell(
+    "sorted for the first time, by the slowest of four columns",
+    Math.round(Math.max(...Object.values(times))),
+    "ms",
+  );
 }
 
 /** The longest time between two frames in which the page itself was busy, while it scrolls. */
@@ -123,15 +149,17 @@ async function measureMemory(browser, page) {
   const {metrics} = await session.send("Performance.getMetrics");
   tell("nodes, all that the browser counts", metrics.find((one) => one.name === "Nodes").value, "", 3000);
   const all = await (await browser.newBrowserCDPSession()).send("SystemInfo.getProcessInfo");
-  const sizes = all.processInfo.filter((one) => one.type === "renderer").map((one) =>
-    Number(/^VmRSS:\s*(\d+)/m.exec(readFileSync(`/proc/${one.id}/status`, "utf8"))[1]) / 1024);
+  const sizes = all.processInfo
+    .filter((one) => one.type === "renderer")
+    .map((one) => Number(/^VmRSS:\s*(\d+)/m.exec(readFileSync(`/proc/${one.id}/status`, "utf8"))[1]) / 1024);
   tell("memory of the renderer, resident", Math.round(Math.max(...sizes)), "MB", 300);
 }
 
 mkdirSync(PAGE_FOLDER, {recursive: true});
 measureWriting();
 const browser = await chromium.launch({executablePath: CHROMIUM, args: ["--no-sandbox"]});
-await measureOpening(browser);
+await measureCovers(browser);
+await measureOpening(browser, file, "first rows of the table");
 const page = await browser.newPage({viewport: {width: 1280, height: 800}});
 await page.goto(`${pathToFileURL(file).href}#songs`);
 await page.waitForSelector(":root[data-ready]");

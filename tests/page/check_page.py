@@ -247,6 +247,18 @@ def option_faults(runner, home):
         yield "standard output has another page"
 
 
+def size_faults(runner, home):
+    """A page above 25 MB is warned of, unless nothing is to be said; one below is not."""
+    tracks = {str(i): {"Track ID": i, "Name": str(i) * (1 << 20)} for i in range(1, 10)}
+    tracks.update({str(i): {"Track ID": i, "Name": str(i) * (1 << 19)} for i in range(10, 22)})
+    large = runner.write("large.xml", tracks)
+    for library, more, wanted in ((("-l", large), (), True), (("-l", large), ("-q",), False), (("--home", home), (), False)):
+        done = runner.run(*library, *more, "page", "-o", runner.folder / "sized.html")
+        size = (runner.folder / "sized.html").stat().st_size
+        if done.returncode or (b"large for a browser" in done.stderr) != wanted:
+            yield f"of {size} bytes, with {more}, is said: {done.stderr.decode()!r}"
+
+
 def opening_faults(runner, home):
     """A stand-in for the desktop's own program writes down what it is told to open."""
     opener = runner.folder / "bin" / "xdg-open"
@@ -303,7 +315,7 @@ def main():
     tavrel, home = sys.argv[1:]
     with tempfile.TemporaryDirectory() as folder:
         runner = Runner(tavrel, folder)
-        faults = [*sample_faults(runner, home), *option_faults(runner, home), *opening_faults(runner, home), *hostile_faults(runner), *many_faults(runner)]
+        faults = [*sample_faults(runner, home), *option_faults(runner, home), *size_faults(runner, home), *opening_faults(runner, home), *hostile_faults(runner), *many_faults(runner)]
     print("\n".join(faults) or "the pages are what they should be")
     return 1 if faults else 0
 
