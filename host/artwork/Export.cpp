@@ -57,7 +57,7 @@ class Exporter {
     const std::vector<Album> albums = ReadAlbums(session_.library);
     CoverFolders folders;
     if (options_.besideSongs) folders = FindCoverFolders(session_.library, albums);
-    TellWhatWasFound(folders.tally, session_.options);
+    TellWhatWasFound(folders.tally, session_);
     tally_.foldersOfSeveral = folders.ofSeveral;
     Progress progress(albums.size() + files, session_.terminal, session_.output,
                       session_.options.quiet);

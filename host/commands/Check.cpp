@@ -90,7 +90,7 @@ ExitCode Check(const CheckArguments& arguments, Session& session) {
   const CheckPart part = name != nullptr ? name->part : CheckPart::All;
   const CheckReport report = Look(part, session);
   const ExitCode code = report.IsBad(part) ? ExitCode::Failed : ExitCode::Done;
-  if (name != nullptr && report.songs) TellWhatWasFound(report.songs->tally, session.options);
+  if (name != nullptr && report.songs) TellWhatWasFound(report.songs->tally, session);
   if (arguments.isNul) {
     PrintCheckPaths(report, part, session);
   } else if (session.options.json) {

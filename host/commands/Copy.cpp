@@ -214,7 +214,7 @@ ExitCode CopyLists(const CopyArguments& arguments, Session& session) {
     lists.push_back(&FindPlaylist(playlists, list, session.options));
   const NamePattern pattern(arguments.pattern.value_or(kUsualPattern));
   const CopyPlan plan = PlanCopies(session.library, lists, pattern);
-  TellWhatWasFound(plan.tally, session.options);
+  TellWhatWasFound(plan.tally, session);
   CopyRun run(session.library, plan, folder, arguments.options);
   if (arguments.isDryRun) return ShowPlan(plan, run, folder, session);
   return CopyFiles(plan, run, arguments, folder, session);

@@ -86,7 +86,7 @@ ExitCode WritePage(const PageArguments& arguments, Session& session) {
   // A page takes the place of the one before, and of nothing else.
   const IfThere ifThere = !isOutput && IsPage(path) ? IfThere::Replace : IfThere::Keep;
   const PageContents contents = ReadContents(session.library, arguments.withPaths);
-  TellWhatWasFound(contents.tally, session.options);
+  TellWhatWasFound(contents.tally, session);
   const PageCovers covers = MakeCovers(contents, arguments.mostCovers, session);
   const std::string page = MakePage(contents, covers, arguments.title.value_or(""));
   if (isOutput) {

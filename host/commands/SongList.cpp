@@ -94,7 +94,7 @@ void SayWhatWasFound(const SongList& list, const SongListOptions& options, const
   for (const std::int32_t position : list.positions) {
     tally.Add(reader.Read(list.playlist, position));
   }
-  TellWhatWasFound(tally, session.options);
+  TellWhatWasFound(tally, session);
 }
 
 // Rows of a whole playlist that somebody else hears of, too.

@@ -35,7 +35,7 @@ ExitCode ExportDatabase(const DatabaseFileOptions& options, Session& session) {
   const IfThere ifThere = options.force ? IfThere::Replace : IfThere::Keep;
   const DatabaseCounts counts =
       options.dryRun ? CountForDatabase(session) : WriteTo(path, ifThere, session);
-  TellWhatWasFound(counts.tally, session.options);
+  TellWhatWasFound(counts.tally, session);
   if (session.options.json) {
     session.output.WriteLine(JsonObject{
         {"file", path},

@@ -130,7 +130,7 @@ void ExportReport::PrintSummary(const std::string& folder, bool isDryRun, Sessio
 
 void ExportReport::Print(const std::string& folder, std::string_view format, bool isDryRun,
                          Session& session) const {
-  TellWhatWasFound(tally_, session.options);
+  TellWhatWasFound(tally_, session);
   if (session.options.json) {
     JsonArray failed;
     for (const std::string& message : failed_) failed.Add(message);

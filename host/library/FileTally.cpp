@@ -1,7 +1,6 @@
 #include "host/library/FileTally.h"
 
 #include "host/output/Format.h"
-#include "host/output/MessageGuard.h"
 
 namespace tavrel::host {
 
@@ -38,11 +37,6 @@ std::string FileTally::Line() const {
   }
   if (respelled > 0) line += ", " + Grouped(respelled) + " spelled otherwise";
   return line;
-}
-
-void TellWhatWasFound(const FileTally& tally, const Options& options) {
-  if (options.quiet) return;
-  if (const std::string line = tally.Line(); !line.empty()) Complain(line);
 }
 
 }  // namespace tavrel::host

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "host/library/FileFinder.h"
-#include "host/library/Options.h"
 #include "host/library/SongRecord.h"
 #include "host/library/TextHash.h"
 
@@ -29,8 +28,5 @@ class FileTally {
   std::array<std::int64_t, kFileStatusCount> counts_{};
   TextMap<std::int64_t> folders_;  // how many were found in each
 };
-
-// Says the line on standard error, unless there is none, or nothing is to be said.
-void TellWhatWasFound(const FileTally& tally, const Options& options);
 
 }  // namespace tavrel::host

@@ -14,6 +14,7 @@
 
 namespace tavrel::host {
 
+class FileTally;
 class SongFiles;
 
 // All of it is borrowed from the program's main function.
@@ -31,5 +32,8 @@ struct Session {
 // A file's path as the user knows it: what lies in a home folder of links lies beside the library file in
 // truth.
 [[nodiscard]] std::string UserPath(const Session& session, std::string_view location);
+
+// Says the tally's line on standard error, unless there is none, or nothing is to be said.
+void TellWhatWasFound(const FileTally& tally, const Session& session);
 
 }  // namespace tavrel::host
