@@ -47,12 +47,11 @@ bool EndingSignalWaits() noexcept {
   sigemptyset(&waiting);
   sigpending(&waiting);
   for (const int number : kEndingSignals) {
+    if (sigismember(&waiting, number) != 1) continue;
     // Also one that is ignored waits where it is blocked.
     struct sigaction action {};
-    const bool waits = sigismember(&waiting, number) == 1;
-    if (waits && sigaction(number, nullptr, &action) == 0 && action.sa_handler != SIG_IGN) {
-      return true;
-    }
+    sigaction(number, nullptr, &action);
+    if (action.sa_handler != SIG_IGN) return true;
   }
   return false;
 }
