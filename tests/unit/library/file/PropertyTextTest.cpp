@@ -5,6 +5,7 @@
 
 #include "agent/Exports.h"
 #include "library/file/PropertyList.h"
+#include "library/file/PropertyText.h"
 #include "tests/reference/LiteralProperties.h"
 #include "tests/support/CapturedStderr.h"
 #include "tests/support/LibraryTexts.h"
@@ -172,6 +173,22 @@ TEST(PropertyText, OfRandomElementsIsWhatALiteralReadingGives) {
     if (HasFailure()) FAIL() << tracks;
   }
   EXPECT_GT(pairs, static_cast<std::size_t>(Rounds(400) / 2));
+}
+
+// The parser makes no such record; the layout of records allows it.
+TEST(PropertyText, OfAnElementWithoutANameHasAnEmptyType) {
+  char name[] = "Name";
+  char text[] = "x";
+  TBXMLElement key{};
+  TBXMLElement value{};
+  TBXMLElement dict{};
+  key.text = name;
+  key.nextSibling = &value;
+  value.text = text;
+  dict.firstChild = &key;
+  SeenPairs pairs;
+  EXPECT_EQ(VisitProperties(&dict, Keep, &pairs), 1);
+  EXPECT_EQ(pairs, (SeenPairs{{"Name", "x", ""}}));
 }
 
 }  // namespace

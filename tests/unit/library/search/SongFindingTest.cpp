@@ -91,6 +91,17 @@ TEST(SongFinding, EndsAtTheSongAtWhichTheCallbackEndsIt) {
   EXPECT_EQ(Find({.name = "a"}).log.size(), 2u);
 }
 
+// As after a load for which there was too little memory.
+TEST(SongFinding, TellsOfNoMoreSongsThanTheTableHolds) {
+  const SongLibrary library(std::vector<LibraryTrack>{{1, "a"}, {2, "ab"}, {3, "abc"}});
+  g_pGlobal->trackCount = 2;
+  EXPECT_EQ(Find({.name = "a"}).songs, (Songs{0, 1}));
+  EXPECT_EQ(Find({.name = "a"}, 1).songs, (Songs{0}));
+  EXPECT_EQ(Find({.name = "c"}).songs, Songs());
+  g_pGlobal->trackCount = 3;
+  EXPECT_EQ(Find({.name = "a"}).songs, (Songs{0, 1, 2}));
+}
+
 TEST(SongFinding, ACallbackMaySearchAndFindAndLoadAnotherLibrary) {
   const SongLibrary library(std::vector<LibraryTrack>{{1, "a"}, {2, "ab"}, {3, "abc"}},
                             {{4, {3, 2, 1}}});
