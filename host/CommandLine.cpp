@@ -163,6 +163,7 @@ CommandLine ReadCommandLine(int count, const char* const* arguments) {
     case Kind::Wrong:
       FailForUsage(parsed.message, parsed.command);
     case Kind::TooMany:
+      CheckMappings(line.options.paths);  // who parts OLD and NEW by a blank gives a word too many
       FailForUsage(ExplainExtras(program, Named(program, parsed.command), parsed.extras,
                                  parsed.words, Invocation(line.options, "")),
                    parsed.command);

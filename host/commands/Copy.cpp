@@ -223,7 +223,8 @@ ExitCode CopyLists(const CopyArguments& arguments, Session& session) {
 void Check(const CopyArguments& arguments) {
   if (arguments.lists.empty())
     throw UsageError("copy needs a LIST; \"tavrel playlists\" shows them");
-  if (!arguments.folder) throw UsageError("copy needs a folder: -o DIR");
+  if (!arguments.folder)
+    throw UsageError("copy needs a folder: -o DIR; words without an option are lists");
   if (arguments.folder->empty()) throw UsageError("-o: the name is empty");
   if (!arguments.pattern) return;
   try {

@@ -102,7 +102,8 @@ ExitCode RunExport(const ExportArguments& arguments, Session& session) {
 
 void Check(const ExportArguments& arguments) {
   if (!arguments.target || arguments.target->empty()) {
-    throw UsageError("export needs a folder to write to: -o DIR");
+    throw UsageError(
+        "export needs a folder to write to: -o DIR; words without an option are lists");
   }
   if (arguments.target == "-") throw UsageError("export writes files: -o needs a folder");
   if (arguments.all && !arguments.lists.empty()) {

@@ -35,13 +35,19 @@ std::vector<std::string> OptionNames(const CommandSummary& command) {
   return names;
 }
 
-// Where it stands, an option of another command is none.
+// Where it stands, an option of another command is none, nor is what one is called elsewhere.
 std::vector<std::string> CommandsWith(const CommandSummary& program, const CommandSummary& command,
                                       const std::string& option) {
   std::vector<std::string> commands;
   for (const CommandSummary& other : program.commands) {
     for (const std::string& known : OptionNames(other)) {
       if (known == option && &other != &command) commands.push_back(other.path + " " + known);
+    }
+  }
+  if (!commands.empty() || !option.starts_with("--")) return commands;
+  for (const CommandSummary& other : program.commands) {
+    for (const std::string& guess : GuessedOptions(program, other, option)) {
+      commands.push_back(other.path + " " + guess);
     }
   }
   return commands;

@@ -114,6 +114,19 @@ TEST_F(Help, WhatPeopleTryFirstIsToldWhatItIsCalled) {
   EXPECT_THAT(Mistake({"-l", "x", "playlists", "Road trip"}),
               HasSubstr("\n    tavrel -l x songs 'Road trip'\n"
                         "    tavrel -l x playlists --with 'Road trip'\n"));
+  EXPECT_THAT(Mistake({"-l", "x", "missing"}),
+              HasSubstr("\n    tavrel -l x check --only missing\n"));
+  EXPECT_THAT(Mistake({"playlist", "Evening"}),
+              HasSubstr("\n    tavrel playlists\n    tavrel songs LIST\n"));
+  EXPECT_THAT(Mistake({"db"}), HasSubstr("\n    tavrel export --format sqlite -o FILE\n"));
+  EXPECT_THAT(Mistake({"check", "--missing"}), HasSubstr(":\n    --only missing\n"));
+  EXPECT_THAT(Mistake({"songs", "--missing"}), HasSubstr(":\n    tavrel check --only missing\n"))
+      << "of another command";
+  EXPECT_THAT(Mistake({"search", "x", "--path"}), HasSubstr(":\n    --fields path\n"));
+  EXPECT_THAT(Mistake({"copy", "A", "/media/stick"}),
+              HasSubstr("copy needs a folder: -o DIR; words without an option are lists\n"));
+  EXPECT_THAT(Run({"check", "--map", "E:\\Music", "/media/disk"}).errors,
+              HasSubstr("--map E:\\Music: it takes OLD=NEW"));
   EXPECT_THAT(Mistake({"songs", "-n", "3"}), Not(HasSubstr("do you mean")))
       << "a letter is near to every other";
 }
