@@ -2,6 +2,7 @@
 
 #include <filesystem>
 
+#include "host/output/NewFile.h"
 #include "tests/host/Fixture.h"
 
 namespace tavrel::test {
@@ -98,6 +99,27 @@ TEST_F(Output, AllOfItArrives) {
   for (std::size_t i = 1; i < lines.size(); ++i) {
     ASSERT_TRUE(lines[i].ends_with("  Variation " + std::to_string(i))) << lines[i];
   }
+}
+
+class MakingFolders : public HostTest {};
+
+TEST_F(MakingFolders, MakesThoseThatAreMissing) {
+  for (const std::string name : {"a", "a/b/c", "a/b/c", "g/d//", "link/e"}) {
+    host::MakeFolders(Path(name));
+    EXPECT_TRUE(fs::is_directory(Path(name))) << name;
+    if (name == "a") fs::create_directory_symlink(Path("a"), Path("link"));
+  }
+  host::MakeFolders(Path("link"));
+  EXPECT_TRUE(fs::is_directory(Path("a/e")));
+}
+
+TEST_F(MakingFolders, TakesNoFileForAFolder) {
+  Write("file", "x");
+  fs::create_symlink(Path("nowhere"), Path("link"));
+  for (const std::string name : {"file", "file/a", "file/a/b", "link"}) {
+    EXPECT_THROW(host::MakeFolders(Path(name)), host::WriteFailure) << name;
+  }
+  EXPECT_EQ(FileBytes(Path("file")), "x");
 }
 
 }  // namespace
