@@ -5,6 +5,8 @@ packages_needs() {
 dpkg-dev dpkg-shlibdeps
 lintian lintian
 mmdebstrap mmdebstrap
+nodejs node
+npm npm
 LIST
 }
 
@@ -25,14 +27,24 @@ same_packages() {
   return "$result"
 }
 
+# What npm needs to know of this machine in the new system: where packages come from, and whom to trust.
+write_npm_settings() {
+  echo "export npm_config_registry='$(npm config get registry)'" >"$1/settings"
+  : >"$1/certificates"
+  [ -z "${NODE_EXTRA_CA_CERTS:-}" ] || cp "$NODE_EXTRA_CA_CERTS" "$1/certificates"
+}
+
 # In a Debian that has never seen them: installed by apt, used, built upon, and removed without a trace.
 install_in_a_new_system() {
   local packages=$1 suite
   suite=$(. /etc/os-release && echo "$VERSION_CODENAME")
-  mmdebstrap --quiet --variant=apt --format=null --include=gcc,libc6-dev,pkgconf,man-db \
+  write_npm_settings "$folder"
+  mmdebstrap --quiet --variant=apt --format=null --dpkgopt=force-unsafe-io \
+    --include=gcc,g++,libc6-dev,pkgconf,python3,ca-certificates,nodejs,npm,man-db \
     --customize-hook='mkdir "$1/new"' \
     --customize-hook="copy-in $(printf '"%s" ' "$packages"/*.deb) /new" \
-    --customize-hook="copy-in '$root/samples/home' '$root/examples/playlists.c' '$root/scripts/use_packages' /new" \
+    --customize-hook="copy-in '$folder/settings' '$folder/certificates' '$root/samples/home' /new" \
+    --customize-hook="copy-in '$root/scripts/use_packages' /new" \
     --customize-hook='chroot "$1" sh /new/use_packages' \
     "$suite" - >"$folder/packages.log" 2>&1 || { tail -n 40 "$folder/packages.log" >&2; return 1; }
   sed -n 's/^figure: //p' "$folder/packages.log"
@@ -47,7 +59,7 @@ run_packages() {
   "$second/scripts/package" >/dev/null 2>&1 || die "scripts/package failed in $second; see its build/package.log"
   same_packages "$first" "$second/build/package/packages" || { result=1; same='not the same'; }
   errors=$(lintian --allow-root --fail-on error --tag-display-limit 0 "$first"/*.deb 2>&1) || { echo "$errors"; result=1; }
-  counted="$(find "$first" -name '*.deb' | wc -l) packages, $same from two folders; lintian: "
+  counted="$(find "$first" -maxdepth 1 -name '*.deb' | wc -l) packages, $same from two folders; lintian: "
   counted+="$(grep -c '^E:' <<<"$errors") errors, $(grep -c '^W:' <<<"$errors") warnings"
   counted+=$'\n'"in a new system: $(install_in_a_new_system "$first")" || result=1
   rm -rf "$second"
