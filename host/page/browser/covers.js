@@ -4,6 +4,8 @@ import {hue, initial} from "./show.js";
 
 /** @typedef {import("./payload.js").Library} Library */
 
+const BEYOND = 1.02;
+
 export class Covers {
   /** @param {Library} library */
   constructor(library) {
@@ -42,9 +44,11 @@ export class Covers {
     const place = (cover - 1) % coverPlaces.perPicture;
     const {columns} = coverPlaces;
     const rows = Math.ceil(coverPlaces.perPicture / columns);
-    const at = (/** @type {number} */ i, /** @type {number} */ n) => (n > 1 ? `${(100 * i) / (n - 1)}%` : "0%");
+    // A cover is a little larger than its frame, so that nothing of its neighbours shows at the edges.
+    const at = (/** @type {number} */ i, /** @type {number} */ n) =>
+      `${(100 * ((i + 0.5) * BEYOND - 0.5)) / (n * BEYOND - 1)}%`;
     element.style.backgroundImage = `url("${this.addressOf(picture)}")`;
-    element.style.backgroundSize = `${columns * 100}% ${rows * 100}%`;
+    element.style.backgroundSize = `${columns * BEYOND * 100}% ${rows * BEYOND * 100}%`;
     element.style.backgroundPosition = `${at(place % columns, columns)} ${at(Math.floor(place / columns), rows)}`;
   }
 }
