@@ -46,8 +46,8 @@ endfunction()
 # Most of what a compiler does for a source of the host or of the tests is reading and instantiating the same
 # headers: several sources at a time take a third of the time. The price is that no two of one target may
 # give different things one name, also inside their anonymous namespaces, and that what an edit compiles anew
-# is more. Each source of the host is compiled by itself too, by the release.
-option(TAVREL_JOIN_HOST_SOURCES "Compile the sources of the host several at a time" OFF)
+# is more. `scripts/soak sources` compiles each of them by itself.
+option(TAVREL_JOIN_SOURCES "Compile the sources of the host and of the tests several at a time" ON)
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
 
 if(TAVREL_SANITIZE)

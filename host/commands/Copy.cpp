@@ -10,6 +10,7 @@
 #include "host/copying/CopyPlan.h"
 #include "host/copying/CopyRun.h"
 #include "host/copying/NamePattern.h"
+#include "host/files/WrittenPath.h"
 #include "host/library/PlaylistSearch.h"
 #include "host/library/Playlists.h"
 #include "host/output/Format.h"
@@ -29,11 +30,6 @@ struct CopyArguments {
   CopyOptions options;
   bool isDryRun = false;
 };
-
-std::string WithoutSlashAtEnd(std::string path) {
-  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
-  return path;
-}
 
 // Names of files would lie beside it otherwise.
 void RequireFolder(const std::string& path) {

@@ -15,11 +15,6 @@ namespace fs = std::filesystem;
 // What iTunes and Music call the folder, old and new.
 constexpr const char* kMediaNames[] = {"iTunes Media", "iTunes Music", "Music"};
 
-std::string WithoutSlashAtEnd(std::string path) {
-  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
-  return path;
-}
-
 std::string Absolute(const std::string& path) {
   return WithoutSlashAtEnd(fs::absolute(path).lexically_normal());
 }

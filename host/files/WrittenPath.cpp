@@ -28,12 +28,12 @@ bool IsOnDrive(std::string_view path) noexcept {
          (path.size() == 2 || path[2] == '/' || path[2] == '\\');
 }
 
+}  // namespace
+
 std::string WithoutSlashAtEnd(std::string path) {
-  while (path.ends_with('/')) path.pop_back();
+  while (path.size() > 1 && path.ends_with('/')) path.pop_back();
   return path;
 }
-
-}  // namespace
 
 bool IsFileUrl(std::string_view url) noexcept {
   return AreAlike(url.substr(0, kScheme.size()), kScheme);
@@ -65,7 +65,8 @@ std::optional<std::string> FullPath(std::string_view text) {
     if (IsOnDrive(text)) path.insert(0, 1, '/');
   }
   if (!path.starts_with('/')) return std::nullopt;
-  return WithoutSlashAtEnd(std::move(path));
+  while (path.ends_with('/')) path.pop_back();
+  return path;
 }
 
 std::string ComparablePath(std::string_view path) {
