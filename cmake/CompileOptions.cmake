@@ -48,7 +48,7 @@ endfunction()
 # give different things one name, also inside their anonymous namespaces, and that what an edit compiles anew
 # is more. `scripts/soak sources` compiles each of them by itself.
 option(TAVREL_JOIN_SOURCES "Compile the sources of the host and of the tests several at a time" ON)
-set(CMAKE_UNITY_BUILD_BATCH_SIZE 8)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
 
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel_options INTERFACE

@@ -22,7 +22,7 @@ std::vector<std::int32_t> Codes(std::string_view text) {
 
 // 64 rows of one column of the table of distances between the starts of both texts. Neighbours in it
 // differ by one at most, so that bits hold it: where a row is one more than the row above, or one less.
-struct Rows {
+struct WordOfRows {
   std::uint64_t more = ~std::uint64_t{0};
   std::uint64_t less = 0;
 
@@ -74,7 +74,7 @@ std::size_t EditDistance::To(std::string_view text) const {
   if (length_ == 0) return codes.size();
   constexpr std::uint64_t kTop = std::uint64_t{1} << (kWordSize - 1);
   const std::uint64_t last = std::uint64_t{1} << (length_ - 1) % kWordSize;
-  std::vector<Rows> column(words_);
+  std::vector<WordOfRows> column(words_);
   std::size_t distance = length_;
   for (const std::int32_t code : codes) {
     const std::uint64_t* places = PlacesOf(code);

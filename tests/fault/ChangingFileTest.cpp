@@ -20,7 +20,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kSongs = 4000;
+constexpr int kSongsWritten = 4000;
 
 // The file at hand, for changes that are made in the middle of a read and take no argument.
 constinit const char* changing = nullptr;
@@ -63,7 +63,7 @@ constexpr Change kChanges[] = {{"emptied", Empty, false},
 
 std::string LongLibrary() {
   std::string tracks;
-  for (int id = 1; id <= kSongs; ++id) tracks += Track(id, TextPair("Name", "Caf\u00e9"));
+  for (int id = 1; id <= kSongsWritten; ++id) tracks += Track(id, TextPair("Name", "Caf\u00e9"));
   return LibraryText({tracks, {}});
 }
 
@@ -88,10 +88,10 @@ TEST_P(ChangingFile, IsReadAsFarAsItReaches) {
     met = FaultsMet();
     ExpectConsistentState();
     const std::int32_t songs = kLinkedFunctions.getSongCount(kLinkedFunctions.openAllSongs());
-    EXPECT_LE(songs, kSongs);
+    EXPECT_LE(songs, kSongsWritten);
     if (GetParam().isHarmless || met == 0) {
       EXPECT_EQ(loaded, 0);
-      EXPECT_EQ(songs, kSongs);
+      EXPECT_EQ(songs, kSongsWritten);
     }
     EXPECT_EQ(Inside([] { return AgentFinalizer(); }), 0);
     EXPECT_EQ(Held(), held) << n;

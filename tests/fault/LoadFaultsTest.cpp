@@ -141,14 +141,14 @@ TEST_F(HugeLibraryFaults, LeaveASmallerLibraryThatCanBeUnloaded) {
 }
 
 TEST_F(HugeLibraryFaults, OfMappingsLeaveASmallerLibraryThatCanBeUnloaded) {
-  std::int64_t met = 1;
-  for (std::int64_t n = 0; met > 0; ++n) {
-    const HeldMemory held = Held();
+  std::int64_t metCalls = 1;
+  for (std::int64_t n = 0; metCalls > 0; ++n) {
+    const HeldMemory before = Held();
     BeginFaults({CallKind::Memory, n, true, ENOMEM});
     LoadAndUnload();
     EndFaults();
-    met = FaultsMet();
-    EXPECT_EQ(Held(), held) << n;
+    metCalls = FaultsMet();
+    EXPECT_EQ(Held(), before) << n;
   }
   EXPECT_EQ(most_, kSongs);
 }

@@ -47,11 +47,11 @@ class PropertyFaults : public testing::Test {
 };
 
 // More songs than the track table has room for at once.
-constexpr std::int32_t kSongs = 70;
+constexpr std::int32_t kSongsAsked = 70;
 std::string ManySongs() {
   std::string tracks;
   std::string playlists;
-  for (int id = 1; id <= kSongs; ++id) {
+  for (int id = 1; id <= kSongsAsked; ++id) {
     const std::string name = TextPair("Name", "song &#38; " + std::to_string(id));
     tracks += Track(id, name);
     if (id % 5 == 0) playlists += Playlist(name, {id});
@@ -92,7 +92,7 @@ TEST_F(PropertyFaults, OfALoadLeaveNoSongToBeFoundThatHasNoRecord) {
   SongInfo terms = {};
   char term[] = "song";
   terms.name = term;
-  std::int32_t fewest = kSongs;
+  std::int32_t fewest = kSongsAsked;
   WithEachAllocationFailing(10, [&] {
     Inside(AgentInitializer);
     faults::Stop();
@@ -109,7 +109,7 @@ TEST_F(PropertyFaults, OfALoadLeaveNoSongToBeFoundThatHasNoRecord) {
     if (next > 0) fewest = std::min(fewest, next);
     Inside(AgentFinalizer);
   });
-  EXPECT_LT(fewest, kSongs) << "no load has left a part of the songs";
+  EXPECT_LT(fewest, kSongsAsked) << "no load has left a part of the songs";
 }
 
 TEST_F(PropertyFaults, OfQuestionsThereAreNone) {

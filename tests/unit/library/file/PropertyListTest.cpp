@@ -67,7 +67,7 @@ struct Read {
   }
 };
 
-Read Call(const TBXMLElement* dict, const char* key, std::int32_t flags) {
+Read ReadFrom(const TBXMLElement* dict, const char* key, std::int32_t flags) {
   Read read;
   char* text = nullptr;
   read.result = ReadSongProp(dict, key, &text, &read.value, flags);
@@ -78,7 +78,7 @@ Read Call(const TBXMLElement* dict, const char* key, std::int32_t flags) {
 
 // The same of a dictionary whose only pair is K and a text.
 Read CallOn(const std::string& value, std::int32_t flags) {
-  return Call(Dictionary().Pair("K", "string", value).get(), "K", flags);
+  return ReadFrom(Dictionary().Pair("K", "string", value).get(), "K", flags);
 }
 
 constexpr std::int32_t kInteger = 0;
@@ -109,81 +109,81 @@ TEST(ReadSongProp, TouchesNothingWithoutAKeyOrAValue) {
 TEST(ReadSongProp, TouchesNothingForAMissingKey) {
   const Read nothing;
   for (const std::int32_t flags : {kInteger, kText, kUrl}) {
-    EXPECT_EQ(Call(Dictionary().get(), "K", flags), nothing);
-    EXPECT_EQ(Call(Dictionary().Pair("Name", "string", "x").get(), "name", flags), nothing);
-    EXPECT_EQ(Call(Dictionary().Pair("Name", "string", "x").get(), "Nam", flags), nothing);
-    EXPECT_EQ(Call(Dictionary().Pair("Nam", "string", "x").get(), "Name", flags), nothing);
-    EXPECT_EQ(Call(Dictionary().Pair("Name", "string", "x").get(), "", flags), nothing);
+    EXPECT_EQ(ReadFrom(Dictionary().get(), "K", flags), nothing);
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("Name", "string", "x").get(), "name", flags), nothing);
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("Name", "string", "x").get(), "Nam", flags), nothing);
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("Nam", "string", "x").get(), "Name", flags), nothing);
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("Name", "string", "x").get(), "", flags), nothing);
   }
 }
 
 TEST(ReadSongProp, TakesAKeyWithoutAValueBehindItAsMissing) {
-  EXPECT_EQ(Call(Dictionary().Add("key", "K").get(), "K", kText), Read());
+  EXPECT_EQ(ReadFrom(Dictionary().Add("key", "K").get(), "K", kText), Read());
   Dictionary dict;
   dict.Pair("A", "string", "a").Add("key", "K");
-  EXPECT_EQ(Call(dict.get(), "K", kText), Read());
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText), Read());
 }
 
 TEST(ReadSongProp, LooksAtEveryOtherChildOnly) {
   Dictionary dict;
   dict.Pair("A", "string", "K").Pair("K", "string", "right");
-  EXPECT_EQ(Call(dict.get(), "K", kText).text, "right");
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText).text, "right");
   Dictionary shifted;
   shifted.Add("string", "x").Add("key", "K").Add("string", "never");
-  EXPECT_EQ(Call(shifted.get(), "K", kText), Read());
+  EXPECT_EQ(ReadFrom(shifted.get(), "K", kText), Read());
 }
 
 TEST(ReadSongProp, TakesTheFirstPairOfAKey) {
   Dictionary dict;
   dict.Pair("K", "integer", "1").Pair("K", "integer", "2");
-  EXPECT_EQ(Call(dict.get(), "K", kInteger).value, 1);
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kInteger).value, 1);
   Dictionary booleanFirst;
   booleanFirst.Pair("K", "false", std::nullopt).Pair("K", "string", "x");
-  EXPECT_EQ(Call(booleanFirst.get(), "K", kText), (Read{0, 0, std::nullopt}));
+  EXPECT_EQ(ReadFrom(booleanFirst.get(), "K", kText), (Read{0, 0, std::nullopt}));
 }
 
 TEST(ReadSongProp, LooksAtNoElementNamesButThoseOfBooleans) {
   Dictionary dict;
   dict.Add("whatever", "K").Add("date", "42 and more");
-  EXPECT_EQ(Call(dict.get(), "K", kInteger), (Read{11, 42, std::nullopt}));
-  EXPECT_EQ(Call(dict.get(), "K", kText), (Read{11, 12, "42 and more"}));
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kInteger), (Read{11, 42, std::nullopt}));
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText), (Read{11, 12, "42 and more"}));
   dict.at(0).name = nullptr;
   dict.at(1).name = nullptr;
-  EXPECT_EQ(Call(dict.get(), "K", kText), (Read{11, 12, "42 and more"}));
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText), (Read{11, 12, "42 and more"}));
 }
 
 TEST(ReadSongProp, PassesOverElementsWithoutAText) {
   Dictionary dict;
   dict.Add("key", std::nullopt).Add("string", "x").Pair("K", "string", "y");
-  EXPECT_EQ(Call(dict.get(), "K", kText).text, "y");
-  EXPECT_EQ(Call(dict.get(), "", kText), Read());
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText).text, "y");
+  EXPECT_EQ(ReadFrom(dict.get(), "", kText), Read());
 }
 
 TEST(ReadSongProp, FindsAnEmptyKey) {
-  EXPECT_EQ(Call(Dictionary().Pair("", "string", "x").get(), "", kText).text, "x");
+  EXPECT_EQ(ReadFrom(Dictionary().Pair("", "string", "x").get(), "", kText).text, "x");
 }
 
 TEST(ReadSongProp, ReadsBooleansBeforeItLooksAtTheFlags) {
   for (const std::int32_t flags : {kInteger, kText, kUrl, 4, 8}) {
-    EXPECT_EQ(Call(Dictionary().Pair("K", "true", std::nullopt).get(), "K", flags),
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "true", std::nullopt).get(), "K", flags),
               (Read{0, 1, std::nullopt}));
-    EXPECT_EQ(Call(Dictionary().Pair("K", "false", std::nullopt).get(), "K", flags),
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "false", std::nullopt).get(), "K", flags),
               (Read{0, 0, std::nullopt}));
-    EXPECT_EQ(Call(Dictionary().Pair("K", "true", "a text inside").get(), "K", flags),
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "true", "a text inside").get(), "K", flags),
               (Read{0, 1, std::nullopt}));
   }
 }
 
 TEST(ReadSongProp, KnowsBooleansByTheirExactName) {
-  EXPECT_EQ(Call(Dictionary().Pair("K", "True", "5").get(), "K", kInteger).value, 5);
-  EXPECT_EQ(Call(Dictionary().Pair("K", "true ", "5").get(), "K", kInteger).value, 5);
-  EXPECT_EQ(Call(Dictionary().Pair("K", "falsehood", "5").get(), "K", kInteger).value, 5);
+  EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "True", "5").get(), "K", kInteger).value, 5);
+  EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "true ", "5").get(), "K", kInteger).value, 5);
+  EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "falsehood", "5").get(), "K", kInteger).value, 5);
   EXPECT_EQ(CallOn("true", kInteger), (Read{4, 0, std::nullopt}));
 }
 
 TEST(ReadSongProp, StoresZeroForAValueWithoutText) {
   for (const std::int32_t flags : {kInteger, kText, kUrl}) {
-    EXPECT_EQ(Call(Dictionary().Pair("K", "string", std::nullopt).get(), "K", flags),
+    EXPECT_EQ(ReadFrom(Dictionary().Pair("K", "string", std::nullopt).get(), "K", flags),
               (Read{0, 0, std::nullopt}));
   }
 }
@@ -253,7 +253,7 @@ TEST(ReadSongProp, LeavesTheElementsAsTheyAre) {
   Dictionary dict;
   dict.Pair("K", "string", "AC&amp;DC");
   char* const before = dict.at(1).text;
-  EXPECT_EQ(Call(dict.get(), "K", kText), Call(dict.get(), "K", kText));
+  EXPECT_EQ(ReadFrom(dict.get(), "K", kText), ReadFrom(dict.get(), "K", kText));
   EXPECT_EQ(dict.at(1).text, before);
   EXPECT_STREQ(before, "AC&amp;DC");
 }

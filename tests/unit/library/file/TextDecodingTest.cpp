@@ -28,7 +28,7 @@ Decoded Decode(const std::string& source, std::int32_t size) {
 }
 
 // The decoded text, with the whole room that callers give: the source's length plus 1.
-std::string Text(const std::string& source) {
+std::string DecodedText(const std::string& source) {
   std::string buffer(source.size() + 1, '#');
   const std::int32_t result =
       RestoreXMLEscChar(buffer.data(), source.c_str(), static_cast<std::int32_t>(buffer.size()));
@@ -52,103 +52,104 @@ std::vector<std::string> MessagesOf(const std::string& source) {
 }  // namespace
 
 TEST(RestoreXMLEscChar, CopiesATextWithoutReferences) {
-  EXPECT_EQ(Text("plain text"), "plain text");
-  EXPECT_EQ(Text(""), "");
-  EXPECT_EQ(Text("a;b#c;;"), "a;b#c;;");
-  EXPECT_EQ(Text("caf\u00e9 \u65e5\u672c \xFF\x80"), "caf\u00e9 \u65e5\u672c \xFF\x80");
+  EXPECT_EQ(DecodedText("plain text"), "plain text");
+  EXPECT_EQ(DecodedText(""), "");
+  EXPECT_EQ(DecodedText("a;b#c;;"), "a;b#c;;");
+  EXPECT_EQ(DecodedText("caf\u00e9 \u65e5\u672c \xFF\x80"), "caf\u00e9 \u65e5\u672c \xFF\x80");
 }
 
 TEST(RestoreXMLEscChar, DecodesTheFiveNames) {
-  EXPECT_EQ(Text("&lt;&gt;&amp;&apos;&quot;"), "<>&'\"");
-  EXPECT_EQ(Text("a &amp; b"), "a & b");
-  EXPECT_EQ(Text("&quot;x&quot;"), "\"x\"");
+  EXPECT_EQ(DecodedText("&lt;&gt;&amp;&apos;&quot;"), "<>&'\"");
+  EXPECT_EQ(DecodedText("a &amp; b"), "a & b");
+  EXPECT_EQ(DecodedText("&quot;x&quot;"), "\"x\"");
 }
 
 TEST(RestoreXMLEscChar, DecodesOncePerText) {
-  EXPECT_EQ(Text("&amp;amp;"), "&amp;");
-  EXPECT_EQ(Text("&#38;lt;"), "&lt;");
+  EXPECT_EQ(DecodedText("&amp;amp;"), "&amp;");
+  EXPECT_EQ(DecodedText("&#38;lt;"), "&lt;");
 }
 
 TEST(RestoreXMLEscChar, DecodesHexadecimalAndDecimalReferences) {
-  EXPECT_EQ(Text("AC&#x2F;DC"), "AC/DC");
+  EXPECT_EQ(DecodedText("AC&#x2F;DC"), "AC/DC");
   EXPECT_EQ(Decode("AC&#x2F;DC", 64).result, 5);
-  EXPECT_EQ(Text("&#38;&#60;&#62;"), "&<>");
-  EXPECT_EQ(Text("&#x2f;&#X2F;&#x2F;"), "///");
+  EXPECT_EQ(DecodedText("&#38;&#60;&#62;"), "&<>");
+  EXPECT_EQ(DecodedText("&#x2f;&#X2F;&#x2F;"), "///");
 }
 
 TEST(RestoreXMLEscChar, WritesTheBareBytesOfAValueAndNotUtf8) {
-  EXPECT_EQ(Text("&#233;"), "\xE9");
-  EXPECT_EQ(Text("&#8217;"), "\x20\x19");
-  EXPECT_EQ(Text("&#256;"), "\x01");
-  EXPECT_EQ(Text("&#0;"), "");
-  EXPECT_EQ(Text("a&#0;b&#x0;c"), "abc");
-  EXPECT_EQ(Text("&#x10FFFF;"), TextOf({0x10, 0xFF, 0xFF}));
-  EXPECT_EQ(Text("&#x01000200;"), "\x01\x02");
-  EXPECT_EQ(Text("&#x12345678;"), "\x12\x34\x56\x78");
+  EXPECT_EQ(DecodedText("&#233;"), "\xE9");
+  EXPECT_EQ(DecodedText("&#8217;"), "\x20\x19");
+  EXPECT_EQ(DecodedText("&#256;"), "\x01");
+  EXPECT_EQ(DecodedText("&#0;"), "");
+  EXPECT_EQ(DecodedText("a&#0;b&#x0;c"), "abc");
+  EXPECT_EQ(DecodedText("&#x10FFFF;"), TextOf({0x10, 0xFF, 0xFF}));
+  EXPECT_EQ(DecodedText("&#x01000200;"), "\x01\x02");
+  EXPECT_EQ(DecodedText("&#x12345678;"), "\x12\x34\x56\x78");
 }
 
 TEST(RestoreXMLEscChar, IgnoresWhatStandsBetweenTheNumberAndItsEnd) {
-  EXPECT_EQ(Text("&#65letters;"), "A");
-  EXPECT_EQ(Text("&#65 66;"), "A");
-  EXPECT_EQ(Text("&#x41xyz;"), "A");
-  EXPECT_EQ(Text("&#65&#66;"), "A");
-  EXPECT_EQ(Text("&#65.9;"), "A");
+  EXPECT_EQ(DecodedText("&#65letters;"), "A");
+  EXPECT_EQ(DecodedText("&#65 66;"), "A");
+  EXPECT_EQ(DecodedText("&#x41xyz;"), "A");
+  EXPECT_EQ(DecodedText("&#65&#66;"), "A");
+  EXPECT_EQ(DecodedText("&#65.9;"), "A");
 }
 
 TEST(RestoreXMLEscChar, TakesANumberWithoutDigitsAsZero) {
-  EXPECT_EQ(Text("[&#letters;]"), "[]");
-  EXPECT_EQ(Text("[&#x;]"), "[]");
-  EXPECT_EQ(Text("[&#xg;]"), "[]");
-  EXPECT_EQ(Text("[&# ;]"), "[]");
-  EXPECT_EQ(Text("[&#-;]"), "[]");
-  EXPECT_EQ(Text("[&#+;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#letters;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#x;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#xg;]"), "[]");
+  EXPECT_EQ(DecodedText("[&# ;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#-;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#+;]"), "[]");
 }
 
 TEST(RestoreXMLEscChar, SkipsBlanksBeforeANumber) {
-  EXPECT_EQ(Text("&# \t\n\v\f\r65;"), "A");
-  EXPECT_EQ(Text("&#x \t41;"), "A");
-  EXPECT_EQ(Text("[&# x41;]"), "[]");  // the 'x' counts only right behind the '#'
-  EXPECT_EQ(Text("[&#\xA0"
-                 "65;]"),
+  EXPECT_EQ(DecodedText("&# \t\n\v\f\r65;"), "A");
+  EXPECT_EQ(DecodedText("&#x \t41;"), "A");
+  EXPECT_EQ(DecodedText("[&# x41;]"), "[]");  // the 'x' counts only right behind the '#'
+  EXPECT_EQ(DecodedText("[&#\xA0"
+                        "65;]"),
             "[]");
 }
 
 TEST(RestoreXMLEscChar, TakesASignAndNegatesModulo64Bits) {
-  EXPECT_EQ(Text("&#+65;"), "A");
-  EXPECT_EQ(Text("&#-1;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#-191;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
-  EXPECT_EQ(Text("&#x-1;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#x +41;"), "A");
-  EXPECT_EQ(Text("&#-18446744073709551551;"), "A");
-  EXPECT_EQ(Text("[&#- 65;]"), "[]");
-  EXPECT_EQ(Text("[&#--65;]"), "[]");
-  EXPECT_EQ(Text("[&#+-65;]"), "[]");
+  EXPECT_EQ(DecodedText("&#+65;"), "A");
+  EXPECT_EQ(DecodedText("&#-1;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#-191;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(DecodedText("&#x-1;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#x +41;"), "A");
+  EXPECT_EQ(DecodedText("&#-18446744073709551551;"), "A");
+  EXPECT_EQ(DecodedText("[&#- 65;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#--65;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#+-65;]"), "[]");
 }
 
 TEST(RestoreXMLEscChar, SkipsAHexadecimalPrefixBehindTheX) {
-  EXPECT_EQ(Text("&#x0x41;"), "A");
-  EXPECT_EQ(Text("&#X0X41;"), "A");
-  EXPECT_EQ(Text("&#x -0xBF;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
-  EXPECT_EQ(Text("[&#x0x;]"), "[]");
-  EXPECT_EQ(Text("[&#x0xg1;]"), "[]");
-  EXPECT_EQ(Text("[&#x0x0x41;]"), "[]");
-  EXPECT_EQ(Text("[&#0x41;]"), "[]");  // decimal: the number ends at the 'x'
+  EXPECT_EQ(DecodedText("&#x0x41;"), "A");
+  EXPECT_EQ(DecodedText("&#X0X41;"), "A");
+  EXPECT_EQ(DecodedText("&#x -0xBF;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(DecodedText("[&#x0x;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#x0xg1;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#x0x0x41;]"), "[]");
+  EXPECT_EQ(DecodedText("[&#0x41;]"), "[]");  // decimal: the number ends at the 'x'
 }
 
 TEST(RestoreXMLEscChar, TakesTheLow32BitsOfANumber) {
-  EXPECT_EQ(Text("&#4294967361;"), "A");
-  EXPECT_EQ(Text("&#x100000041;"), "A");
-  EXPECT_EQ(Text("[&#4294967296;]"), "[]");
-  EXPECT_EQ(Text("&#x0000000000000000000000000041;"), "A");
+  EXPECT_EQ(DecodedText("&#4294967361;"), "A");
+  EXPECT_EQ(DecodedText("&#x100000041;"), "A");
+  EXPECT_EQ(DecodedText("[&#4294967296;]"), "[]");
+  EXPECT_EQ(DecodedText("&#x0000000000000000000000000041;"), "A");
 }
 
 TEST(RestoreXMLEscChar, ClampsANumberBeyond64Bits) {
-  EXPECT_EQ(Text("&#18446744073709551615;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#18446744073709551616;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#99999999999999999999999;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#x10000000000000000;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(Text("&#-18446744073709551616;"), "\xFF\xFF\xFF\xFF");  // the clamp keeps no sign
-  EXPECT_EQ(Text("&#-18446744073709551615;"), "\x01");
+  EXPECT_EQ(DecodedText("&#18446744073709551615;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#18446744073709551616;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#99999999999999999999999;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#x10000000000000000;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(DecodedText("&#-18446744073709551616;"),
+            "\xFF\xFF\xFF\xFF");  // the clamp keeps no sign
+  EXPECT_EQ(DecodedText("&#-18446744073709551615;"), "\x01");
 }
 
 // ---- Errors
@@ -184,7 +185,7 @@ TEST(RestoreXMLEscChar, NeedsThreeBytesUpToTheEndOfANumber) {
   EXPECT_THAT(MessagesOf("&#;65;"), ElementsAre("XML text \"&#;65;\" Escaping has no numeric"));
   EXPECT_THAT(MessagesOf("&;#65;"), ElementsAre("XML text \"&;#65;\" Escaping has no numeric"));
   EXPECT_THAT(MessagesOf("&x65;"), ElementsAre("XML text \"&x65;\" Escaping has no numeric"));
-  EXPECT_EQ(Text("&#9;"), "\t");
+  EXPECT_EQ(DecodedText("&#9;"), "\t");
 }
 
 TEST(RestoreXMLEscChar, TakesTextsForNoFormat) {
@@ -248,7 +249,7 @@ TEST(RestoreXMLEscChar, WritesNoTerminatorIntoABufferOfTheDecodedLength) {
 
 TEST(RestoreXMLEscChar, NeverMakesATextLonger) {
   for (const char* source : {"&lt;", "&#9;", "&#x9;", "&#-1;", "&#99;", "&#x1234;", "a", ""}) {
-    EXPECT_LE(Text(source).size(), std::string_view(source).size()) << source;
+    EXPECT_LE(DecodedText(source).size(), std::string_view(source).size()) << source;
   }
 }
 
