@@ -15,7 +15,7 @@ std::string WithReplacements(std::string_view text) {
   std::string valid;
   while (!text.empty()) {
     const Character first = FirstCharacter(text);
-    valid += first.code < 0 ? "\xEF\xBF\xBD" : text.substr(0, first.length);
+    valid += first.code < 0 ? kReplacementCharacter : text.substr(0, first.length);
     text.remove_prefix(first.length);
   }
   return valid;

@@ -8,8 +8,6 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
 // Of what XML 1.0 has not, UTF-8 has only these.
 bool IsInXml(std::int32_t code) {
   const bool isLineEndOrTab = code == '\t' || code == '\n' || code == '\r';
@@ -62,7 +60,7 @@ void AppendXmlText(std::string& xml, std::string_view text) {
     const Character first = FirstCharacter(text);
     const std::string_view reference = NameOfReference(text.front());
     if (!IsInXml(first.code)) {
-      xml += kReplacement;
+      xml += kReplacementCharacter;
     } else if (!reference.empty()) {
       xml += reference;
     } else if (IsUnseen(first.code) || first.code == 0x2028 || first.code == 0x2029) {

@@ -8,8 +8,6 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
 // Whether it may stand in a cell of either kind as it is.
 constexpr std::array<bool, 256> kIsOrdinary = [] {
   std::array<bool, 256> isOrdinary{};
@@ -25,12 +23,12 @@ std::size_t OrdinaryLength(std::string_view text) {
   return static_cast<std::size_t>(end - text.begin());
 }
 
-bool IsLineEndOrTab(std::int32_t code) {
+bool IsAsciiLineEndOrTab(std::int32_t code) {
   return code == '\t' || code == '\n' || code == '\r';
 }
 
 bool IsControl(std::int32_t code) {
-  return (code >= 0 && code < 0x20 && !IsLineEndOrTab(code)) || (code >= 0x7F && code < 0xA0);
+  return (code >= 0 && code < 0x20 && !IsAsciiLineEndOrTab(code)) || (code >= 0x7F && code < 0xA0);
 }
 
 void AppendWithoutControls(std::string& target, std::string_view text) {
@@ -40,7 +38,7 @@ void AppendWithoutControls(std::string& target, std::string_view text) {
     text.remove_prefix(ordinary);
     if (text.empty()) return;
     const Character first = FirstCharacter(text);
-    if (first.code < 0) target += kReplacement;
+    if (first.code < 0) target += kReplacementCharacter;
     if (first.code >= 0 && !IsControl(first.code)) target += text.substr(0, first.length);
     text.remove_prefix(first.length);
   }
@@ -50,7 +48,7 @@ void AppendWithoutControls(std::string& target, std::string_view text) {
 void AppendOnOneLine(std::string& target, std::string_view text) {
   bool isBefore = false;
   for (const char letter : text) {
-    const bool isBlank = IsLineEndOrTab(letter);
+    const bool isBlank = IsAsciiLineEndOrTab(letter);
     if (!isBlank) target += letter;
     if (isBlank && !isBefore) target += ' ';
     isBefore = isBlank;

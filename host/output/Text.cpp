@@ -11,8 +11,6 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
 constexpr std::size_t kMostMarks = 30;
 
 std::size_t CharacterWidth(utf8proc_int32_t code) noexcept {
@@ -34,7 +32,7 @@ class Appender {
   std::size_t Append(std::string_view bytes, std::int32_t code) {
     if (code < 0) {
       marks_ = 0;
-      destination_ += kReplacement;
+      destination_ += kReplacementCharacter;
       return 1;
     }
     if (IsUnseen(code)) return 0;

@@ -9,6 +9,9 @@
 
 namespace tavrel::host {
 
+// U+FFFD, which stands for each byte that is not UTF-8.
+inline constexpr std::string_view kReplacementCharacter = "\xEF\xBF\xBD";
+
 // The character that a text, which is not empty, begins with.
 struct Character {
   std::int32_t code;   // -1: the first byte is not UTF-8
