@@ -14,7 +14,7 @@ namespace {
 using test::TemporaryFolder;
 
 // What a stand-in for the library is asked for. All of its files hold one image, which is no picture.
-std::int32_t songs = 0;
+std::int32_t librarySongs = 0;
 int opened = 0;
 int described = 0;
 char anything = 0;
@@ -32,7 +32,7 @@ std::int32_t GiveId(const char* id, char* buffer) noexcept {
 
 LibraryFunctions StandIn() {
   LibraryFunctions functions{};
-  functions.getSongCount = [](const PlaylistRecord*) noexcept { return songs; };
+  functions.getSongCount = [](const PlaylistRecord*) noexcept { return librarySongs; };
   functions.getLibraryProperty = [](const char*, char* buffer, std::int32_t) noexcept {
     return GiveId("00000000000000AA", buffer);
   };
@@ -55,11 +55,11 @@ LibraryFunctions StandIn() {
   return functions;
 }
 
-// A library whose songs all have the ID of one cache file.
+// A library whose librarySongs all have the ID of one cache file.
 class SharedFile : public testing::Test {
  protected:
   SharedFile() {
-    songs = 50;
+    librarySongs = 50;
     opened = described = 0;
   }
 
