@@ -13,6 +13,7 @@
 #include "host/files/SongFiles.h"
 #include "host/library/Playlists.h"
 #include "host/library/SongReader.h"
+#include "host/output/Format.h"
 #include "host/output/Progress.h"
 
 namespace tavrel::host {
@@ -81,6 +82,16 @@ CheckReport Look(CheckPart part, Session& session) {
   return report;
 }
 
+// A folder that seems empty for that reason would hide files without a word.
+void TellUnlistedFolders(Session& session) {
+  if (session.options.quiet) return;
+  const std::vector<std::string> folders = session.files.AllFolders().Unlisted();
+  if (folders.empty()) return;
+  std::string message = "cannot list " + folders.front();
+  if (folders.size() > 1) message += ", and " + Counted(std::ssize(folders) - 1, "other folder");
+  Complain(message + ": what no song names is not seen there");
+}
+
 ExitCode Check(const CheckArguments& arguments, Session& session) {
   if (session.options.paths.form != PathForm::Auto) {
     throw Failure(ExitCode::Usage,
@@ -90,6 +101,7 @@ ExitCode Check(const CheckArguments& arguments, Session& session) {
   const CheckPart part = name != nullptr ? name->part : CheckPart::All;
   const CheckReport report = Look(part, session);
   const ExitCode code = report.IsBad(part) ? ExitCode::Failed : ExitCode::Done;
+  if (report.songs) TellUnlistedFolders(session);
   if (name != nullptr && report.songs) TellWhatWasFound(report.songs->tally, session);
   if (arguments.isNul) {
     PrintCheckPaths(report, part, session);

@@ -57,4 +57,13 @@ std::vector<FolderContents*> Folders::Alike(const std::string& base, std::string
   return reached;
 }
 
+std::vector<std::string> Folders::Unlisted() const {
+  std::vector<std::string> paths;
+  for (const auto& [path, folder] : known_) {
+    if (!folder->IsListed()) paths.push_back(path);
+  }
+  std::sort(paths.begin(), paths.end());
+  return paths;
+}
+
 }  // namespace tavrel::host

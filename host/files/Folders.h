@@ -23,6 +23,9 @@ class Folders {
   // Cost: a look into each folder on the way, as far as there is one.
   [[nodiscard]] std::vector<FolderContents*> Alike(const std::string& base, std::string_view tail);
 
+  // The paths of those that are there and could not be listed, in their byte order.
+  [[nodiscard]] std::vector<std::string> Unlisted() const;
+
   // How many were listed so far.
   [[nodiscard]] std::size_t Listings() const noexcept { return listings_; }
 

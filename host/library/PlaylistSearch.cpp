@@ -182,8 +182,8 @@ std::string WhereToLook(const std::string& wanted, const Options& options) {
   return lists + ", or " + Invocation(options, "search " + Quoted(wanted));
 }
 
-Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted,
-                const Options& options) {
+// Those whose names are near, the nearest first; not more than a few.
+Matches NearMatches(const std::vector<Playlist>& playlists, const std::string& wanted) {
   std::vector<std::pair<std::size_t, const Playlist*>> near;
   const std::string folded = Fold(wanted);
   const Nearness nearness(folded);
@@ -195,12 +195,21 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
   std::stable_sort(near.begin(), near.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
   if (near.size() > kMostSuggestions) near.resize(kMostSuggestions);
+  Matches matches;
+  for (const auto& [distance, playlist] : near) matches.push_back(playlist);
+  return matches;
+}
 
+Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wanted,
+                const Options& options) {
+  Matches near = NearMatches(playlists, wanted);
+  const std::size_t slash = wanted.rfind('/');  // folders may stand before it
+  if (near.empty() && slash != std::string::npos) {
+    near = NearMatches(playlists, wanted.substr(slash + 1));
+  }
   std::string message = fmt::format("there is no playlist named \"{}\"", Clean(wanted));
-  if (near.empty()) message += "\n  See " + WhereToLook(wanted, options) + ".";
-  Matches meant;
-  for (const auto& [distance, playlist] : near) meant.push_back(playlist);
-  if (!near.empty()) message += "; do you mean:" + Describe(meant, playlists);
+  message += near.empty() ? "\n  See " + WhereToLook(wanted, options) + "."
+                          : "; do you mean:" + Describe(near, playlists);
   return {ExitCode::Failed, message};
 }
 

@@ -200,6 +200,21 @@ TEST_F(Check, FindsFilesThatNoSongNamesWhereNoneIsFound) {
   EXPECT_THAT(PartedByNul(RunCheck({"--only", "orphans", "-0"}).output), ElementsAre(file));
 }
 
+TEST_F(Check, SaysWhereItCannotLook) {
+  Write("copy/Music/x.mp3", "x");
+  WriteLibrary({SongAt("1", "file:///old/Music/x.mp3")});
+  Command command;
+  command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS},
+                         {"FAULT_KIND", "list"},
+                         {"FAULT_NUMBER", "0"},
+                         {"FAULT_AFTER", "1"}};
+  EXPECT_THAT(Run({"-l", library_, "check"}, command).errors,
+              testing::ContainsRegex("^tavrel: cannot list /[^\n]*, and [1-9] other folders: what "
+                                     "no song names is not seen there\n"));
+  EXPECT_EQ(Run({"-l", library_, "check", "-q"}, command).errors, "");
+  EXPECT_EQ(RunCheck({}).errors, "") << "when it can";
+}
+
 TEST_F(Check, FindsCoversThatAreMissingOrUnreadable) {
   const std::string sample = TAVREL_SAMPLE_HOME "/Music/iTunes/iTunes Music Library.xml";
   library_ = sample;

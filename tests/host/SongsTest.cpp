@@ -115,6 +115,7 @@ TEST_F(Songs, APlaylistIsFoundByItsFoldersOrItsId) {
   EXPECT_EQ(run("Mix").errors,
             "tavrel: 2 playlists are named \"Mix\"; choose one of:\n"
             "  id:AAA2  A/Mix\n  id:AAA4  A/B/Mix\n");
+  EXPECT_THAT(run("X/mox").errors, testing::EndsWith("  id:AAA2  A/Mix\n  id:AAA4  A/B/Mix\n"));
   EXPECT_THAT(run("mox").errors,
               testing::EndsWith("do you mean:\n  id:AAA2  A/Mix\n  id:AAA4  A/B/Mix\n"));
 }
