@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "host/output/PlainAscii.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
@@ -67,7 +68,7 @@ void AppendQuoted(std::string& target, std::string_view text) {
 }  // namespace
 
 void CsvWriter::Add(std::string_view cell) {
-  if (!forSpreadsheet_ && OrdinaryLength(cell) == cell.size()) return AddOrdinary(cell);
+  if (!forSpreadsheet_ && IsPlainAsciiWithout<',', '"'>(cell)) return AddOrdinary(cell);
   AddOrdinary({});
   AddWithCare(cell);
 }

@@ -2,10 +2,10 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
+#include "host/output/PlainAscii.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
@@ -44,11 +44,6 @@ std::string WithoutUnseen(const std::string& plain) {
   return escaped;
 }
 
-bool StandsForItself(char letter) {
-  const auto byte = static_cast<unsigned char>(letter);
-  return byte >= 0x20 && byte < 0x7F && letter != '"' && letter != '\\';
-}
-
 void AppendWithComma(std::string& list, std::string_view name, const std::string& value) {
   if (!list.empty()) list += ',';
   if (!name.empty()) list.append(1, '"').append(name).append("\":");
@@ -62,7 +57,7 @@ JsonValue::JsonValue(std::string_view text) {
 }
 
 void AppendJsonText(std::string& json, std::string_view text) {
-  if (std::all_of(text.begin(), text.end(), StandsForItself)) {
+  if (IsPlainAsciiWithout<'"', '\\'>(text)) {
     json.append(1, '"').append(text).append(1, '"');
   } else {
     json += WithoutUnseen(Quoted(text));

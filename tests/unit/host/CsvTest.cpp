@@ -3,6 +3,7 @@
 #include <string>
 
 #include "host/output/Csv.h"
+#include "host/output/PlainAscii.h"
 
 namespace tavrel::host {
 namespace {
@@ -36,6 +37,21 @@ TEST(Csv, HasEveryByteAtEveryPlaceAsTheCarefulWayHasIt) {
       }
     }
   }
+}
+
+TEST(PlainAscii, IsToldFromEveryOtherByteAtEveryPlace) {
+  for (std::size_t size = 1; size < 20; ++size) {
+    for (std::size_t place = 0; place < size; ++place) {
+      for (int byte = 0; byte < 256; ++byte) {
+        std::string text(size, place % 2 == 0 ? ' ' : '~');  // the outermost that are plain
+        text[place] = static_cast<char>(byte);
+        const bool isPlain = byte >= 0x20 && byte < 0x7F && byte != ',' && byte != '"';
+        ASSERT_EQ((IsPlainAsciiWithout<',', '"'>(text)), isPlain)
+            << size << ' ' << place << ' ' << byte;
+      }
+    }
+  }
+  EXPECT_TRUE((IsPlainAsciiWithout<',', '"'>("")));
 }
 
 TEST(Csv, QuotesWhatWouldEndACell) {

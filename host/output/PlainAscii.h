@@ -1,0 +1,44 @@
+// Whether a text is nothing but ASCII characters that are seen and stand for themselves: nearly all texts are, and
+// are written as they stand.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+namespace tavrel::host {
+
+// Whether every byte is from 0x20 to 0x7E and neither of the two. Cost: a step for eight bytes.
+template <char kOne, char kOther>
+[[nodiscard]] bool IsPlainAsciiWithout(std::string_view text) noexcept {
+  using Word = std::uint64_t;
+  constexpr auto each = [](unsigned char byte) { return Word{0x0101010101010101u} * byte; };
+  // The highest bit of some byte is set where there is a zero byte, and only there.
+  constexpr auto zero = [](Word word) { return (word - Word{0x0101010101010101u}) & ~word; };
+  constexpr auto isPlain = [=](Word word) {
+    const Word below = (word - each(0x20)) & ~word;
+    const Word found = below | word | zero(word ^ each(0x7F)) |
+                       zero(word ^ each(static_cast<unsigned char>(kOne))) |
+                       zero(word ^ each(static_cast<unsigned char>(kOther)));
+    return (found & each(0x80)) == 0;
+  };
+  const char* const start = text.data();
+  if (text.size() < sizeof(Word)) {
+    Word word = each(' ');
+    std::memcpy(&word, start, text.size());
+    return isPlain(word);
+  }
+  const auto load = [](const char* at) {
+    Word word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+  };
+  const char* const last = start + text.size() - sizeof(Word);
+  for (const char* at = start; at < last; at += sizeof(Word)) {
+    if (!isPlain(load(at))) return false;
+  }
+  return isPlain(load(last));
+}
+
+}  // namespace tavrel::host
