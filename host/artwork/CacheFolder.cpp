@@ -1,5 +1,7 @@
 #include "host/artwork/CacheFolder.h"
 
+#include <utility>
+
 #include "system/FolderListing.h"
 #include "system/FolderWalk.h"
 #include "text/PathNames.h"
@@ -27,19 +29,24 @@ std::string TrackIdIn(std::string_view path, const std::string& library) {
 
 }  // namespace
 
-CacheFolder::CacheFolder(const LibraryFunctions& library, const std::string& libraryFile)
-    : ids_(ReadPersistentIds(library)) {
-  const TextSet known(ids_.tracks.begin(), ids_.tracks.end());
+// A folder without such files is no reason to read every song's ID.
+CacheFolder::CacheFolder(const LibraryFunctions& library, const std::string& libraryFile) {
   const std::string folder = libraryFile.substr(0, libraryFile.rfind('/') + 1) + "Album Artwork";
+  std::vector<std::string> paths;
   system::FolderWalk walk(folder);
   while (const auto name = walk.Next()) {
-    const std::string path = system::PathIn(folder, *name);
-    if (!IsCacheFile(path)) continue;
+    std::string path = system::PathIn(folder, *name);
+    if (IsCacheFile(path)) paths.push_back(std::move(path));
+  }
+  if (paths.empty()) return;
+  ids_ = ReadPersistentIds(library);
+  const TextSet known(ids_.tracks.begin(), ids_.tracks.end());
+  for (std::string& path : paths) {
     const std::string track = TrackIdIn(path, ids_.library);
     if (track.empty() || !known.contains(track)) {
-      unclaimed_.push_back(path);
+      unclaimed_.push_back(std::move(path));
     } else {
-      files_.try_emplace(track, path);
+      files_.try_emplace(track, std::move(path));
     }
   }
 }

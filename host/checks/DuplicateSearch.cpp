@@ -12,12 +12,6 @@ namespace {
 constexpr std::uint64_t kSameLength = 2000;  // in milliseconds
 constexpr auto kNoFile = static_cast<std::size_t>(-1);
 
-std::size_t NumberOf(TextMap<std::size_t>& numbers, std::string_view text) {
-  const auto known = numbers.find(text);
-  if (known != numbers.end()) return known->second;
-  return numbers.emplace(text, numbers.size()).first->second;
-}
-
 }  // namespace
 
 FieldSet DuplicateSearch::Fields() {
@@ -28,18 +22,18 @@ FieldSet DuplicateSearch::Fields() {
 void DuplicateSearch::Add(std::int32_t position, const SongRecord& song) {
   fileOf_.resize(static_cast<std::size_t>(position) + 1, kNoFile);
   const auto file = song.HasFile() ? song.Text(Field::Path) : song.Text(Field::Location);
-  if (file) fileOf_.back() = NumberOf(files_, *file);
+  if (file) fileOf_.back() = files_.Of(*file).number;
   const auto name = song.Text(Field::Name);
   if (!name || name->empty()) return;
   title_ = Fold(song.Text(Field::Artist).value_or(""));
   title_.append(1, '\0').append(Fold(song.Text(Field::Album).value_or("")));
   title_.append(1, '\0').append(Fold(*name));
-  titled_.push_back({NumberOf(titles_, title_), song.Milliseconds(), position});
+  titled_.push_back({titles_.Of(title_).number, song.Milliseconds(), position});
 }
 
 void DuplicateSearch::TakeFiles(std::vector<Duplicates>& groups) {
-  std::vector<std::int32_t> first(files_.size(), -1);      // song of a file
-  std::vector<std::size_t> group(files_.size(), kNoFile);  // of those that a file has
+  std::vector<std::int32_t> first(files_.Size(), -1);      // song of a file
+  std::vector<std::size_t> group(files_.Size(), kNoFile);  // of those that a file has
   for (std::size_t i = 0; i < fileOf_.size(); ++i) {
     const std::size_t file = fileOf_[i];
     const auto song = static_cast<std::int32_t>(i);

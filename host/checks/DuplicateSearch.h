@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/library/SongRecord.h"
-#include "host/library/TextHash.h"
+#include "host/library/TextNumbers.h"
 
 namespace tavrel::host {
 
@@ -45,9 +45,9 @@ class DuplicateSearch {
   void TakeTitles(std::vector<Duplicates>& groups);
   [[nodiscard]] bool ShareOneFile(const Positions& songs) const;
 
-  TextMap<std::size_t> files_;       // numbered as they come
+  TextNumbers files_;
   std::vector<std::size_t> fileOf_;  // by the position; kNoFile
-  TextMap<std::size_t> titles_;
+  TextNumbers titles_;
   std::vector<Titled> titled_;
   std::string title_;
 };

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "host/checks/DictionaryChecks.h"
 #include "host/checks/DuplicateSearch.h"
 #include "host/library/FileTally.h"
 #include "host/library/Library.h"
@@ -23,8 +24,10 @@ struct SongChecks {
   std::set<std::string> musicFolders;  // in which some are
 };
 
-// step: called for each song. Cost: one reading of each song and a look for its file.
+// step: called for each song. dictionaries: sees what is read; null: nobody does.
+// Cost: one reading of each song and a look for its file.
 [[nodiscard]] SongChecks CheckSongs(const LibraryFunctions& library,
-                                    const std::function<void()>& step);
+                                    const std::function<void()>& step,
+                                    DictionaryChecks* dictionaries = nullptr);
 
 }  // namespace tavrel::host

@@ -71,14 +71,20 @@ CheckReport Look(CheckPart part, Session& session) {
   const bool withSongs = part != CheckPart::Covers && part != CheckPart::File;
   const auto songs =
       static_cast<std::size_t>(session.library.getSongCount(session.library.openAllSongs()));
-  const std::size_t rounds = part == CheckPart::All ? 3 : 1;
+  const std::size_t rounds = part == CheckPart::All ? 2 : 1;
   Progress progress(rounds * songs, session.terminal, session.output, session.options.quiet);
   const auto step = [&progress] { progress.Step(); };
   CheckReport report;
-  if (withSongs) report.songs = CheckSongs(session.library, step);
+  DictionaryChecks dictionaries;  // read together with the songs, where both are wanted
+  const bool areBoth = withSongs && isWanted(CheckPart::File);
+  if (withSongs) {
+    report.songs = CheckSongs(session.library, step, areBoth ? &dictionaries : nullptr);
+  }
   if (isWanted(CheckPart::Orphans)) report.orphans = OrphansOf(*report.songs, session);
   if (isWanted(CheckPart::Covers)) report.covers = CheckCovers(session, step);
-  if (isWanted(CheckPart::File)) report.file = CheckFile(session, step);
+  if (isWanted(CheckPart::File)) {
+    report.file = CheckFile(session, step, areBoth ? &dictionaries : nullptr);
+  }
   return report;
 }
 

@@ -68,12 +68,16 @@ SongFile SongFiles::Find(std::optional<std::string_view> location, std::string_v
   std::optional<std::string> path = WrittenPath(*location);
   if (!path) return {FileStatus::Missing, {}, {}, {}};
   written_ = std::move(*path);
-  const std::size_t slash = written_.rfind('/');
-  if (slash == std::string::npos) return {FileStatus::Missing, {}, written_, {}};
-  const std::string_view folder = std::string_view(written_).substr(0, slash);
-  const std::string_view name = std::string_view(written_).substr(slash + 1);
+  return FindPath(written_);
+}
+
+SongFile SongFiles::FindPath(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string_view::npos) return {FileStatus::Missing, {}, path, {}};
+  const std::string_view folder = path.substr(0, slash);
+  const std::string_view name = path.substr(slash + 1);
   if (form_ != PathForm::Auto) return WithoutLook(folder, name);
-  if (IsBeyondAllFiles(written_, name)) return {FileStatus::Missing, {}, written_, {}};
+  if (IsBeyondAllFiles(path, name)) return {FileStatus::Missing, {}, path, {}};
   return FindAt(folder, name);
 }
 

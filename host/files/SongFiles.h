@@ -28,6 +28,7 @@ class SongFiles final : public FileFinder {
 
   [[nodiscard]] SongFile Find(std::optional<std::string_view> location,
                               std::string_view type) override;
+  [[nodiscard]] SongFile FindPath(std::string_view path) override;
 
   [[nodiscard]] Folders& AllFolders() noexcept { return folders_; }
 

@@ -32,6 +32,9 @@ class FileFinder {
   // location: the song's, if it has one. type: its type of track. The texts stay valid until the next call.
   [[nodiscard]] virtual SongFile Find(std::optional<std::string_view> location,
                                       std::string_view type) = 0;
+  // The same for a location whose path is known: an ordinary file URL, as text::PathOfOrdinaryUrl() takes them.
+  // path: borrowed as long as the texts.
+  [[nodiscard]] virtual SongFile FindPath(std::string_view path) = 0;
 
  protected:
   FileFinder() = default;

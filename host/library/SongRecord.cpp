@@ -151,6 +151,7 @@ std::int32_t SongRecordReader::Visit(const char* key, const char* text, const ch
 
 void SongRecordReader::Take(const char* key, const char* text, const char* type) {
   std::size_t number = keys_.Find(key);
+  if (showPair_) showPair_(number, key, text, type);
   if (number == SongKeys::kUnknown) {
     if (growing_ == nullptr) return;
     growing_->Add(key);
@@ -254,22 +255,33 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
 
 void SongRecordReader::FindFile() {
   const auto url = record_.Text(Field::Location);
-  if (wanted_.test(IndexOf(Field::Location)) && url && IsFileUrl(*url)) {
+  const bool isSought = library_.files != nullptr && (wanted_.test(IndexOf(Field::Path)) ||
+                                                      wanted_.test(IndexOf(Field::Status)));
+  std::optional<std::string_view> path;  // of an ordinary URL
+  if (url && IsFileUrl(*url)) {
     path_.resize(std::max(path_.size(), url->size()));
     if (const auto length = text::PathOfOrdinaryUrl(url->data(), path_.data())) {
-      record_.writtenPath_ = Append({path_.data(), *length});
-    } else if (const auto path = text::PathOfUrl(*url)) {
-      record_.writtenPath_ = Append(*path);
+      path = std::string_view(path_).substr(0, *length);
     }
+    if (wanted_.test(IndexOf(Field::Location))) KeepWrittenPath(*url, path);
   }
-  const bool isSought = wanted_.test(IndexOf(Field::Path)) || wanted_.test(IndexOf(Field::Status));
-  if (!isSought || library_.files == nullptr) return;
-  const SongFile file =
-      library_.files->Find(record_.Text(Field::Location), record_.Text(Field::Type).value_or(""));
+  if (!isSought) return;
+  const SongFile file = path ? library_.files->FindPath(*path)
+                             : library_.files->Find(record_.Text(Field::Location),
+                                                    record_.Text(Field::Type).value_or(""));
   record_.state_ = file.status;
   if (!file.path.empty()) Set(Field::Path, file.path);
   if (!file.sought.empty()) record_.soughtPath_ = Append(file.sought);
   if (!file.musicFolder.empty()) record_.musicFolder_ = Append(file.musicFolder);
+}
+
+void SongRecordReader::KeepWrittenPath(std::string_view url,
+                                       const std::optional<std::string_view>& ordinary) {
+  if (ordinary) {
+    record_.writtenPath_ = Append(*ordinary);
+  } else if (const auto path = text::PathOfUrl(url)) {
+    record_.writtenPath_ = Append(*path);
+  }
 }
 
 // ---- Songs --------------------------------------------------------------------------------------

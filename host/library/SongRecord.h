@@ -4,9 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "host/library/Fields.h"
@@ -95,6 +97,11 @@ class SongRecordReader {
   // From now on reads every other key, and adds those that `keys` has not; borrowed. A record then has values
   // for all keys that were known when it was read.
   void ReadAllKeys(OtherKeys& keys);
+  // From now on shows each pair of a song while it is read: as the library's own visitor is shown it, and what
+  // SongKeys call the key.
+  using ShowPair =
+      std::function<void(std::size_t number, const char* key, const char* text, const char* type)>;
+  void ShowPairs(ShowPair show) { showPair_ = std::move(show); }
 
   // The texts stay valid until the next call. position: must be one of the playlist's.
   // Cost: one walk over the song's properties; for its path or status also what the library's file finder
@@ -108,6 +115,7 @@ class SongRecordReader {
   void TakeOther(std::size_t key, std::string_view text, std::string_view type);
   void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);
   void FindFile();
+  void KeepWrittenPath(std::string_view url, const std::optional<std::string_view>& ordinary);
   [[nodiscard]] SongRecord::Place Append(std::string_view text, bool isText = true);
   void Set(Field field, std::string_view text, bool isText = true);
 
@@ -115,6 +123,7 @@ class SongRecordReader {
   FieldSet wanted_;
   FieldSet read_;  // what the wanted fields need
   const OtherKeys* others_;
+  ShowPair showPair_;
   OtherKeys* growing_ = nullptr;  // the same, when they may grow
   SongKeys keys_;
   FieldSet seen_;

@@ -7,7 +7,6 @@
 #include <stdexcept>
 
 #include "host/library/AlbumGrouping.h"
-#include "host/library/FileFinder.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongPlaces.h"
 #include "host/library/SongRecord.h"
@@ -89,11 +88,9 @@ std::int64_t Stored(std::int64_t number) noexcept {
 }
 
 // Where the file is; where it should be when it is missing.
-std::optional<std::string_view> PathOf(const SongRecord& song, const LibraryFunctions& library) {
+std::optional<std::string_view> PathOf(const SongRecord& song) {
   const auto path = song.Text(Field::Path);
-  const auto location = song.Text(Field::Location);
-  if (path || !location || library.files == nullptr) return path;
-  return library.files->Find(location, song.Text(Field::Type).value_or("")).sought;
+  return path || !song.Text(Field::Location) ? path : song.SoughtPath();
 }
 
 class Albums {
@@ -190,7 +187,7 @@ PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
                 [&](std::int32_t, const SongRecord& record) {
                   for (PageColumn& column : contents.columns) {
                     if (column.field == Field::Path) {
-                      column.texts.Add(PathOf(record, library));
+                      column.texts.Add(PathOf(record));
                     } else if (column.kind == ColumnKind::Text) {
                       column.texts.Add(record.Text(column.field));
                     } else {

@@ -156,6 +156,7 @@ class EveryFile final : public FileFinder {
   SongFile Find(std::optional<std::string_view> location, std::string_view) override {
     return {FileStatus::Found, location.value_or(""), {}, {}};
   }
+  SongFile FindPath(std::string_view path) override { return {FileStatus::Found, path, {}, {}}; }
 };
 
 void PlanToCopy(const Texts& texts) {

@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 
 #include "host/library/TextHash.h"
+#include "host/library/TextNumbers.h"
 
 namespace tavrel::host {
 namespace {
@@ -35,6 +37,31 @@ TEST(TextHash, EachTableHasASeedOfItsOwn) {
   const TextHash other;
   EXPECT_NE(one("text"), other("text"));
   EXPECT_EQ(one("text"), one(std::string("text")));
+}
+
+TEST(TextNumbers, AreThoseOfAnOrdinaryMap) {
+  TextNumbers numbers;
+  std::map<std::string, std::size_t> wanted;
+  for (std::size_t i = 0; i < 3000; ++i) {
+    // Some come again at once, others much later; one is empty, and some begin as others do.
+    for (const std::size_t word : {i, i, i * i % 1009}) {
+      const std::string text(word % 7, static_cast<char>('a' + word % 26));
+      const std::string whole = word == 5 ? std::string() : text + std::to_string(word / 2);
+      const auto [entry, isNew] = wanted.try_emplace(whole, wanted.size());
+      const TextNumbers::Found found = numbers.Of(whole);
+      ASSERT_EQ(found.number, entry->second) << whole;
+      ASSERT_EQ(found.isNew, isNew) << whole;
+    }
+  }
+  EXPECT_EQ(numbers.Size(), wanted.size());
+}
+
+TEST(TextNumbers, TakeAZeroByteForAnyOther) {
+  TextNumbers numbers;
+  EXPECT_EQ(numbers.Of(std::string("a\0b", 3)).number, 0u);
+  EXPECT_EQ(numbers.Of(std::string("a\0c", 3)).number, 1u);
+  EXPECT_EQ(numbers.Of("a").number, 2u);
+  EXPECT_FALSE(numbers.Of(std::string("a\0b", 3)).isNew);
 }
 
 }  // namespace

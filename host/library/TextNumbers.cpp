@@ -1,0 +1,53 @@
+#include "host/library/TextNumbers.h"
+
+#include <limits>
+#include <new>
+
+namespace tavrel::host {
+namespace {
+
+constexpr std::size_t kFirstSlots = 64;
+
+std::uint32_t HighestBits(std::uint64_t hash) noexcept {
+  return static_cast<std::uint32_t>(hash >> 32);
+}
+
+}  // namespace
+
+TextNumbers::Found TextNumbers::Of(std::string_view text) {
+  if (2 * (entries_.size() + 1) > slots_.size()) Grow();
+  const std::uint64_t hash = hash_(text);
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t place = hash & mask;
+  for (; slots_[place].next != 0; place = (place + 1) & mask) {
+    if (slots_[place].hash != HighestBits(hash)) continue;
+    const Entry& entry = entries_[slots_[place].next - 1];
+    const bool isSame =
+        entry.hash == hash && std::string_view(texts_).substr(entry.from, entry.size) == text;
+    if (isSame) return {slots_[place].next - std::size_t{1}, false};
+  }
+  const std::size_t number = entries_.size();
+  if (number == std::numeric_limits<std::uint32_t>::max()) throw std::bad_alloc();
+  entries_.push_back({hash, texts_.size(), text.size()});
+  texts_ += text;
+  slots_[place] = {static_cast<std::uint32_t>(number + 1), HighestBits(hash)};
+  return {number, true};
+}
+
+std::size_t TextNumbers::FreeSlot(std::uint64_t hash) const noexcept {
+  const std::size_t mask = slots_.size() - 1;
+  std::size_t place = hash & mask;
+  while (slots_[place].next != 0) place = (place + 1) & mask;
+  return place;
+}
+
+void TextNumbers::Grow() {
+  const std::size_t count = slots_.empty() ? kFirstSlots : 2 * slots_.size();
+  slots_.assign(count, {});
+  std::uint32_t next = 0;
+  for (const Entry& entry : entries_) {
+    slots_[FreeSlot(entry.hash)] = {++next, HighestBits(entry.hash)};
+  }
+}
+
+}  // namespace tavrel::host
