@@ -70,23 +70,24 @@ class DatabaseWriter {
   // A failure may not pass through the library: the visitor keeps it until the walk is over.
   struct PropertyWalk {
     SqliteInsertion& insertion;
-    const FieldKeys* known = nullptr;  // keys that have a column
-    std::optional<std::int64_t> song = std::nullopt;
     KeptFailure failure = {};
   };
 
   static std::int32_t VisitProperty(const char* key, const char* text, const char* type,
                                     void* context) {
     auto& walk = *static_cast<PropertyWalk*>(context);
-    if (walk.known != nullptr && walk.known->Find(key)) return 1;
     return walk.failure.Keep([&] {
-      if (walk.song) walk.insertion.Add(*walk.song);
-      walk.insertion.Add(std::string_view(key));
-      walk.insertion.Add(std::string_view(type));
-      AddValue(walk.insertion, text, type);
-      walk.insertion.InsertRow();
+      AddProperty(walk.insertion, key, text, type);
       return 1;
     });
+  }
+
+  static void AddProperty(SqliteInsertion& insertion, const char* key, const char* text,
+                          const char* type) {
+    insertion.Add(std::string_view(key));
+    insertion.Add(std::string_view(type));
+    AddValue(insertion, text, type);
+    insertion.EndRow();
   }
 
   void WriteLibrary() {
@@ -94,27 +95,33 @@ class DatabaseWriter {
     PropertyWalk walk{insertion};
     library_.visitLibraryProperties(VisitProperty, &walk);
     walk.failure.Throw();
+    insertion.Finish();
   }
 
   void WriteTracks() {
-    SqliteInsertion tracks(database_, "tracks", static_cast<int>(kFieldCount) + 1);
+    SqliteInsertion tracks(database_, "tracks", kFieldCount + 1);
     SqliteInsertion properties(database_, "properties", 4);
-    const FieldKeys known;
     PlaylistRecord* all = library_.openAllSongs();
     SongRecordReader reader(library_, FieldSet().set());
+    std::int64_t song = 0;
+    reader.ShowPairs([&](std::size_t number, const char* key, const char* text, const char* type) {
+      if (number != SongKeys::kUnknown) return;  // it has a column
+      properties.Add(song);
+      AddProperty(properties, key, text, type);
+    });
     const std::int32_t count = library_.getSongCount(all);
     Progress progress(static_cast<std::size_t>(count), session_.terminal, session_.output,
                       session_.options.quiet);
     for (std::int32_t i = 0; i < count; ++i) {
       if (i % kSongsBetweenLooks == 0) RequireNoEndingSignal();
-      const SongRecord& song = reader.Read(all, i);
-      AddTrack(tracks, i, song);
-      counts_.tally.Add(song);
-      PropertyWalk walk{properties, &known, i};
-      library_.visitSongProperties(all, i, VisitProperty, &walk);
-      walk.failure.Throw();
+      song = i;
+      const SongRecord& record = reader.Read(all, i);
+      AddTrack(tracks, i, record);
+      counts_.tally.Add(record);
       progress.Step();
     }
+    tracks.Finish();
+    properties.Finish();
     counts_.tracks = count;
   }
 
@@ -142,7 +149,7 @@ class DatabaseWriter {
           break;
       }
     }
-    tracks.InsertRow();
+    tracks.EndRow();
   }
 
   void WritePlaylists() {
@@ -157,9 +164,10 @@ class DatabaseWriter {
       rows.Add(TypeName(playlist.type));
       rows.Add(entry.parent == kNoParent ? std::nullopt
                                          : std::optional(static_cast<std::int64_t>(entry.parent)));
-      rows.InsertRow();
+      rows.EndRow();
       ++counts_.playlists;
     }
+    rows.Finish();
     WriteItems(playlists);
   }
 
@@ -175,10 +183,11 @@ class DatabaseWriter {
         items.Add(static_cast<std::int64_t>(list));
         items.Add(std::int64_t{i});
         items.Add(std::int64_t{song});
-        items.InsertRow();
+        items.EndRow();
         ++counts_.items;
       }
     }
+    items.Finish();
   }
 
   Sqlite& database_;

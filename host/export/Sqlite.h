@@ -1,11 +1,14 @@
 // A new SQLite database, and statements that fill it.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -38,14 +41,11 @@ class Sqlite {
   sqlite3* database_ = nullptr;
 };
 
-// Inserts rows, value by value. Texts are borrowed until the row is inserted.
+// Inserts rows, value by value, many with each call of SQLite's: a call takes as long as two rows.
 class SqliteInsertion {
  public:
-  // INSERT INTO table VALUES (?, ... ); a row whose key is there already is left out.
-  SqliteInsertion(Sqlite& database, const std::string& table, int columns);
-  SqliteInsertion(const SqliteInsertion&) = delete;
-  SqliteInsertion& operator=(const SqliteInsertion&) = delete;
-  ~SqliteInsertion();
+  // INSERT INTO table VALUES (?, ... ); a row whose key is there already is left out. database: borrowed.
+  SqliteInsertion(Sqlite& database, std::string table, std::size_t columns);
 
   // The next value of the row. A text that is not UTF-8 has U+FFFD for each of its wrong bytes.
   void Add(std::string_view text);
@@ -55,12 +55,34 @@ class SqliteInsertion {
   void Add(const std::optional<std::string_view>& text);
   void Add(const std::optional<std::int64_t>& number);
 
-  void InsertRow();
+  void EndRow();
+
+  // Behind the last row: inserts those that wait.
+  void Finish();
 
  private:
+  struct Finalize {
+    void operator()(sqlite3_stmt* statement) const noexcept;
+  };
+  using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
+
+  // A text, by its place in the texts.
+  struct Text {
+    std::size_t from;
+    std::size_t size;
+  };
+  using Value = std::variant<std::monostate, std::int64_t, double, Text>;
+
+  [[nodiscard]] Statement Prepare(std::size_t rows) const;
+  void Insert(sqlite3_stmt& statement);
+  void Bind(sqlite3_stmt& statement, int place, const Value& value) const;
+
   Sqlite& database_;
-  sqlite3_stmt* statement_ = nullptr;
-  int column_ = 0;
+  std::string table_;
+  std::size_t columns_;
+  Statement many_;
+  std::vector<Value> values_;  // of the rows that wait
+  std::string texts_;
 };
 
 }  // namespace tavrel::host
