@@ -26,6 +26,16 @@ namespace tavrel::text {
   return static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 'a' - 'A' : 0));
 }
 
+// Whether both are the same when the case of ASCII letters does not count.
+[[nodiscard]] constexpr bool EqualIgnoringCase(std::string_view left,
+                                               std::string_view right) noexcept {
+  if (left.size() != right.size()) return false;
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    if (ToLowerCase(left[i]) != ToLowerCase(right[i])) return false;
+  }
+  return true;
+}
+
 // How many bytes at the front of `text` are ASCII.
 [[nodiscard]] inline std::size_t AsciiPrefixLength(std::string_view text) noexcept {
   constexpr std::uint64_t kHighBits = 0x8080808080808080u;

@@ -12,11 +12,6 @@ namespace {
 
 constexpr std::string_view kScheme = "file:";
 
-bool AreAlike(std::string_view text, std::string_view lowerCase) noexcept {
-  return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(),
-                    [](char given, char wanted) { return text::ToLowerCase(given) == wanted; });
-}
-
 bool IsLetter(char character) noexcept {
   const char lower = text::ToLowerCase(character);
   return lower >= 'a' && lower <= 'z';
@@ -36,7 +31,7 @@ std::string WithoutSlashAtEnd(std::string path) {
 }
 
 bool IsFileUrl(std::string_view url) noexcept {
-  return AreAlike(url.substr(0, kScheme.size()), kScheme);
+  return text::EqualIgnoringCase(url.substr(0, kScheme.size()), kScheme);
 }
 
 std::optional<std::string> WrittenPath(std::string_view fileUrl) {
@@ -50,7 +45,7 @@ std::optional<std::string> WrittenPath(std::string_view fileUrl) {
   std::string_view machine;
   if (rest.starts_with("//")) machine = rest.substr(2, rest.substr(2).find_first_of("/?#"));
   std::optional<std::string> path = text::PathOfUrl(fileUrl);
-  if (!path || machine.empty() || AreAlike(machine, "localhost")) return path;
+  if (!path || machine.empty() || text::EqualIgnoringCase(machine, "localhost")) return path;
   return "//" + std::string(machine) + *path;
 }
 

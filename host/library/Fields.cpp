@@ -1,24 +1,13 @@
 #include "host/library/Fields.h"
 
-#include <algorithm>
+#include "text/Ascii.h"
 
 namespace tavrel::host {
-namespace {
-
-char Lower(char letter) noexcept {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool AreAlike(std::string_view left, std::string_view right) noexcept {
-  return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                    [](char a, char b) { return Lower(a) == Lower(b); });
-}
-
-}  // namespace
+namespace {}  // namespace
 
 std::optional<Field> FindField(std::string_view name) noexcept {
   for (std::size_t i = 0; i < kFieldCount; ++i) {
-    if (AreAlike(kFields[i].name, name)) return static_cast<Field>(i);
+    if (text::EqualIgnoringCase(kFields[i].name, name)) return static_cast<Field>(i);
   }
   return std::nullopt;
 }

@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "host/library/KeptFailure.h"
+#include "text/Ascii.h"
 #include "text/FileUrl.h"
 #include "text/OrdinaryUrl.h"
 
@@ -65,12 +66,8 @@ std::string_view SecondsOf(std::int64_t milliseconds, std::array<char, 32>& room
   return {room.data(), static_cast<std::size_t>(end - room.data())};
 }
 
-bool IsFileUrl(std::string_view url) noexcept {
-  constexpr std::string_view kScheme = "file:";
-  if (url.size() < kScheme.size()) return false;
-  return std::equal(kScheme.begin(), kScheme.end(), url.begin(), [](char wanted, char given) {
-    return given == wanted || (given >= 'A' && given <= 'Z' && given - 'A' + 'a' == wanted);
-  });
+bool HasFileScheme(std::string_view url) noexcept {
+  return text::EqualIgnoringCase(url.substr(0, 5), "file:");
 }
 
 bool Exists(const std::string& path) noexcept {
@@ -258,7 +255,7 @@ void SongRecordReader::FindFile() {
   const bool isSought = library_.files != nullptr && (wanted_.test(IndexOf(Field::Path)) ||
                                                       wanted_.test(IndexOf(Field::Status)));
   std::optional<std::string_view> path;  // of an ordinary URL
-  if (url && IsFileUrl(*url)) {
+  if (url && HasFileScheme(*url)) {
     path_.resize(std::max(path_.size(), url->size()));
     if (const auto length = text::PathOfOrdinaryUrl(url->data(), path_.data())) {
       path = std::string_view(path_).substr(0, *length);
