@@ -3,7 +3,6 @@
 #include "text/Ascii.h"
 
 namespace tavrel::host {
-namespace {}  // namespace
 
 std::optional<Field> FindField(std::string_view name) noexcept {
   for (std::size_t i = 0; i < kFieldCount; ++i) {
