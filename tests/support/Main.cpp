@@ -1,5 +1,6 @@
 // The main function of the test programs. A test may be skipped for what this processor lacks, and for
 // nothing else: everything else that is missing is a failure.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string_view>
