@@ -26,7 +26,7 @@ template <char kOne, char kOther>
   const char* const start = text.data();
   if (text.size() < sizeof(Word)) {
     Word word = each(' ');
-    std::memcpy(&word, start, text.size());
+    if (!text.empty()) std::memcpy(&word, start, text.size());  // an empty text may stand nowhere
     return isPlain(word);
   }
   const auto load = [](const char* at) {
