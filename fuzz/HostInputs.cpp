@@ -218,7 +218,9 @@ void CheckPlace(const Copied& plain, const std::string& file) {
             "A file is not told of");
     AgentFinalizer();
   } catch (const Failure&) {
-    Require(plain.result == Unpacked::Damaged, "A good file is refused");
+    // What is too large here may be damaged behind.
+    Require(plain.result == Unpacked::Damaged || plain.result == Unpacked::TooLarge,
+            "A good file is refused");
   }
 }
 
