@@ -1,11 +1,9 @@
 // host: measures commands of tavrel on a library file, beside what they cannot do without and beside Python's
 // plistlib and jq doing the same.
 #include <fmt/format.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -13,12 +11,11 @@
 #include <vector>
 
 #include "bench/host/Answers.h"
+#include "bench/host/HostBench.h"
+#include "bench/host/Leaving.h"
 #include "bench/host/Programs.h"
 #include "bench/report/Benchmark.h"
 #include "bench/report/Turns.h"
-#include "bench/support/ChildRun.h"
-#include "bench/support/LinkedHome.h"
-#include "bench/support/TemporaryFolder.h"
 #include "bench/support/WholeFile.h"
 
 namespace {
@@ -37,11 +34,6 @@ constexpr char kFooter[] =
 
 constexpr char kFirstWord[] = "love";
 constexpr char kSecondWord[] = "night";
-
-struct Options {
-  std::string file;
-  std::uint32_t peerRounds = 3;
-};
 
 struct Command {
   std::string label;
@@ -73,52 +65,10 @@ const std::vector<Command>& Commands() {
   return commands;
 }
 
-// Where everything lies while it is measured.
-class Bench {
- public:
-  explicit Bench(const Options& options)
-      : options_(options),
-        home_(options.file),
-        fileSize_(std::filesystem::file_size(options.file)) {
-    setenv("HOME", home_.path().c_str(), 1);
-    for (const char* name : {"COLUMNS", "TAVREL_LIBRARY"}) unsetenv(name);
-  }
-
-  [[nodiscard]] std::string Path(const std::string& name) const {
-    return folder_.path() + "/" + name;
-  }
-
-  [[nodiscard]] ProgramLine Tavrel(ProgramLine arguments) const {
-    arguments.insert(arguments.begin(), {TAVREL_HOST_FILE, "-l", options_.file});
-    return arguments;
-  }
-
-  [[nodiscard]] double Run(const ProgramLine& line, const std::string& output) const {
-    constexpr std::uint64_t kLoadSize = 6;  // of a file, in memory
-    WarmMemory(kLoadSize * fileSize_);
-    return SecondsOfProgram(line, Path(output));
-  }
-
- private:
-  const Options& options_;
-  LinkedHome home_;
-  TemporaryFolder folder_;
-  std::uint64_t fileSize_;
-};
-
 // ---- Beside what no command can do without ------------------------------------------------------
 
-Series Sum(const Series& one, const Series& other) {
-  Series sum;
-  for (std::size_t round = 0; round < one.size(); ++round) sum.Add(one[round] + other[round]);
-  return sum;
-}
-
-void MeasureFloors(const Bench& bench, std::uint32_t rounds, Report& report) {
-  std::vector<Step> steps = {
-      {"bare load", [&] {
-         return bench.Run({TAVREL_BARE_LOAD_FILE, TAVREL_LIBRARY_FILE}, "none");
-       }}};
+void MeasureFloors(const HostBench& bench, std::uint32_t rounds, Report& report) {
+  std::vector<Step> steps = {{"bare load", [&] { return bench.RunBareLoad(); }}};
   for (const Command& command : Commands()) {
     const std::string output = command.task + ".out";
     steps.push_back({command.label, [&bench, &command, output] {
@@ -143,14 +93,14 @@ void MeasureFloors(const Bench& bench, std::uint32_t rounds, Report& report) {
 // ---- Beside others ------------------------------------------------------------------------------
 
 // A pair for each field, "name=key", as the first line of our CSV and the document of the fields say.
-ProgramLine PythonLine(const Options& options, const Bench& bench) {
+ProgramLine PythonLine(const HostOptions& options, const HostBench& bench) {
   return {"python3",  TAVREL_PEER_SCRIPT, options.file, bench.Path(""), TAVREL_FIELDS_DOCUMENT,
           kFirstWord, kSecondWord};
 }
 
 using Times = std::map<std::string, double>;  // by the name of the task
 
-Times RunPython(const Options& options, const Bench& bench) {
+Times RunPython(const HostOptions& options, const HostBench& bench) {
   (void)bench.Run(PythonLine(options, bench), "python.out");
   std::istringstream lines(ContentsOf(bench.Path("python.out")));
   Times times;
@@ -161,7 +111,7 @@ Times RunPython(const Options& options, const Bench& bench) {
   return times;
 }
 
-void CompareAnswers(const Bench& bench) {
+void CompareAnswers(const HostBench& bench) {
   for (const Command& command : Commands()) {
     const bool isJson = command.task != "songs" && command.task != "search";
     ProgramLine arguments = command.arguments;
@@ -171,7 +121,7 @@ void CompareAnswers(const Bench& bench) {
   }
 }
 
-void MeasurePython(const Options& options, const Bench& bench, std::uint32_t rounds,
+void MeasurePython(const HostOptions& options, const HostBench& bench, std::uint32_t rounds,
                    Report& report) {
   std::vector<Series> ours(Commands().size());
   std::vector<Series> theirs(Commands().size());
@@ -191,7 +141,7 @@ void MeasurePython(const Options& options, const Bench& bench, std::uint32_t rou
   }
 }
 
-void MeasureJq(const Bench& bench, std::uint32_t rounds, Report& report) {
+void MeasureJq(const HostBench& bench, std::uint32_t rounds, Report& report) {
   (void)bench.Run(bench.Tavrel({"songs", "--json"}), "songs.json");
   std::vector<Step> steps;
   for (const Command& command : Commands()) {
@@ -212,18 +162,19 @@ void MeasureJq(const Bench& bench, std::uint32_t rounds, Report& report) {
   }
 }
 
-void Measure(const Options& options, std::uint32_t rounds, Report& report) {
-  const Bench bench(options);
+void Measure(const HostOptions& options, std::uint32_t rounds, Report& report) {
+  const HostBench bench(options);
   MeasureFloors(bench, rounds, report);
   const std::uint32_t peerRounds = std::min(rounds, options.peerRounds);
   if (HasProgram("python3")) MeasurePython(options, bench, peerRounds, report);
   if (HasProgram("jq")) MeasureJq(bench, peerRounds, report);
+  MeasureLeaving(bench, rounds, peerRounds, report);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options options;
+  HostOptions options;
   Benchmark benchmark("host", "Measures commands of tavrel.", 9);
   benchmark.Explain(kFooter);
   benchmark.Take(options.file);
