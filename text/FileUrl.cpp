@@ -61,19 +61,16 @@ std::string Unescape(std::string_view escaped) {
   return text;
 }
 
-bool EqualsIgnoringCase(std::string_view text, std::string_view lowerCase) noexcept {
-  if (text.size() != lowerCase.size()) return false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (ToLowerCase(text[i]) != lowerCase[i]) return false;
-  }
-  return true;
-}
-
 bool HoldsNul(const std::string& text) noexcept {
   return text.find('\0') != std::string::npos;
 }
 
 }  // namespace
+
+bool IsFileUrl(std::string_view url) noexcept {
+  constexpr std::string_view kStart = "file:";
+  return EqualIgnoringCase(url.substr(0, kStart.size()), kStart);
+}
 
 std::string FileUrlOfPath(const std::string& path) {
   std::string url(8 + 3 * path.size(), '\0');
@@ -85,8 +82,8 @@ std::string FileUrlOfPath(const std::string& path) {
 std::optional<std::string> PathOfFileUrl(std::string_view url) {
   if (!IsWellFormed(url)) return std::nullopt;
   const UrlParts parts = Split(url);
-  if (!EqualsIgnoringCase(parts.scheme, "file")) return std::nullopt;
-  if (!parts.authority.empty() && !EqualsIgnoringCase(parts.authority, "localhost")) {
+  if (!EqualIgnoringCase(parts.scheme, "file")) return std::nullopt;
+  if (!parts.authority.empty() && !EqualIgnoringCase(parts.authority, "localhost")) {
     return std::nullopt;
   }
   std::string path = Unescape(parts.path);

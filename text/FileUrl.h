@@ -8,7 +8,10 @@
 
 namespace tavrel::text {
 
-// All three may throw std::bad_alloc.
+// Whether the scheme is "file", in any case: of this machine or of another.
+[[nodiscard]] bool IsFileUrl(std::string_view url) noexcept;
+
+// The other three may throw std::bad_alloc.
 
 // The file URL of an absolute path. Every byte survives, valid UTF-8 or not.
 [[nodiscard]] std::string FileUrlOfPath(const std::string& path);

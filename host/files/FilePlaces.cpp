@@ -6,6 +6,7 @@
 
 #include "host/files/WrittenPath.h"
 #include "host/output/Failure.h"
+#include "text/FileUrl.h"
 
 namespace tavrel::host {
 namespace {
@@ -52,7 +53,7 @@ FilePlaces::FilePlaces(const PathOptions& options, std::string_view musicFolder,
   for (const std::string& text : options.maps) AddMapping(text, isLookedAt);
   std::stable_sort(mappings_.begin(), mappings_.end(),
                    [](const Mapping& a, const Mapping& b) { return a.old.size() > b.old.size(); });
-  if (IsFileUrl(musicFolder)) musicFolder_ = FullPath(musicFolder).value_or("");
+  if (text::IsFileUrl(musicFolder)) musicFolder_ = FullPath(musicFolder).value_or("");
   comparableMusicFolder_ = ComparablePath(musicFolder_);
   if (options.music) music_ = isLookedAt ? Absolute(*options.music) : *options.music;
   if (libraryFolder) libraryFolder_ = Absolute(*libraryFolder);

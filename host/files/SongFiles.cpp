@@ -7,6 +7,7 @@
 #include "host/files/NormalForms.h"
 #include "host/files/WrittenPath.h"
 #include "host/output/Failure.h"
+#include "text/FileUrl.h"
 
 namespace tavrel::host {
 namespace {
@@ -64,7 +65,7 @@ SongFile SongFiles::Find(std::optional<std::string_view> location, std::string_v
     const bool isRemote = type == "Remote" || type == "URL";
     return {isRemote ? FileStatus::Remote : FileStatus::None, {}, {}, {}};
   }
-  if (!IsFileUrl(*location)) return {FileStatus::Remote, {}, {}, {}};
+  if (!text::IsFileUrl(*location)) return {FileStatus::Remote, {}, {}, {}};
   std::optional<std::string> path = WrittenPath(*location);
   if (!path) return {FileStatus::Missing, {}, {}, {}};
   written_ = std::move(*path);

@@ -30,10 +30,6 @@ std::string WithoutSlashAtEnd(std::string path) {
   return path;
 }
 
-bool IsFileUrl(std::string_view url) noexcept {
-  return text::EqualIgnoringCase(url.substr(0, kScheme.size()), kScheme);
-}
-
 std::optional<std::string> WrittenPath(std::string_view fileUrl) {
   const std::string url(fileUrl);
   std::string ordinary(url.size(), '\0');
@@ -51,7 +47,7 @@ std::optional<std::string> WrittenPath(std::string_view fileUrl) {
 
 std::optional<std::string> FullPath(std::string_view text) {
   std::string path(text);
-  if (IsFileUrl(text)) {
+  if (text::IsFileUrl(text)) {
     std::optional<std::string> written = WrittenPath(text);
     if (!written) return std::nullopt;
     path = std::move(*written);

@@ -16,8 +16,6 @@ namespace tavrel::host {
 // The path without a '/' at the end; of the root itself that one '/' is left.
 [[nodiscard]] std::string WithoutSlashAtEnd(std::string path);
 
-[[nodiscard]] bool IsFileUrl(std::string_view url) noexcept;
-
 // None for a URL that is malformed, whose path holds a NUL or is not UTF-8.
 [[nodiscard]] std::optional<std::string> WrittenPath(std::string_view fileUrl);
 

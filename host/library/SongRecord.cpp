@@ -6,7 +6,6 @@
 #include <charconv>
 
 #include "host/library/KeptFailure.h"
-#include "text/Ascii.h"
 #include "text/FileUrl.h"
 #include "text/OrdinaryUrl.h"
 
@@ -64,10 +63,6 @@ std::string_view SecondsOf(std::int64_t milliseconds, std::array<char, 32>& room
     }
   }
   return {room.data(), static_cast<std::size_t>(end - room.data())};
-}
-
-bool HasFileScheme(std::string_view url) noexcept {
-  return text::EqualIgnoringCase(url.substr(0, 5), "file:");
 }
 
 bool Exists(const std::string& path) noexcept {
@@ -255,7 +250,7 @@ void SongRecordReader::FindFile() {
   const bool isSought = library_.files != nullptr && (wanted_.test(IndexOf(Field::Path)) ||
                                                       wanted_.test(IndexOf(Field::Status)));
   std::optional<std::string_view> path;  // of an ordinary URL
-  if (url && HasFileScheme(*url)) {
+  if (url && text::IsFileUrl(*url)) {
     path_.resize(std::max(path_.size(), url->size()));
     if (const auto length = text::PathOfOrdinaryUrl(url->data(), path_.data())) {
       path = std::string_view(path_).substr(0, *length);
