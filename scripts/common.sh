@@ -23,6 +23,7 @@ libfmt-dev fmt/format.h
 libpng-dev png.h
 libsqlite3-dev sqlite3.h
 libturbojpeg0-dev turbojpeg.h
+libdeflate-dev libdeflate.h
 libstb-dev stb/stb_image_resize.h
 LIST
 }

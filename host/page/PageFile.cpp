@@ -43,9 +43,8 @@ std::string DataBlock(const std::string& id, std::string_view form, std::string_
 
 std::string SongsBlock(const PageContents& contents, const CoverPlaces& places) {
   const std::string payload = MakePayload(contents, places);
-  return contents.songs < kFewSongs
-             ? DataBlock("songs-data", "plain", Base64Text(payload))
-             : DataBlock("songs-data", "gzip", Base64Text(Compressed(payload)));
+  return contents.songs < kFewSongs ? DataBlock("songs-data", "plain", Base64Text(payload))
+                                    : DataBlock("songs-data", "gzip", CompressedText(payload));
 }
 
 std::string CoverBlocks(const std::vector<std::string>& pictures) {

@@ -13,6 +13,7 @@ class Tavrel < Formula
   depends_on "stb" => :build
   depends_on "fmt"
   depends_on "jpeg-turbo"
+  depends_on "libdeflate"
   depends_on "libpng"
   depends_on "uriparser"
   depends_on "utf8proc"

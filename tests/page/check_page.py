@@ -103,8 +103,8 @@ class Songs:
     def __init__(self, page):
         attributes, text = page.block("songs-data")
         self.form = attributes["data-form"]
-        data = base64.b64decode(text, validate=True)
-        self.data = gzip.decompress(data) if self.form == "gzip" else data
+        parts = [base64.b64decode(part, validate=True) for part in text.split(" ")]
+        self.data = b"".join(gzip.decompress(part) if self.form == "gzip" else part for part in parts)
         length = int.from_bytes(self.data[:4], "little")
         self.head = json.loads(self.data[4:4 + length])
         self.at = 4 + length

@@ -4,7 +4,7 @@ import {mkdtempSync, rmSync, writeFileSync} from "node:fs";
 import {tmpdir} from "node:os";
 import {join} from "node:path";
 import {test} from "node:test";
-import {bytesOfBase64, inflate, unpack} from "../../host/page/browser/payload.js";
+import {bytesOfBlock, unpack} from "../../host/page/browser/payload.js";
 
 const {TAVREL, TAVREL_SAMPLE} = process.env;
 
@@ -14,8 +14,7 @@ async function songsOf(library) {
     maxBuffer: 1 << 26,
   }).toString();
   const [, form, text] = /id="songs-data" data-form="(\w+)">([^<]*)</.exec(page);
-  const bytes = bytesOfBase64(text);
-  return {form, library: unpack(form === "gzip" ? await inflate(bytes) : bytes)};
+  return {form, library: unpack(await bytesOfBlock(text, form))};
 }
 
 /** What `tavrel songs` tells of them. @param {string[]} library */

@@ -5,7 +5,7 @@ import {openColumns, openDetails, prepareDialogs} from "./details.js";
 import {albumOf, playlistOf, songsOf} from "./filters.js";
 import {fold, foldedWords} from "./fold.js";
 import {Order} from "./order.js";
-import {bytesOfBase64, inflate, unpack} from "./payload.js";
+import {bytesOfBlock, unpack} from "./payload.js";
 import {Search} from "./search.js";
 import {counted, shown, start, stars, useWords, word} from "./show.js";
 import {Table} from "./table.js";
@@ -25,10 +25,9 @@ function element(id) {
 /** Reads the songs that the page carries. @returns {Promise<Library>} */
 async function readLibrary() {
   const block = element("songs-data");
-  const bytes = bytesOfBase64(block.textContent ?? "");
-  const isPacked = block.dataset.form === "gzip";
+  const bytes = bytesOfBlock(block.textContent ?? "", block.dataset.form);
   block.remove();
-  return unpack(isPacked ? await inflate(bytes) : bytes);
+  return unpack(await bytes);
 }
 
 class Page {

@@ -28,9 +28,20 @@ export function bytesOfBase64(text) {
  * @param {Uint8Array} bytes of a gzip file
  * @returns {Promise<Uint8Array>}
  */
-export async function inflate(bytes) {
+async function inflate(bytes) {
   const stream = new Blob([/** @type {BlobPart} */ (bytes)]).stream().pipeThrough(new DecompressionStream("gzip"));
   return new Uint8Array(await new Response(stream).arrayBuffer());
+}
+
+/**
+ * @param {string} text Base64; of gzip files, which hold a part each, with blanks between them
+ * @param {string | undefined} form "gzip" or another
+ * @returns {Promise<Uint8Array>}
+ */
+export async function bytesOfBlock(text, form) {
+  if (form !== "gzip") return bytesOfBase64(text);
+  const parts = await Promise.all(text.split(" ").map((part) => inflate(bytesOfBase64(part))));
+  return new Uint8Array(await new Blob(/** @type {BlobPart[]} */ (parts)).arrayBuffer());
 }
 
 /** Reads packed numbers one column after the other. */
