@@ -35,12 +35,39 @@ bool IsNoText(const char* name) noexcept {
   return *name == 'd' && (std::strcmp(name, "data") == 0 || std::strcmp(name, "dict") == 0);
 }
 
+// A text as it stands in the file, looked through once.
+class Source {
+ public:
+  explicit Source(const char* text) noexcept : text_(text), plain_(PlainLength(text)) {}
+
+  [[nodiscard]] const char* Text() const noexcept { return text_; }
+  [[nodiscard]] bool HoldsReference() const noexcept { return text_[plain_] != '\0'; }
+  // Cost: none, unless it holds a reference.
+  [[nodiscard]] std::size_t Size() const noexcept {
+    return HoldsReference() ? plain_ + std::strlen(text_ + plain_) : plain_;
+  }
+
+ private:
+  // Up to the first reference, or to the end.
+  static std::size_t PlainLength(const char* text) noexcept {
+#if defined(__GLIBC__)
+    return static_cast<std::size_t>(::strchrnul(text, '&') - text);
+#else
+    return std::strcspn(text, "&");
+#endif
+  }
+
+  const char* text_;
+  std::size_t plain_;
+};
+
 // What is shown of a value, as it stands in the file; none when there is nothing to show.
-std::optional<std::string_view> ShownText(const TBXMLElement& value) noexcept {
-  if (const std::optional<bool> boolean = BooleanOf(value)) return *boolean ? "true" : "false";
+std::optional<Source> ShownText(const TBXMLElement& value) noexcept {
+  if (const std::optional<bool> boolean = BooleanOf(value))
+    return Source(*boolean ? "true" : "false");
   if (value.text == nullptr || IsNoText(NameOf(value))) return std::nullopt;
-  const std::string_view text = value.text;
-  return text.size() > kLongestText ? std::nullopt : std::optional(text);
+  const Source text(value.text);
+  return text.Size() > kLongestText ? std::nullopt : std::optional(text);
 }
 
 // The first '&', if the texts are alike up to it, makes it worth decoding.
@@ -53,19 +80,19 @@ bool IsKey(const TBXMLElement& element, std::string_view key) noexcept {
 }
 
 // Decodes twice: what does not fit must leave no trace in the buffer.
-std::int32_t CopyText(std::string_view source, char* buffer, std::int32_t bufferSize) noexcept {
+std::int32_t CopyText(const Source& source, char* buffer, std::int32_t bufferSize) noexcept {
   const auto fits = [=](std::int32_t size) { return buffer != nullptr && size <= bufferSize; };
-  if (!HoldsReference(source)) {
-    const auto size = static_cast<std::int32_t>(source.size() + 1);
-    if (fits(size)) std::memcpy(buffer, source.data(), source.size() + 1);
+  if (!source.HoldsReference()) {
+    const auto size = static_cast<std::int32_t>(source.Size() + 1);
+    if (fits(size)) std::memcpy(buffer, source.Text(), source.Size() + 1);
     return size;
   }
   char none = '\0';
-  const Decoding decoding = DecodeReferences(&none, source.data(), 0);
-  LogDecodingError(decoding, source.data());
+  const Decoding decoding = DecodeReferences(&none, source.Text(), 0);
+  LogDecodingError(decoding, source.Text());
   const std::int32_t size = decoding.length + 1;
   if (!fits(size)) return size;
-  (void)DecodeReferences(buffer, source.data(), size);
+  (void)DecodeReferences(buffer, source.Text(), size);
   buffer[decoding.length] = '\0';
   return size;
 }
@@ -78,14 +105,14 @@ class Decoder {
   Decoder& operator=(const Decoder&) = delete;
   ~Decoder() { system::Release(taken_); }
 
-  // None when memory is exhausted. `source` has a zero byte behind it.
-  [[nodiscard]] const char* Decode(std::string_view source) noexcept {
-    if (!HoldsReference(source)) return source.data();
-    if (source.size() > kLongestText || !Reserve(source.size() + 1)) return nullptr;
+  // None when memory is exhausted.
+  [[nodiscard]] const char* Decode(const Source& source) noexcept {
+    if (!source.HoldsReference()) return source.Text();
+    if (source.Size() > kLongestText || !Reserve(source.Size() + 1)) return nullptr;
     char* room = taken_ == nullptr ? own_.data() : taken_;
-    const auto size = static_cast<std::int32_t>(source.size() + 1);
-    const Decoding decoding = DecodeReferences(room, source.data(), size);
-    LogDecodingError(decoding, source.data());
+    const auto size = static_cast<std::int32_t>(source.Size() + 1);
+    const Decoding decoding = DecodeReferences(room, source.Text(), size);
+    LogDecodingError(decoding, source.Text());
     room[decoding.length] = '\0';
     return room;
   }
@@ -115,7 +142,7 @@ std::int32_t CopyProperty(const TBXMLElement* dict, const char* key, char* buffe
   const std::string_view wanted = key;
   for (const auto [keyElement, value] : Pairs(dict)) {
     if (!IsKey(*keyElement, wanted)) continue;
-    const std::optional<std::string_view> text = ShownText(*value);
+    const std::optional<Source> text = ShownText(*value);
     return text ? CopyText(*text, buffer, bufferSize) : 0;
   }
   return 0;
@@ -128,8 +155,8 @@ std::int32_t VisitProperties(const TBXMLElement* dict, PropertyVisitor visitor,
   Decoder texts;
   std::int32_t count = 0;
   for (const auto [keyElement, value] : Pairs(dict)) {
-    const std::optional<std::string_view> shown = ShownText(*value);
-    const char* key = keys.Decode(KeyOf(*keyElement));
+    const std::optional<Source> shown = ShownText(*value);
+    const char* key = keys.Decode(Source(KeyOf(*keyElement)));
     const char* text = shown ? texts.Decode(*shown) : nullptr;
     // A pair for which there is no memory ends the visit: none is shown as what it is not.
     if (key == nullptr || (shown && text == nullptr)) break;

@@ -80,6 +80,11 @@ WRAPPED(void*, realloc, void* block, std::size_t bytes) {
   work.bytes += std::min(malloc_usable_size(block), bytes);
   return __real_realloc(block, bytes);
 }
+WRAPPED(char*, strchrnul, const char* text, int byte) {
+  char* found = __real_strchrnul(text, byte);
+  work.bytes += static_cast<std::size_t>(found - text) + 1;
+  return found;
+}
 WRAPPED(int, strcmp, const char* a, const char* b) {
   std::size_t same = 0;
   while (a[same] == b[same] && a[same] != '\0') ++same;
