@@ -43,20 +43,30 @@ void CheckMappings(const PathOptions& options) {
 }
 
 std::string FilePlace::Path() const {
-  if (tail.empty()) return base;
-  return base.ends_with('/') ? base + tail : base + "/" + tail;
+  std::string path(base);
+  if (tail.empty()) return path;
+  if (!path.ends_with('/')) path += '/';
+  return path.append(tail);
 }
 
 FilePlaces::FilePlaces(const PathOptions& options, std::string_view musicFolder,
                        const std::optional<std::string>& libraryFolder) {
+  if (text::IsFileUrl(musicFolder)) musicFolder_ = FullPath(musicFolder).value_or("");
+  comparableMusicFolder_ = ComparablePath(musicFolder_);
+  const std::size_t above = musicFolder_.rfind('/');
+  if (above != std::string::npos) comparableAbove_ = ComparablePath(musicFolder_.substr(0, above));
   const bool isLookedAt = options.form == PathForm::Auto;
   for (const std::string& text : options.maps) AddMapping(text, isLookedAt);
   std::stable_sort(mappings_.begin(), mappings_.end(),
                    [](const Mapping& a, const Mapping& b) { return a.old.size() > b.old.size(); });
-  if (text::IsFileUrl(musicFolder)) musicFolder_ = FullPath(musicFolder).value_or("");
-  comparableMusicFolder_ = ComparablePath(musicFolder_);
-  if (options.music) music_ = isLookedAt ? Absolute(*options.music) : *options.music;
-  if (libraryFolder) libraryFolder_ = Absolute(*libraryFolder);
+  if (options.music) {
+    music_ = isLookedAt ? Absolute(*options.music) : *options.music;
+    belowMusic_ = MediaFoldersIn(*music_);
+  }
+  if (libraryFolder) {
+    libraryFolder_ = Absolute(*libraryFolder);
+    beside_ = MediaFoldersIn(*libraryFolder_);
+  }
 }
 
 void FilePlaces::AddMapping(const std::string& text, bool isLookedAt) {
@@ -69,87 +79,86 @@ void FilePlaces::AddMapping(const std::string& text, bool isLookedAt) {
     FailForMapping(
         text, "OLD is a full path as the library has it, such as /Users/me/Music or C:\\Music");
   }
-  const std::string now = text.substr(equals + 1);
-  mappings_.push_back({ComparablePath(*old), isLookedAt ? Absolute(now) : WithoutSlashAtEnd(now)});
+  Mapping mapping{ComparablePath(*old), text.substr(equals + 1), ""};
+  mapping.now = isLookedAt ? Absolute(mapping.now) : WithoutSlashAtEnd(mapping.now);
+  const auto music = RestBelow(mapping.old, comparableMusicFolder_, musicFolder_);
+  mapping.musicFolder = FilePlace{mapping.now, music.value_or(""), ""}.Path();
+  mappings_.push_back(std::move(mapping));
 }
 
-std::optional<std::string_view> FilePlaces::TailOf(std::string_view folder) const {
-  if (musicFolder_.empty()) return std::nullopt;
-  return RestBelow(comparableMusicFolder_, ComparablePath(folder), folder);
+FilePlaces::Sought FilePlaces::Seek(std::string_view folder) const {
+  Sought sought{folder, ComparablePath(folder), std::nullopt};
+  if (musicFolder_.empty()) return sought;
+  sought.tail = RestBelow(comparableMusicFolder_, sought.comparable, folder);
+  return sought;
 }
 
-std::optional<FilePlace> FilePlaces::Mapped(std::string_view folder) const {
-  if (mappings_.empty()) return std::nullopt;
-  const std::string comparable = ComparablePath(folder);
+std::optional<FilePlace> FilePlaces::Mapped(const Sought& sought) const {
   for (const Mapping& mapping : mappings_) {
-    const auto rest = RestBelow(mapping.old, comparable, folder);
+    const auto rest = RestBelow(mapping.old, sought.comparable, sought.folder);
     if (!rest) continue;
-    FilePlace place{mapping.now, std::string(*rest), ""};
-    if (TailOf(folder)) {
-      const auto music = RestBelow(mapping.old, comparableMusicFolder_, musicFolder_);
-      place.musicFolder = FilePlace{mapping.now, std::string(music.value_or("")), ""}.Path();
-    }
+    FilePlace place{mapping.now, *rest, ""};
+    if (sought.tail) place.musicFolder = mapping.musicFolder;
     return place;
   }
   return std::nullopt;
 }
 
-std::vector<std::string> FilePlaces::MediaNames() const {
-  std::vector<std::string> names(std::begin(kMediaNames), std::end(kMediaNames));
-  const std::string own(LastName(musicFolder_));
+std::vector<std::string> FilePlaces::MediaFoldersIn(const std::string& folder) const {
+  std::vector<std::string_view> names(std::begin(kMediaNames), std::end(kMediaNames));
+  const std::string_view own = LastName(musicFolder_);
   if (!own.empty() && std::find(names.begin(), names.end(), own) == names.end()) {
     names.insert(names.begin(), own);
   }
-  return names;
+  std::vector<std::string> folders;
+  for (const std::string_view name : names) folders.push_back(FilePlace{folder, name, ""}.Path());
+  return folders;
 }
 
-void FilePlaces::AddBeside(std::string_view folder, std::vector<FilePlace>& places,
+void FilePlaces::AddBeside(const Sought& sought, std::vector<FilePlace>& places,
                            Folders& folders) const {
   if (!libraryFolder_) return;
-  if (const auto tail = TailOf(folder)) {
-    for (const std::string& name : MediaNames()) {
-      const std::string base = FilePlace{*libraryFolder_, name, ""}.Path();
-      if (folders.At(base) != nullptr) places.push_back({base, std::string(*tail), base});
+  if (sought.tail) {
+    for (const std::string& base : beside_) {
+      if (folders.At(base) != nullptr) places.push_back({base, *sought.tail, base});
     }
     return;
   }
   // The folder that the Music Folder lies in holds the library file as well, and more.
-  const std::size_t end = musicFolder_.rfind('/');
-  if (end == std::string::npos || end == 0) return;
-  const std::string above = musicFolder_.substr(0, end);
-  if (const auto tail = RestBelow(ComparablePath(above), ComparablePath(folder), folder)) {
-    places.push_back({*libraryFolder_, std::string(*tail), ""});
+  if (comparableAbove_.empty()) return;
+  if (const auto tail = RestBelow(comparableAbove_, sought.comparable, sought.folder)) {
+    places.push_back({*libraryFolder_, *tail, ""});
   }
 }
 
-void FilePlaces::AddBelowMusic(std::string_view folder, std::vector<FilePlace>& places,
+void FilePlaces::AddBelowMusic(const Sought& sought, std::vector<FilePlace>& places,
                                Folders& folders) const {
   if (!music_) return;
-  const auto tail = TailOf(folder);
-  if (!tail) {
-    const std::string_view last = LastTwo(folder);
-    if (!last.empty()) places.push_back({*music_, std::string(last), *music_});
+  if (!sought.tail) {
+    const std::string_view last = LastTwo(sought.folder);
+    if (!last.empty()) places.push_back({*music_, last, *music_});
     return;
   }
-  places.push_back({*music_, std::string(*tail), *music_});
-  for (const std::string& name : MediaNames()) {
-    const std::string base = FilePlace{*music_, name, ""}.Path();
-    if (folders.At(base) != nullptr) places.push_back({base, std::string(*tail), *music_});
+  places.push_back({*music_, *sought.tail, *music_});
+  for (const std::string& base : belowMusic_) {
+    if (folders.At(base) != nullptr) places.push_back({base, *sought.tail, *music_});
   }
   // The folder "Music" within that of all media.
-  const std::size_t end = tail->find('/');
+  const std::size_t end = sought.tail->find('/');
   if (end != std::string_view::npos) {
-    places.push_back({*music_, std::string(tail->substr(end + 1)), *music_});
+    places.push_back({*music_, sought.tail->substr(end + 1), *music_});
   }
 }
 
 std::vector<FilePlace> FilePlaces::Of(std::string_view folder, Folders& folders) const {
-  if (auto mapped = Mapped(folder)) return {std::move(*mapped)};
+  const Sought sought = Seek(folder);
+  if (const auto mapped = Mapped(sought)) return {*mapped};
   const std::string_view tail =
       folder.substr(std::min(folder.find_first_not_of('/'), folder.size()));
-  std::vector<FilePlace> places{{"/", std::string(tail), TailOf(folder) ? musicFolder_ : ""}};
-  AddBeside(folder, places, folders);
-  AddBelowMusic(folder, places, folders);
+  std::vector<FilePlace> places{{"/", tail, ""}};
+  if (sought.tail) places[0].musicFolder = musicFolder_;
+  AddBeside(sought, places, folders);
+  AddBelowMusic(sought, places, folders);
   return places;
 }
 
@@ -161,10 +170,10 @@ const FilePlace& FilePlaces::MostLikely(const std::vector<FilePlace>& places) co
 }
 
 FilePlace FilePlaces::WithoutLook(std::string_view folder) const {
-  if (auto mapped = Mapped(folder)) return std::move(*mapped);
-  const auto tail = TailOf(folder);
-  if (music_ && tail) return {*music_, std::string(*tail), *music_};
-  return {std::string(folder), "", ""};
+  const Sought sought = Seek(folder);
+  if (const auto mapped = Mapped(sought)) return *mapped;
+  if (music_ && sought.tail) return {*music_, *sought.tail, *music_};
+  return {folder, "", ""};
 }
 
 }  // namespace tavrel::host

@@ -12,10 +12,11 @@
 
 namespace tavrel::host {
 
+// The texts stand in the FilePlaces that it comes from, and in the folder that was asked for.
 struct FilePlace {
-  std::string base;         // a folder here, named as it is
-  std::string tail;         // folders below it, named as the library names them
-  std::string musicFolder;  // the folder of music that the place belongs to; empty: to none
+  std::string_view base;         // a folder here, named as it is
+  std::string_view tail;         // folders below it, named as the library names them
+  std::string_view musicFolder;  // the folder of music that the place belongs to; empty: to none
 
   [[nodiscard]] std::string Path() const;
 };
@@ -35,6 +36,8 @@ class FilePlaces {
   // the library file; none where it comes from a program.
   FilePlaces(const PathOptions& options, std::string_view musicFolder,
              const std::optional<std::string>& libraryFolder);
+  FilePlaces(const FilePlaces&) = delete;
+  FilePlaces& operator=(const FilePlaces&) = delete;
 
   // The places of a folder of the library, in the order in which they are tried. A place beside the library
   // file, or named as in a folder of iTunes, is one only where `folders` has such a folder. What a mapping
@@ -55,22 +58,31 @@ class FilePlaces {
   struct Mapping {
     std::string old;  // comparable
     std::string now;
+    std::string musicFolder;  // where it maps the Music Folder to, or what lies around that
+  };
+  // A folder of the library, and what is left of it below the Music Folder; none for one that lies elsewhere.
+  struct Sought {
+    std::string_view folder;
+    std::string comparable;
+    std::optional<std::string_view> tail;
   };
 
   void AddMapping(const std::string& text, bool isLookedAt);
-  [[nodiscard]] std::optional<FilePlace> Mapped(std::string_view folder) const;
-  void AddBeside(std::string_view folder, std::vector<FilePlace>& places, Folders& folders) const;
-  void AddBelowMusic(std::string_view folder, std::vector<FilePlace>& places,
-                     Folders& folders) const;
-  // What is left of a folder of the library below the Music Folder; none for one that lies elsewhere.
-  [[nodiscard]] std::optional<std::string_view> TailOf(std::string_view folder) const;
-  [[nodiscard]] std::vector<std::string> MediaNames() const;
+  [[nodiscard]] Sought Seek(std::string_view folder) const;
+  [[nodiscard]] std::optional<FilePlace> Mapped(const Sought& sought) const;
+  void AddBeside(const Sought& sought, std::vector<FilePlace>& places, Folders& folders) const;
+  void AddBelowMusic(const Sought& sought, std::vector<FilePlace>& places, Folders& folders) const;
+  // The folders that may be that of all media, in another.
+  [[nodiscard]] std::vector<std::string> MediaFoldersIn(const std::string& folder) const;
 
   std::vector<Mapping> mappings_;  // the longest first
   std::string musicFolder_;        // empty: none
   std::string comparableMusicFolder_;
+  std::string comparableAbove_;  // the folder that the Music Folder lies in; empty: none
   std::optional<std::string> music_;
   std::optional<std::string> libraryFolder_;
+  std::vector<std::string> belowMusic_;  // folders of media
+  std::vector<std::string> beside_;      // the same, beside the library file
 };
 
 }  // namespace tavrel::host

@@ -10,13 +10,13 @@ constexpr std::size_t kMostFolders = 8;  // folders that are alike lie side by s
 }  // namespace
 
 FolderContents* Folders::At(const std::string& path) {
-  const auto known = known_.find(path);
-  if (known != known_.end()) return known->second.get();
+  const auto [known, isNew] = known_.try_emplace(path);
+  if (!isNew) return known->second.get();
   std::optional<FolderContents> folder = FolderContents::Read(path);
   if (!folder) return nullptr;
   ++listings_;
-  return known_.emplace(path, std::make_unique<FolderContents>(std::move(*folder)))
-      .first->second.get();
+  known->second = std::make_unique<FolderContents>(std::move(*folder));
+  return known->second.get();
 }
 
 std::vector<FolderContents*> Folders::Below(FolderContents& folder, std::string_view name) {
@@ -38,9 +38,9 @@ std::vector<FolderContents*> Folders::Below(FolderContents& folder, std::string_
   return found;
 }
 
-std::vector<FolderContents*> Folders::Alike(const std::string& base, std::string_view tail) {
+std::vector<FolderContents*> Folders::Alike(std::string_view base, std::string_view tail) {
   std::vector<FolderContents*> reached;
-  if (FolderContents* first = At(base)) reached.push_back(first);
+  if (FolderContents* first = At(std::string(base))) reached.push_back(first);
   while (!reached.empty() && !tail.empty()) {
     const std::size_t end = std::min(tail.find('/'), tail.size());
     const std::string_view name = tail.substr(0, end);
@@ -60,7 +60,7 @@ std::vector<FolderContents*> Folders::Alike(const std::string& base, std::string
 std::vector<std::string> Folders::Unlisted() const {
   std::vector<std::string> paths;
   for (const auto& [path, folder] : known_) {
-    if (!folder->IsListed()) paths.push_back(path);
+    if (folder != nullptr && !folder->IsListed()) paths.push_back(path);
   }
   std::sort(paths.begin(), paths.end());
   return paths;

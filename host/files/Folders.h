@@ -1,4 +1,4 @@
-// Folders of this machine, each of which is listed once.
+// Folders of this machine, each of which is looked at once.
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ class Folders {
   // tail: the nearest first, and not more than a few. Nothing above the base is reached: a tail with ".." leads
   // nowhere.
   // Cost: a look into each folder on the way, as far as there is one.
-  [[nodiscard]] std::vector<FolderContents*> Alike(const std::string& base, std::string_view tail);
+  [[nodiscard]] std::vector<FolderContents*> Alike(std::string_view base, std::string_view tail);
 
   // The paths of those that are there and could not be listed, in their byte order.
   [[nodiscard]] std::vector<std::string> Unlisted() const;
@@ -32,7 +32,7 @@ class Folders {
  private:
   [[nodiscard]] std::vector<FolderContents*> Below(FolderContents& folder, std::string_view name);
 
-  TextMap<std::unique_ptr<FolderContents>> known_;
+  TextMap<std::unique_ptr<FolderContents>> known_;  // null for one that is not there
   std::size_t listings_ = 0;
 };
 

@@ -22,10 +22,9 @@ bool LeadsUpwards(std::string_view path) noexcept {
   }
 }
 
-// What no system can have a file at, so that nothing need be remembered of it.
-bool IsBeyondAllFiles(std::string_view path, std::string_view name) noexcept {
-  return name.empty() || name.size() > kLongestName || path.size() >= PATH_MAX ||
-         LeadsUpwards(path);
+// What no system can have a file of that name at.
+bool IsNoName(std::string_view name) noexcept {
+  return name.empty() || name.size() > kLongestName || name == "." || name == "..";
 }
 
 std::string InForm(std::string path, PathForm form) {
@@ -78,14 +77,16 @@ SongFile SongFiles::FindPath(std::string_view path) {
   const std::string_view folder = path.substr(0, slash);
   const std::string_view name = path.substr(slash + 1);
   if (form_ != PathForm::Auto) return WithoutLook(folder, name);
-  if (IsBeyondAllFiles(path, name)) return {FileStatus::Missing, {}, path, {}};
-  return FindAt(folder, name);
+  if (path.size() < PATH_MAX && !IsNoName(name)) {
+    if (KnownFolder* known = KnownOf(folder)) return FindIn(*known, name);
+  }
+  return {FileStatus::Missing, {}, path, {}};
 }
 
 std::optional<std::string> SongFiles::MusicFolder() {
   for (const FilePlace& place : places_.Of(places_.MusicFolder(), folders_)) {
-    if (!place.musicFolder.empty() && folders_.At(place.musicFolder) != nullptr) {
-      return place.musicFolder;
+    if (!place.musicFolder.empty() && folders_.At(std::string(place.musicFolder)) != nullptr) {
+      return std::string(place.musicFolder);
     }
   }
   return std::nullopt;
@@ -96,45 +97,40 @@ SongFile SongFiles::WithoutLook(std::string_view folder, std::string_view name) 
   return {std::nullopt, path_, path_, {}};
 }
 
-SongFile SongFiles::FindAt(std::string_view folder, std::string_view name) {
-  Known& known = KnownOf(folder);
-  if (TakeExact(known, name)) return {FileStatus::Found, path_, path_, musicFolder_};
-  if (TakeAlike(known, name)) return {FileStatus::Respelled, path_, path_, musicFolder_};
-  sought_ = known.sought;
+SongFile SongFiles::FindIn(KnownFolder& known, std::string_view name) {
+  if (TakeExact(known.second, name)) return {FileStatus::Found, path_, path_, musicFolder_};
+  if (!known.second.alike) Extend(known);
+  if (TakeAlike(known.second, name)) return {FileStatus::Respelled, path_, path_, musicFolder_};
+  sought_ = known.second.sought;
   sought_ += name;
   return {FileStatus::Missing, {}, sought_, {}};
 }
 
-SongFiles::Known& SongFiles::KnownOf(std::string_view folder) {
+SongFiles::KnownFolder* SongFiles::KnownOf(std::string_view folder) {
   // The songs of an album lie in one folder.
-  if (last_ != nullptr && last_->first == folder) return last_->second;
+  if (last_ != nullptr && last_->first == folder) return last_;
+  if (LeadsUpwards(folder)) return nullptr;  // so that nothing need be remembered of it
   const auto remembered = known_.find(folder);
-  if (remembered != known_.end()) {
-    last_ = &*remembered;
-    return last_->second;
-  }
+  if (remembered != known_.end()) return last_ = &*remembered;
   Known known;
-  known.places = places_.Of(folder, folders_);
-  for (std::size_t place = 0; place < known.places.size(); ++place) {
-    FolderContents* found = folders_.At(known.places[place].Path());
-    if (found != nullptr) known.exact.push_back({found, place});
+  for (const FilePlace& place : places_.Of(folder, folders_)) {
+    FolderContents* found = folders_.At(place.Path());
+    if (found != nullptr) known.exact.push_back({found, place.musicFolder});
   }
-  known.sought = places_.MostLikely(known.places).Path();
-  if (!known.sought.ends_with('/')) known.sought += '/';
-  last_ = &*known_.emplace(folder, std::move(known)).first;
-  return last_->second;
+  return last_ = &*known_.emplace(folder, std::move(known)).first;
 }
 
-const std::vector<SongFiles::Reached>& SongFiles::AlikeOf(Known& known) {
-  if (known.alike) return *known.alike;
-  known.alike.emplace();
-  for (std::size_t place = 0; place < known.places.size(); ++place) {
-    const FilePlace& wanted = known.places[place];
-    for (FolderContents* folder : folders_.Alike(wanted.base, wanted.tail)) {
-      known.alike->push_back({folder, place});
+void SongFiles::Extend(KnownFolder& known) {
+  const std::vector<FilePlace> places = places_.Of(known.first, folders_);
+  std::vector<Reached> alike;
+  for (const FilePlace& place : places) {
+    for (FolderContents* folder : folders_.Alike(place.base, place.tail)) {
+      alike.push_back({folder, place.musicFolder});
     }
   }
-  return *known.alike;
+  known.second.sought = places_.MostLikely(places).Path();
+  if (!known.second.sought.ends_with('/')) known.second.sought += '/';
+  known.second.alike = std::move(alike);
 }
 
 bool SongFiles::TakeExact(const Known& known, std::string_view name) {
@@ -144,34 +140,34 @@ bool SongFiles::TakeExact(const Known& known, std::string_view name) {
     const bool isThere = folder.IsListed() ? entry != nullptr && folder.IsFile(*entry)
                                            : IsFileAt(folder.Path() + std::string(name));
     if (!isThere) continue;
-    Take(known, reached, name);
+    Take(reached, name);
     return true;
   }
   return false;
 }
 
-bool SongFiles::TakeAlike(Known& known, std::string_view name) {
-  for (const Reached& reached : AlikeOf(known)) {
+bool SongFiles::TakeAlike(const Known& known, std::string_view name) {
+  for (const Reached& reached : *known.alike) {
     FolderContents& folder = *reached.folder;
     if (!folder.IsListed()) {
       const std::optional<std::string> form = LookFor(folder, name);
       if (!form) continue;
-      Take(known, reached, *form);
+      Take(reached, *form);
       return true;
     }
     for (const FolderEntry* entry : folder.FindAlike(name)) {
       if (!folder.IsFile(*entry)) continue;
-      Take(known, reached, entry->name);
+      Take(reached, entry->name);
       return true;
     }
   }
   return false;
 }
 
-void SongFiles::Take(const Known& known, const Reached& reached, std::string_view name) {
+void SongFiles::Take(const Reached& reached, std::string_view name) {
   path_ = reached.folder->Path();
   path_ += name;
-  musicFolder_ = known.places[reached.place].musicFolder;
+  musicFolder_ = reached.musicFolder;
 }
 
 }  // namespace tavrel::host

@@ -25,6 +25,9 @@ class SongFiles final : public FileFinder {
   // As FilePlaces takes them.
   SongFiles(const PathOptions& options, std::string_view musicFolder,
             const std::optional<std::string>& libraryFolder);
+  SongFiles(const SongFiles&) = delete;
+  SongFiles& operator=(const SongFiles&) = delete;
+  ~SongFiles() = default;
 
   [[nodiscard]] SongFile Find(std::optional<std::string_view> location,
                               std::string_view type) override;
@@ -38,29 +41,31 @@ class SongFiles final : public FileFinder {
  private:
   struct Reached {
     FolderContents* folder;
-    std::size_t place;  // its number
+    std::string_view musicFolder;  // as FilePlace has it
   };
   // What is known of a folder of the library.
   struct Known {
-    std::vector<FilePlace> places;
     std::vector<Reached> exact;                 // named as they are written
     std::optional<std::vector<Reached>> alike;  // those and others; none until it is needed
-    std::string sought;                         // where it should be
+    std::string sought;                         // where it should be; empty until then
   };
+  using KnownFolder = TextMap<Known>::value_type;
 
-  [[nodiscard]] SongFile FindAt(std::string_view folder, std::string_view name);
+  [[nodiscard]] SongFile FindIn(KnownFolder& known, std::string_view name);
   [[nodiscard]] SongFile WithoutLook(std::string_view folder, std::string_view name);
-  [[nodiscard]] Known& KnownOf(std::string_view folder);
-  [[nodiscard]] const std::vector<Reached>& AlikeOf(Known& known);
+  // Null for a folder that leads upwards.
+  [[nodiscard]] KnownFolder* KnownOf(std::string_view folder);
+  // Looks for what is needed for songs that are not where they are written.
+  void Extend(KnownFolder& known);
   [[nodiscard]] bool TakeExact(const Known& known, std::string_view name);
-  [[nodiscard]] bool TakeAlike(Known& known, std::string_view name);
-  void Take(const Known& known, const Reached& reached, std::string_view name);
+  [[nodiscard]] bool TakeAlike(const Known& known, std::string_view name);
+  void Take(const Reached& reached, std::string_view name);
 
   PathForm form_;
   FilePlaces places_;
   Folders folders_;
   TextMap<Known> known_;
-  TextMap<Known>::value_type* last_ = nullptr;  // of the song before
+  KnownFolder* last_ = nullptr;  // of the song before
   std::string written_;
   std::string path_;
   std::string sought_;
