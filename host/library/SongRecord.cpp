@@ -39,11 +39,14 @@ bool IsJsonNumber(std::string_view text) noexcept {
 
 // "2009-11-05T08:13:42Z"
 bool IsDate(std::string_view text) noexcept {
-  constexpr std::string_view kForm = "dddd-dd-ddTdd:dd:ddZ";
-  return std::equal(text.begin(), text.end(), kForm.begin(), kForm.end(),
-                    [](char given, char form) {
-                      return form == 'd' ? given >= '0' && given <= '9' : given == form;
-                    });
+  constexpr std::string_view kLeast = "0000-00-00T00:00:00Z";
+  constexpr std::string_view kMost = "9999-99-99T99:99:99Z";
+  if (text.size() != kLeast.size()) return false;
+  int odd = 0;  // without an end at the first: all characters are looked at together
+  for (std::size_t i = 0; i < kLeast.size(); ++i) {
+    odd += text[i] < kLeast[i] || text[i] > kMost[i] ? 1 : 0;
+  }
+  return odd == 0;
 }
 
 // Thousandths without zeros at their end: 245000 is "245", 245120 is "245.12".
@@ -122,14 +125,28 @@ void SongRecordReader::ReadAllKeys(OtherKeys& keys) {
   keys_ = SongKeys(&keys);
 }
 
-SongRecord::Place SongRecordReader::Append(std::string_view text, bool isText) {
-  const SongRecord::Place place{record_.texts_.size(), text.size(), isText};
-  (record_.texts_ += text) += '\0';
+inline SongRecord::Place SongRecordReader::Append(std::string_view text, bool isText) {
+  const SongRecord::Place place{record_.texts_.Size(), text.size(), isText};
+  char* const end = GrowingText::Copy(text, record_.texts_.RoomFor(text.size() + 1));
+  *end = '\0';
+  record_.texts_.EndAt(end + 1);
   return place;
 }
 
 void SongRecordReader::Set(Field field, std::string_view text, bool isText) {
   record_.places_[IndexOf(field)] = Append(text, isText);
+}
+
+void SongRecordReader::SetNumber(Field field, std::int64_t number) {
+  std::array<char, 32> room;
+  const char* end = std::to_chars(room.data(), room.data() + room.size(), number).ptr;
+  Set(field, {room.data(), static_cast<std::size_t>(end - room.data())}, false);
+}
+
+void SongRecordReader::SetSeconds(std::int64_t milliseconds) {
+  std::array<char, 32> room;
+  record_.milliseconds_ = milliseconds;
+  Set(Field::Seconds, SecondsOf(milliseconds, room), false);
 }
 
 std::int32_t SongRecordReader::Visit(const char* key, const char* text, const char* type,
@@ -160,7 +177,6 @@ void SongRecordReader::Take(const char* key, const char* text, const char* type)
 }
 
 void SongRecordReader::TakeField(Field field, std::string_view text) {
-  std::array<char, 32> room{};
   switch (FactsOf(field).type) {
     case FieldType::Text:
       Set(field, text);
@@ -175,15 +191,11 @@ void SongRecordReader::TakeField(Field field, std::string_view text) {
       if (IsPlainNumber(text)) {
         Set(field, text, false);
       } else if (const auto number = ParseNumber(text)) {
-        const char* end = std::to_chars(room.data(), room.data() + room.size(), *number).ptr;
-        Set(field, {room.data(), static_cast<std::size_t>(end - room.data())}, false);
+        SetNumber(field, *number);
       }
       break;
     case FieldType::Seconds:
-      if (const auto number = ParseNumber(text)) {
-        record_.milliseconds_ = *number;
-        Set(field, SecondsOf(*number, room), false);
-      }
+      if (const auto number = ParseNumber(text)) SetSeconds(*number);
       break;
   }
 }
@@ -224,7 +236,7 @@ void SongRecordReader::TakeFromLibrary(PlaylistRecord* playlist, std::int32_t po
 }
 
 const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t position) {
-  record_.texts_.clear();
+  record_.texts_.Clear();
   record_.places_.fill({});
   record_.others_.assign(others_ == nullptr ? 0 : others_->All().size(), {});
   record_.milliseconds_ = 0;
@@ -263,7 +275,11 @@ void SongRecordReader::FindFile() {
                                                     record_.Text(Field::Type).value_or(""));
   record_.state_ = file.status;
   if (!file.path.empty()) Set(Field::Path, file.path);
-  if (!file.sought.empty()) record_.soughtPath_ = Append(file.sought);
+  if (file.sought.data() == file.path.data()) {
+    record_.soughtPath_ = record_.places_[IndexOf(Field::Path)];
+  } else if (!file.sought.empty()) {
+    record_.soughtPath_ = Append(file.sought);
+  }
   if (!file.musicFolder.empty()) record_.musicFolder_ = Append(file.musicFolder);
 }
 

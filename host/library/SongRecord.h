@@ -16,6 +16,7 @@
 #include "host/library/Library.h"
 #include "host/library/SongKeys.h"
 #include "host/library/SongReader.h"
+#include "host/output/GrowingText.h"
 
 namespace tavrel::host {
 
@@ -73,10 +74,10 @@ class SongRecord {
 
   [[nodiscard]] FieldValue At(const Place& place) const noexcept {
     if (place.from == kNone) return {};
-    return {std::string_view(texts_.data() + place.from, place.size), place.isText};
+    return {std::string_view(texts_.At(place.from), place.size), place.isText};
   }
 
-  std::string texts_;  // each with a zero byte behind it
+  GrowingText texts_;  // each with a zero byte behind it
   std::array<Place, kFieldCount> places_;
   std::vector<Place> others_;
   std::int64_t milliseconds_ = 0;
@@ -118,6 +119,8 @@ class SongRecordReader {
   void KeepWrittenPath(std::string_view url, const std::optional<std::string_view>& ordinary);
   [[nodiscard]] SongRecord::Place Append(std::string_view text, bool isText = true);
   void Set(Field field, std::string_view text, bool isText = true);
+  void SetNumber(Field field, std::int64_t number);
+  void SetSeconds(std::int64_t milliseconds);
 
   const LibraryFunctions& library_;
   FieldSet wanted_;

@@ -46,23 +46,27 @@ void AppendWithoutControls(std::string& target, std::string_view text) {
 }
 
 // Each run of tabs and line ends as one blank.
-void AppendOnOneLine(std::string& target, std::string_view text) {
+void AppendOnOneLine(GrowingText& target, std::string_view text) {
+  char* at = target.RoomFor(text.size());
   bool isBefore = false;
   for (const char letter : text) {
     const bool isBlank = IsAsciiLineEndOrTab(letter);
-    if (!isBlank) target += letter;
-    if (isBlank && !isBefore) target += ' ';
+    if (!isBlank) *at++ = letter;
+    if (isBlank && !isBefore) *at++ = ' ';
     isBefore = isBlank;
   }
+  target.EndAt(at);
 }
 
-void AppendQuoted(std::string& target, std::string_view text) {
-  target += '"';
+void AppendQuoted(GrowingText& target, std::string_view text) {
+  char* at = target.RoomFor(2 * text.size() + 2);
+  *at++ = '"';
   for (const char letter : text) {
-    if (letter == '"') target += '"';
-    target += letter;
+    if (letter == '"') *at++ = '"';
+    *at++ = letter;
   }
-  target += '"';
+  *at++ = '"';
+  target.EndAt(at);
 }
 
 }  // namespace
@@ -81,15 +85,15 @@ void CsvWriter::AddWithCare(std::string_view cell) {
   if (forSpreadsheet_ && isFormula) clean_.insert(0, 1, '\'');
   if (separation_ == Separation::Tabs) return AppendOnOneLine(row_, clean_);
   if (clean_.find_first_of(",\"\r\n") == std::string::npos) {
-    row_ += clean_;
+    row_.Append(clean_);
   } else {
     AppendQuoted(row_, clean_);
   }
 }
 
 void CsvWriter::EndRow() {
-  row_ += separation_ == Separation::Commas ? "\r\n" : "\n";
-  output_.Write(row_);
+  row_.Append(separation_ == Separation::Commas ? "\r\n" : "\n");
+  output_.Write(row_.View());
   DropRow();
 }
 

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/output/GrowingText.h"
 #include "host/output/Sink.h"
 
 namespace tavrel::host {
@@ -31,20 +32,22 @@ class CsvWriter {
   void EndRow();
 
   // The row so far. One that has to wait goes on later where it stopped: with its text, and how many cells that is.
-  [[nodiscard]] std::string_view Row() const noexcept { return row_; }
+  [[nodiscard]] std::string_view Row() const noexcept { return row_.View(); }
   void DropRow() noexcept {
-    row_.clear();
+    row_.Clear();
     cells_ = 0;
   }
   void SetRow(std::string_view row, std::size_t cells) {
-    row_ = row;
+    row_.Clear();
+    row_.Append(row);
     cells_ = cells;
   }
 
  private:
   void AddOrdinary(std::string_view cell) {
-    if (cells_++ > 0) row_ += separation_ == Separation::Commas ? ',' : '\t';
-    row_ += cell;
+    char* at = row_.RoomFor(1 + cell.size());
+    if (cells_++ > 0) *at++ = separation_ == Separation::Commas ? ',' : '\t';
+    row_.EndAt(GrowingText::Copy(cell, at));
   }
   void AddWithCare(std::string_view cell);
 
@@ -52,7 +55,7 @@ class CsvWriter {
   Separation separation_;
   bool forSpreadsheet_;
   std::size_t cells_ = 0;  // in this row
-  std::string row_;
+  GrowingText row_;
   std::string clean_;
 };
 
