@@ -5,12 +5,18 @@
 namespace tavrel::host {
 
 void FileTally::Add(const SongRecord& song) {
-  if (!song.State()) return;
-  ++counts_[static_cast<std::size_t>(*song.State())];
-  if (!song.HasFile()) return;
-  const std::string_view folder = song.MusicFolder().value_or("");
-  auto known = folders_.find(folder);
-  if (known == folders_.end()) known = folders_.emplace(folder, 0).first;
+  if (song.State()) Add(*song.State(), song.HasFile(), song.MusicFolder().value_or(""));
+}
+
+void FileTally::Add(const SongFile& file) {
+  if (file.status) Add(*file.status, !file.path.empty(), file.musicFolder);
+}
+
+void FileTally::Add(FileStatus status, bool hasFile, std::string_view musicFolder) {
+  ++counts_[static_cast<std::size_t>(status)];
+  if (!hasFile) return;
+  auto known = folders_.find(musicFolder);
+  if (known == folders_.end()) known = folders_.emplace(musicFolder, 0).first;
   ++known->second;
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "host/library/FileFinder.h"
 #include "host/library/SongRecord.h"
@@ -15,6 +16,7 @@ class FileTally {
  public:
   // The record's Path or Status must have been read. Each song once.
   void Add(const SongRecord& song);
+  void Add(const SongFile& file);
 
   [[nodiscard]] std::int64_t Count(FileStatus status) const noexcept {
     return counts_[static_cast<std::size_t>(status)];
@@ -25,6 +27,8 @@ class FileTally {
   [[nodiscard]] std::string Line() const;
 
  private:
+  void Add(FileStatus status, bool hasFile, std::string_view musicFolder);
+
   std::array<std::int64_t, kFileStatusCount> counts_{};
   TextMap<std::int64_t> folders_;  // how many were found in each
 };

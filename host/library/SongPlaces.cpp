@@ -3,32 +3,46 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <optional>
-#include <string_view>
 
 namespace tavrel::host {
 namespace {
 
+constexpr std::size_t kLongestId = 31;  // in bytes
+
 std::optional<std::int64_t> TrackId(const LibraryFunctions& library, const PlaylistRecord* playlist,
                                     std::int32_t position) {
-  std::array<char, 32> text{};
-  const std::int32_t size = library.getSongProperty(playlist, position, "Track ID", text.data(),
+  std::array<char, kLongestId + 1> text{};
+  const std::int32_t size = library.getSongProperty(playlist, position, kTrackIdKey, text.data(),
                                                     static_cast<std::int32_t>(text.size()));
   if (size <= 0 || size > static_cast<std::int32_t>(text.size())) return std::nullopt;
-  std::int64_t id = 0;
-  const char* end = text.data() + size - 1;
-  const auto [stop, error] = std::from_chars(text.data(), end, id);
-  return error == std::errc() && stop == end ? std::optional(id) : std::nullopt;
+  return TrackIdOf({text.data(), static_cast<std::size_t>(size - 1)});
+}
+
+std::vector<NumberedId> IdsOfAllSongs(const LibraryFunctions& library) {
+  std::vector<NumberedId> ids;
+  const PlaylistRecord* all = library.openAllSongs();
+  const std::int32_t count = library.getSongCount(all);
+  for (std::int32_t i = 0; i < count; ++i) {
+    if (const auto id = TrackId(library, all, i)) ids.emplace_back(*id, i);
+  }
+  return ids;
 }
 
 }  // namespace
 
-SongNumbers::SongNumbers(const LibraryFunctions& library) : library_(library) {
-  const PlaylistRecord* all = library.openAllSongs();
-  const std::int32_t count = library.getSongCount(all);
-  for (std::int32_t i = 0; i < count; ++i) {
-    if (const auto id = TrackId(library, all, i)) byId_.emplace_back(*id, i);
-  }
+std::optional<std::int64_t> TrackIdOf(std::string_view text) noexcept {
+  if (text.size() > kLongestId) return std::nullopt;
+  std::int64_t id = 0;
+  const char* end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, id);
+  return error == std::errc() && stop == end ? std::optional(id) : std::nullopt;
+}
+
+SongNumbers::SongNumbers(const LibraryFunctions& library)
+    : SongNumbers(library, IdsOfAllSongs(library)) {}
+
+SongNumbers::SongNumbers(const LibraryFunctions& library, std::vector<NumberedId> ids)
+    : library_(library), byId_(std::move(ids)) {
   std::sort(byId_.begin(), byId_.end());
 }
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -28,16 +30,27 @@ class SongPlaces {
   std::vector<Held> held_;  // ascending
 };
 
+inline constexpr const char* kTrackIdKey = "Track ID";
+
+// The number that a track ID is; none for a text that is no number.
+[[nodiscard]] std::optional<std::int64_t> TrackIdOf(std::string_view text) noexcept;
+
+// A song's track ID, and its position among all songs.
+using NumberedId = std::pair<std::int64_t, std::int32_t>;
+
 // The position among all songs of each song of a playlist; -1 for what is not in the file.
 class SongNumbers {
  public:
+  // Cost: a look at each song.
   explicit SongNumbers(const LibraryFunctions& library);
+  // The same for who has read all songs. ids: of those that have one.
+  SongNumbers(const LibraryFunctions& library, std::vector<NumberedId> ids);
 
   [[nodiscard]] std::int32_t Of(const PlaylistRecord* playlist, std::int32_t position) const;
 
  private:
   const LibraryFunctions& library_;
-  std::vector<std::pair<std::int64_t, std::int32_t>> byId_;  // ascending
+  std::vector<NumberedId> byId_;  // ascending
 };
 
 }  // namespace tavrel::host

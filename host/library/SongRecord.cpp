@@ -5,21 +5,11 @@
 #include <algorithm>
 #include <charconv>
 
+#include "host/library/FieldTexts.h"
 #include "host/library/KeptFailure.h"
-#include "text/FileUrl.h"
-#include "text/OrdinaryUrl.h"
 
 namespace tavrel::host {
 namespace {
-
-// A whole number, and nothing else.
-std::optional<std::int64_t> ParseNumber(std::string_view text) noexcept {
-  if (text.starts_with('+')) text.remove_prefix(1);
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
 
 // Digits that are written as to_chars() would write them, and too few to overflow: nearly all numbers.
 bool IsPlainNumber(std::string_view text) noexcept {
@@ -34,19 +24,7 @@ bool IsJsonNumber(std::string_view text) noexcept {
   if (IsPlainNumber(text)) return true;
   const std::string_view digits = text.substr(text.starts_with('-') ? 1 : 0);
   const bool isPlain = digits.size() == 1 || !digits.starts_with('0');
-  return isPlain && !text.starts_with('+') && ParseNumber(text).has_value();
-}
-
-// "2009-11-05T08:13:42Z"
-bool IsDate(std::string_view text) noexcept {
-  constexpr std::string_view kLeast = "0000-00-00T00:00:00Z";
-  constexpr std::string_view kMost = "9999-99-99T99:99:99Z";
-  if (text.size() != kLeast.size()) return false;
-  int odd = 0;  // without an end at the first: all characters are looked at together
-  for (std::size_t i = 0; i < kLeast.size(); ++i) {
-    odd += text[i] < kLeast[i] || text[i] > kMost[i] ? 1 : 0;
-  }
-  return odd == 0;
+  return isPlain && !text.starts_with('+') && NumberIn(text).has_value();
 }
 
 // Thousandths without zeros at their end: 245000 is "245", 245120 is "245.12".
@@ -85,7 +63,7 @@ FieldSet SetOf(std::initializer_list<Field> fields) {
 
 std::optional<std::int64_t> SongRecord::Number(Field field) const noexcept {
   const auto text = Text(field);
-  return text ? ParseNumber(*text) : std::nullopt;
+  return text ? NumberIn(*text) : std::nullopt;
 }
 
 bool SongRecord::Is(Field flag) const noexcept {
@@ -114,7 +92,8 @@ SongRecordReader::SongRecordReader(const LibraryFunctions& library, const FieldS
       read_(wanted),
       others_(keys),
       keys_(keys),
-      plain_(library) {
+      plain_(library),
+      location_(library.files) {
   if (wanted.test(IndexOf(Field::Path)) || wanted.test(IndexOf(Field::Status))) {
     read_ |= SetOf({Field::Location, Field::Type});
   }
@@ -190,12 +169,12 @@ void SongRecordReader::TakeField(Field field, std::string_view text) {
     case FieldType::Number:
       if (IsPlainNumber(text)) {
         Set(field, text, false);
-      } else if (const auto number = ParseNumber(text)) {
+      } else if (const auto number = NumberIn(text)) {
         SetNumber(field, *number);
       }
       break;
     case FieldType::Seconds:
-      if (const auto number = ParseNumber(text)) SetSeconds(*number);
+      if (const auto number = NumberIn(text)) SetSeconds(*number);
       break;
   }
 }
@@ -258,21 +237,12 @@ const SongRecord& SongRecordReader::Read(PlaylistRecord* playlist, std::int32_t 
 }
 
 void SongRecordReader::FindFile() {
-  const auto url = record_.Text(Field::Location);
-  const bool isSought = library_.files != nullptr && (wanted_.test(IndexOf(Field::Path)) ||
-                                                      wanted_.test(IndexOf(Field::Status)));
-  std::optional<std::string_view> path;  // of an ordinary URL
-  if (url && text::IsFileUrl(*url)) {
-    path_.resize(std::max(path_.size(), url->size()));
-    if (const auto length = text::PathOfOrdinaryUrl(url->data(), path_.data())) {
-      path = std::string_view(path_).substr(0, *length);
-    }
-    if (wanted_.test(IndexOf(Field::Location))) KeepWrittenPath(*url, path);
+  const bool isSought = wanted_.test(IndexOf(Field::Path)) || wanted_.test(IndexOf(Field::Status));
+  location_.Read(record_.Text(Field::Location), record_.Text(Field::Type).value_or(""), isSought);
+  if (wanted_.test(IndexOf(Field::Location))) {
+    if (const auto path = location_.WrittenPath()) record_.writtenPath_ = Append(*path);
   }
-  if (!isSought) return;
-  const SongFile file = path ? library_.files->FindPath(*path)
-                             : library_.files->Find(record_.Text(Field::Location),
-                                                    record_.Text(Field::Type).value_or(""));
+  const SongFile& file = location_.File();
   record_.state_ = file.status;
   if (!file.path.empty()) Set(Field::Path, file.path);
   if (file.sought.data() == file.path.data()) {
@@ -281,15 +251,6 @@ void SongRecordReader::FindFile() {
     record_.soughtPath_ = Append(file.sought);
   }
   if (!file.musicFolder.empty()) record_.musicFolder_ = Append(file.musicFolder);
-}
-
-void SongRecordReader::KeepWrittenPath(std::string_view url,
-                                       const std::optional<std::string_view>& ordinary) {
-  if (ordinary) {
-    record_.writtenPath_ = Append(*ordinary);
-  } else if (const auto path = text::PathOfUrl(url)) {
-    record_.writtenPath_ = Append(*path);
-  }
 }
 
 // ---- Songs --------------------------------------------------------------------------------------

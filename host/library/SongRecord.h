@@ -14,6 +14,7 @@
 #include "host/library/Fields.h"
 #include "host/library/FileFinder.h"
 #include "host/library/Library.h"
+#include "host/library/LocationReader.h"
 #include "host/library/SongKeys.h"
 #include "host/library/SongReader.h"
 #include "host/output/GrowingText.h"
@@ -116,7 +117,6 @@ class SongRecordReader {
   void TakeOther(std::size_t key, std::string_view text, std::string_view type);
   void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);
   void FindFile();
-  void KeepWrittenPath(std::string_view url, const std::optional<std::string_view>& ordinary);
   [[nodiscard]] SongRecord::Place Append(std::string_view text, bool isText = true);
   void Set(Field field, std::string_view text, bool isText = true);
   void SetNumber(Field field, std::int64_t number);
@@ -132,7 +132,7 @@ class SongRecordReader {
   FieldSet seen_;
   SongReader plain_;
   SongRecord record_;
-  std::string path_;  // room for one
+  LocationReader location_;
 };
 
 // What albums, statistics and names of files need of a song. The texts are the record's; the location is the

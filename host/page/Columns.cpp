@@ -41,16 +41,19 @@ void TextColumn::Add(std::optional<std::string_view> text) {
 }
 
 std::int64_t TextColumn::NumberOf(std::string_view text) {
-  if (text.empty()) return 0;
-  const auto known = known_.find(text);
-  if (known != known_.end()) return known->second;
+  const auto [written, isNewlyWritten] = known_.Of(text);
+  if (!isNewlyWritten) return shown_[written];
+  shown_.push_back(0);
   std::string shown = Compose(text);
   if (shown.find_first_not_of(' ') == std::string::npos) return 0;
-  const auto [entry, isNew] = known_.try_emplace(shown, static_cast<std::int64_t>(texts_.size()));
-  const std::int64_t number = entry->second;
-  if (text != shown) known_.try_emplace(std::string(text), number);
-  if (isNew) texts_.push_back(std::move(shown));
-  return number;
+  const auto [composed, isNewlyComposed] =
+      shown == text ? TextNumbers::Found{written, true} : known_.Of(shown);
+  if (isNewlyComposed) {
+    shown_.resize(known_.Size());
+    shown_[composed] = static_cast<std::int64_t>(texts_.size());
+    texts_.push_back(std::move(shown));
+  }
+  return shown_[written] = shown_[composed];
 }
 
 PackedNumbers Pack(const std::vector<std::int64_t>& numbers) {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/library/TextHash.h"
+#include "host/library/TextNumbers.h"
 
 namespace tavrel::host {
 
@@ -32,7 +32,8 @@ class TextColumn {
 
   std::vector<std::string> texts_ = {""};
   std::vector<std::int64_t> numbers_;
-  TextMap<std::int64_t> known_;  // as the file writes them, and as they are shown
+  TextNumbers known_;                // as the file writes them, and as they are shown
+  std::vector<std::int64_t> shown_;  // for each of these the number of its text
   std::string last_;
   std::int64_t lastNumber_ = 0;
 };

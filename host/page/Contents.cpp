@@ -2,102 +2,30 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <chrono>
+#include <future>
+#include <optional>
 #include <stdexcept>
+#include <utility>
 
 #include "host/library/AlbumGrouping.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongPlaces.h"
 #include "host/library/SongRecord.h"
 #include "host/output/Text.h"
+#include "host/page/ColumnMaker.h"
+#include "host/page/SongBlock.h"
+#include "host/page/SongTexts.h"
 
 namespace tavrel::host {
 namespace {
 
-struct Kept {
-  Field field;
-  ColumnKind kind;
-};
-
-// In the order in which the page offers them.
-constexpr std::array kKept{
-    Kept{Field::Name, ColumnKind::Text},         Kept{Field::Artist, ColumnKind::Text},
-    Kept{Field::AlbumArtist, ColumnKind::Text},  Kept{Field::Album, ColumnKind::Text},
-    Kept{Field::Composer, ColumnKind::Text},     Kept{Field::Genre, ColumnKind::Text},
-    Kept{Field::Grouping, ColumnKind::Text},     Kept{Field::Year, ColumnKind::Number},
-    Kept{Field::Disc, ColumnKind::Number},       Kept{Field::Track, ColumnKind::Number},
-    Kept{Field::Seconds, ColumnKind::Seconds},   Kept{Field::Rating, ColumnKind::Rating},
-    Kept{Field::Plays, ColumnKind::Number},      Kept{Field::Skips, ColumnKind::Number},
-    Kept{Field::LastPlayed, ColumnKind::Day},    Kept{Field::Added, ColumnKind::Day},
-    Kept{Field::Released, ColumnKind::Day},      Kept{Field::Comments, ColumnKind::Text},
-    Kept{Field::Bpm, ColumnKind::Number},        Kept{Field::BitRate, ColumnKind::Number},
-    Kept{Field::SampleRate, ColumnKind::Number}, Kept{Field::Size, ColumnKind::Kilobytes},
-    Kept{Field::Kind, ColumnKind::Text},         Kept{Field::Series, ColumnKind::Text},
-    Kept{Field::Season, ColumnKind::Number},     Kept{Field::Episode, ColumnKind::Number},
-    Kept{Field::Loved, ColumnKind::Flag},        Kept{Field::Disabled, ColumnKind::Flag},
-    Kept{Field::Compilation, ColumnKind::Flag},  Kept{Field::Explicit, ColumnKind::Flag},
-    Kept{Field::Podcast, ColumnKind::Flag},      Kept{Field::Movie, ColumnKind::Flag},
-    Kept{Field::TvShow, ColumnKind::Flag},       Kept{Field::Status, ColumnKind::Text},
-    Kept{Field::Path, ColumnKind::Text},
-};
-
-constexpr std::int64_t kNone = -1;
-
-// The days from the beginning of 1970 to "2009-11-05T08:13:42Z"; kNone for a day that never was.
-std::int64_t DayOf(std::string_view date) noexcept {
-  const auto part = [date](std::size_t from, std::size_t size) {
-    int number = 0;
-    std::from_chars(date.data() + from, date.data() + from + size, number);
-    return number;
-  };
-  const std::chrono::year_month_day day(std::chrono::year(part(0, 4)),
-                                        std::chrono::month(static_cast<unsigned>(part(5, 2))),
-                                        std::chrono::day(static_cast<unsigned>(part(8, 2))));
-  if (!day.ok()) return kNone;
-  return std::chrono::sys_days(day).time_since_epoch().count();
-}
-
-// How many units it is, none below 0.
-std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
-  const std::int64_t whole = std::max<std::int64_t>(number, 0);
-  return whole / unit + (whole % unit >= unit / 2 ? 1 : 0);
-}
-
-std::int64_t NumberOf(const SongRecord& song, Field field, ColumnKind kind) {
-  switch (kind) {
-    case ColumnKind::Seconds:
-      return song.Text(field) ? Rounded(song.Milliseconds(), 1000) : kNone;
-    case ColumnKind::Day:
-      return song.Text(field) ? DayOf(*song.Text(field)) : kNone;
-    case ColumnKind::Kilobytes:
-      return song.Number(field) ? Rounded(*song.Number(field), 1024) : kNone;
-    case ColumnKind::Rating:
-      return song.Is(Field::RatingComputed) ? kNone : song.Number(field).value_or(kNone);
-    case ColumnKind::Flag:
-      return song.Is(field) ? 1 : kNone;
-    default:
-      return song.Number(field).value_or(kNone);
-  }
-}
-
-// As the columns have it: one higher, never below none, and exact as a number of a script.
-std::int64_t Stored(std::int64_t number) noexcept {
-  constexpr std::int64_t kLargestExact = (std::int64_t{1} << 53) - 2;
-  return std::clamp(number, kNone, kLargestExact) + 1;
-}
-
-// Where the file is; where it should be when it is missing.
-std::optional<std::string_view> PathOf(const SongRecord& song) {
-  const auto path = song.Text(Field::Path);
-  return path || !song.Text(Field::Location) ? path : song.SoughtPath();
-}
+constexpr std::int64_t kNoPart = -1;
 
 class Albums {
  public:
   void Add(const Song& song) {
     const std::optional<std::size_t> part = grouping_.Add(song);
-    parts_.push_back(part ? static_cast<std::int64_t>(*part) : kNone);
+    parts_.push_back(part ? static_cast<std::int64_t>(*part) : kNoPart);
     plays_.push_back(std::max(song.playCount, 0));
   }
 
@@ -118,7 +46,7 @@ class Albums {
     }
     for (std::size_t song = 0; song < parts_.size(); ++song) {
       const std::int64_t number =
-          parts_[song] == kNone ? 0 : numbers[static_cast<std::size_t>(parts_[song])];
+          parts_[song] == kNoPart ? 0 : numbers[static_cast<std::size_t>(parts_[song])];
       contents.albumOf.push_back(number);
       if (number == 0) continue;
       PageAlbum& album = contents.albums[static_cast<std::size_t>(number - 1)];
@@ -135,9 +63,10 @@ class Albums {
 };
 
 // Folders, and the others that hold songs of the library's.
-std::vector<PagePlaylist> ReadPagePlaylists(const LibraryFunctions& library) {
+std::vector<PagePlaylist> ReadPagePlaylists(const LibraryFunctions& library,
+                                            std::vector<NumberedId> ids) {
   const std::vector<Playlist> playlists = ReadPlaylists(library);
-  const SongNumbers numbers(library);
+  const SongNumbers numbers(library, std::move(ids));
   std::vector<PagePlaylist> kept;
   for (const TreeEntry& entry : MakeTree(playlists)) {
     const Playlist& playlist = playlists[entry.playlist];
@@ -153,19 +82,99 @@ std::vector<PagePlaylist> ReadPagePlaylists(const LibraryFunctions& library) {
   return kept;
 }
 
+// The number, as far as 32 bits have it.
+std::int32_t Narrowed(std::int64_t number) {
+  return static_cast<std::int32_t>(std::clamp<std::int64_t>(number, INT32_MIN, INT32_MAX));
+}
+
+// While the library shows some songs, those before them are put into columns by another thread.
+class ContentsMaker {
+ public:
+  ContentsMaker(const LibraryFunctions& library, bool withPaths)
+      : library_(library), columns_(withPaths), location_(library.files) {}
+
+  void ReadSongs() {
+    PlaylistRecord* const all = library_.openAllSongs();
+    const std::int32_t count = library_.getSongCount(all);
+    SongWalk walk(library_, columns_.Fields() | FieldsOfSong() | SetOf({Field::Type}));
+    std::array<SongBlock, 2> blocks;
+    std::future<void> adding;
+    std::size_t turn = 0;
+    for (std::int32_t position = 0; position < count; turn = 1 - turn) {
+      SongBlock& block = blocks[turn];
+      block.Clear();
+      while (position < count && !block.IsFull()) walk.Show(all, position++, block);
+      if (adding.valid()) adding.get();
+      adding = std::async(std::launch::async, [this, &block] { Add(block); });
+    }
+    if (adding.valid()) adding.get();
+  }
+
+  PageContents Take() {
+    contents_.columns = columns_.Take();
+    albums_.MoveTo(contents_);
+    contents_.playlists = ReadPagePlaylists(library_, std::move(ids_));
+    return std::move(contents_);
+  }
+
+ private:
+  void Add(const SongBlock& songs) {
+    for (std::size_t song = 0; song < songs.Songs(); ++song) {
+      TakeTexts(songs, song);
+      FindFile();
+      columns_.Add(texts_);
+      AddToAlbum();
+      contents_.time +=
+          std::clamp<std::int64_t>(texts_.NumberOf(Field::Seconds).value_or(0), 0, INT32_MAX);
+      ++contents_.songs;
+    }
+  }
+
+  void TakeTexts(const SongBlock& songs, std::size_t song) {
+    texts_.Clear();
+    bool hasId = false;
+    songs.ForEachPair(song, [&](std::size_t key, std::optional<std::string_view> text) {
+      if (key != SongWalk::kTrackId) {
+        texts_.Take(static_cast<Field>(key), text);
+      } else if (!std::exchange(hasId, true)) {
+        const auto id = TrackIdOf(text.value_or(""));
+        if (id) ids_.emplace_back(*id, static_cast<std::int32_t>(contents_.songs));
+      }
+    });
+  }
+
+  void FindFile() {
+    const auto location = texts_.Of(Field::Location);
+    location_.Read(location, texts_.Of(Field::Type).value_or(""), true);
+    const SongFile& file = location_.File();
+    contents_.tally.Add(file);
+    if (file.status) texts_.Take(Field::Status, StatusName(*file.status));
+    // Where the file is; where it should be when it is missing.
+    const std::string_view path = file.path.empty() && location ? file.sought : file.path;
+    texts_.Take(Field::Path, path);
+  }
+
+  void AddToAlbum() {
+    Song song;
+    song.location = location_.WrittenPath();
+    song.artist = texts_.Of(Field::Artist);
+    song.albumArtist = texts_.Of(Field::AlbumArtist);
+    song.album = texts_.Of(Field::Album);
+    song.playCount = Narrowed(texts_.NumberOf(Field::Plays).value_or(0));
+    song.isCompilation = texts_.Is(Field::Compilation);
+    albums_.Add(song);
+  }
+
+  const LibraryFunctions& library_;
+  ColumnMaker columns_;
+  LocationReader location_;
+  Albums albums_;
+  std::vector<NumberedId> ids_;
+  SongTexts texts_;  // of the song that is added
+  PageContents contents_;
+};
+
 }  // namespace
-
-std::string_view KindName(ColumnKind kind) {
-  constexpr std::array<std::string_view, 7> kNames{"text",      "number", "seconds", "day",
-                                                   "kilobytes", "rating", "flag"};
-  return kNames.at(static_cast<std::size_t>(kind));
-}
-
-bool PageColumn::IsUsed() const noexcept {
-  if (kind == ColumnKind::Text) return texts.Texts().size() > 1;
-  return std::any_of(numbers.begin(), numbers.end(),
-                     [](std::int64_t number) { return number != 0; });
-}
 
 const PageColumn& PageContents::Of(Field field) const {
   const auto found =
@@ -176,32 +185,9 @@ const PageColumn& PageContents::Of(Field field) const {
 }
 
 PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
-  PageContents contents;
-  FieldSet wanted = FieldsOfSong() | SetOf({Field::RatingComputed, Field::Type});
-  for (const Kept& kept : kKept) {
-    wanted.set(IndexOf(kept.field));
-    if (kept.field != Field::Path || withPaths) contents.columns.push_back({kept.field, kept.kind});
-  }
-  Albums albums;
-  ForEachRecord(library, library.openAllSongs(), wanted,
-                [&](std::int32_t, const SongRecord& record) {
-                  for (PageColumn& column : contents.columns) {
-                    if (column.field == Field::Path) {
-                      column.texts.Add(PathOf(record));
-                    } else if (column.kind == ColumnKind::Text) {
-                      column.texts.Add(record.Text(column.field));
-                    } else {
-                      column.numbers.push_back(Stored(NumberOf(record, column.field, column.kind)));
-                    }
-                  }
-                  albums.Add(AsSong(record));
-                  contents.tally.Add(record);
-                  contents.time += std::clamp<std::int64_t>(record.Milliseconds(), 0, INT32_MAX);
-                  ++contents.songs;
-                });
-  albums.MoveTo(contents);
-  contents.playlists = ReadPagePlaylists(library);
-  return contents;
+  ContentsMaker maker(library, withPaths);
+  maker.ReadSongs();
+  return maker.Take();
 }
 
 }  // namespace tavrel::host

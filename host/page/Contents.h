@@ -11,26 +11,9 @@
 #include "host/library/FileTally.h"
 #include "host/library/Library.h"
 #include "host/library/Playlists.h"
-#include "host/page/Columns.h"
+#include "host/page/ColumnMaker.h"
 
 namespace tavrel::host {
-
-enum class ColumnKind : std::uint8_t { Text, Number, Seconds, Day, Kilobytes, Rating, Flag };
-
-// "text", "number", …, as the page's scripts know them.
-[[nodiscard]] std::string_view KindName(ColumnKind kind);
-
-// One field of all songs. A number stands one higher than it is, so that 0 is none: seconds, days since
-// the beginning of 1970, kilobytes of 1024, ratings from 0 to 100 that somebody has given, 1 for a flag.
-struct PageColumn {
-  Field field;
-  ColumnKind kind;
-  TextColumn texts = {};
-  std::vector<std::int64_t> numbers = {};
-
-  // Whether any song has it.
-  [[nodiscard]] bool IsUsed() const noexcept;
-};
 
 struct PageAlbum {
   std::string title;

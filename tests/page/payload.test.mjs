@@ -61,7 +61,8 @@ test("Many songs come out of gzip as they went in", async () => {
   const file = join(folder, "library.xml");
   const track = (i) =>
     `<key>${i}</key><dict><key>Track ID</key><integer>${i}</integer><key>Name</key><string>N ${(i * 7) % 5501}</string>` +
-    `<key>Artist</key><string>A ${i >> 4}</string><key>Year</key><integer>${i % 3 ? 1900 + (i % 120) : i * 7e7}</integer></dict>`;
+    `<key>Artist</key><string>A ${i >> 4}</string><key>Year</key><integer>${i % 3 ? 1900 + (i % 120) : i * 7e7}</integer>` +
+    `${i % 5 ? "" : "<key>Name</key><string>of equal keys the first counts</string><key>Play Count</key><array/>"}</dict>`;
   writeFileSync(
     file,
     `<?xml version="1.0"?><plist version="1.0"><dict><key>Tracks</key><dict>${Array.from({length: 6000}, (_, i) =>

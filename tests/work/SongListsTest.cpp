@@ -16,6 +16,9 @@
 #include "host/output/Csv.h"
 #include "host/output/HeldRows.h"
 #include "host/output/Nearest.h"
+#include "host/page/ColumnMaker.h"
+#include "host/page/SongBlock.h"
+#include "host/page/SongTexts.h"
 #include "tests/work/WorkCount.h"
 
 namespace tavrel::test {
@@ -154,6 +157,27 @@ TEST(WorkOnLists, OfEveryFieldDoubles) {
       writer.EndRow();
     }
     EXPECT_GT(counter.size, 100u * static_cast<unsigned>(songCount));
+  });
+}
+
+TEST(WorkOnLists, OfColumnsOfThePageDoubles) {
+  ExpectDoubledWithTheSongs("page", [](const LibraryFunctions& library) {
+    ColumnMaker columns(false);
+    SongWalk walk(library, columns.Fields());
+    SongBlock block;
+    SongTexts texts;
+    for (std::int32_t song = 0; song < songCount; ++song) {
+      block.Clear();
+      walk.Show(library.openAllSongs(), song, block);
+      texts.Clear();
+      block.ForEachPair(0, [&](std::size_t key, std::optional<std::string_view> text) {
+        if (key != SongWalk::kTrackId) texts.Take(static_cast<Field>(key), text);
+      });
+      columns.Add(texts);
+    }
+    const std::vector<PageColumn> made = columns.Take();
+    EXPECT_EQ(made.front().texts.Texts().size(), static_cast<std::size_t>(songCount) + 1);
+    EXPECT_GE(Pack(made.front().texts.Numbers()).bytes.size(), static_cast<std::size_t>(songCount));
   });
 }
 

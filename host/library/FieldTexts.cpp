@@ -1,0 +1,27 @@
+#include "host/library/FieldTexts.h"
+
+#include <charconv>
+#include <cstddef>
+
+namespace tavrel::host {
+
+std::optional<std::int64_t> NumberIn(std::string_view text) noexcept {
+  if (text.starts_with('+')) text.remove_prefix(1);
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+bool IsDate(std::string_view text) noexcept {
+  constexpr std::string_view kLeast = "0000-00-00T00:00:00Z";
+  constexpr std::string_view kMost = "9999-99-99T99:99:99Z";
+  if (text.size() != kLeast.size()) return false;
+  int odd = 0;  // without an end at the first: all characters are looked at together
+  for (std::size_t i = 0; i < kLeast.size(); ++i) {
+    odd += text[i] < kLeast[i] || text[i] > kMost[i] ? 1 : 0;
+  }
+  return odd == 0;
+}
+
+}  // namespace tavrel::host

@@ -1,0 +1,125 @@
+#include "host/page/ColumnMaker.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <chrono>
+#include <optional>
+
+#include "host/library/FieldTexts.h"
+
+namespace tavrel::host {
+namespace {
+
+struct Kept {
+  Field field;
+  ColumnKind kind;
+};
+
+// In the order in which the page offers them.
+constexpr std::array kKept{
+    Kept{Field::Name, ColumnKind::Text},         Kept{Field::Artist, ColumnKind::Text},
+    Kept{Field::AlbumArtist, ColumnKind::Text},  Kept{Field::Album, ColumnKind::Text},
+    Kept{Field::Composer, ColumnKind::Text},     Kept{Field::Genre, ColumnKind::Text},
+    Kept{Field::Grouping, ColumnKind::Text},     Kept{Field::Year, ColumnKind::Number},
+    Kept{Field::Disc, ColumnKind::Number},       Kept{Field::Track, ColumnKind::Number},
+    Kept{Field::Seconds, ColumnKind::Seconds},   Kept{Field::Rating, ColumnKind::Rating},
+    Kept{Field::Plays, ColumnKind::Number},      Kept{Field::Skips, ColumnKind::Number},
+    Kept{Field::LastPlayed, ColumnKind::Day},    Kept{Field::Added, ColumnKind::Day},
+    Kept{Field::Released, ColumnKind::Day},      Kept{Field::Comments, ColumnKind::Text},
+    Kept{Field::Bpm, ColumnKind::Number},        Kept{Field::BitRate, ColumnKind::Number},
+    Kept{Field::SampleRate, ColumnKind::Number}, Kept{Field::Size, ColumnKind::Kilobytes},
+    Kept{Field::Kind, ColumnKind::Text},         Kept{Field::Series, ColumnKind::Text},
+    Kept{Field::Season, ColumnKind::Number},     Kept{Field::Episode, ColumnKind::Number},
+    Kept{Field::Loved, ColumnKind::Flag},        Kept{Field::Disabled, ColumnKind::Flag},
+    Kept{Field::Compilation, ColumnKind::Flag},  Kept{Field::Explicit, ColumnKind::Flag},
+    Kept{Field::Podcast, ColumnKind::Flag},      Kept{Field::Movie, ColumnKind::Flag},
+    Kept{Field::TvShow, ColumnKind::Flag},       Kept{Field::Status, ColumnKind::Text},
+    Kept{Field::Path, ColumnKind::Text},
+};
+
+constexpr std::int64_t kNone = -1;
+
+// The days from the beginning of 1970 to "2009-11-05T08:13:42Z"; kNone for a day that never was.
+std::int64_t DayOf(std::string_view date) noexcept {
+  const auto part = [date](std::size_t from, std::size_t size) {
+    int number = 0;
+    std::from_chars(date.data() + from, date.data() + from + size, number);
+    return number;
+  };
+  const std::chrono::year_month_day day(std::chrono::year(part(0, 4)),
+                                        std::chrono::month(static_cast<unsigned>(part(5, 2))),
+                                        std::chrono::day(static_cast<unsigned>(part(8, 2))));
+  if (!day.ok()) return kNone;
+  return std::chrono::sys_days(day).time_since_epoch().count();
+}
+
+// How many units it is, none below 0.
+std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
+  const std::int64_t whole = std::max<std::int64_t>(number, 0);
+  return whole / unit + (whole % unit >= unit / 2 ? 1 : 0);
+}
+
+std::int64_t NumberOf(const SongTexts& song, Field field, ColumnKind kind) {
+  if (!song.Of(field)) return kNone;
+  switch (kind) {
+    case ColumnKind::Day:
+      return IsDate(*song.Of(field)) ? DayOf(*song.Of(field)) : kNone;
+    case ColumnKind::Flag:
+      return song.Is(field) ? 1 : kNone;
+    case ColumnKind::Rating:
+      if (song.Is(Field::RatingComputed)) return kNone;
+      break;
+    default:
+      break;
+  }
+  const std::optional<std::int64_t> number = song.NumberOf(field);
+  if (!number) return kNone;
+  if (kind == ColumnKind::Seconds) return Rounded(*number, 1000);
+  return kind == ColumnKind::Kilobytes ? Rounded(*number, 1024) : *number;
+}
+
+// As the columns have it: one higher, never below none, and exact as a number of a script.
+std::int64_t Stored(std::int64_t number) noexcept {
+  constexpr std::int64_t kLargestExact = (std::int64_t{1} << 53) - 2;
+  return std::clamp(number, kNone, kLargestExact) + 1;
+}
+
+}  // namespace
+
+std::string_view KindName(ColumnKind kind) {
+  constexpr std::array<std::string_view, 7> kNames{"text",      "number", "seconds", "day",
+                                                   "kilobytes", "rating", "flag"};
+  return kNames.at(static_cast<std::size_t>(kind));
+}
+
+bool PageColumn::IsUsed() const noexcept {
+  if (kind == ColumnKind::Text) return texts.Texts().size() > 1;
+  return std::any_of(numbers.begin(), numbers.end(),
+                     [](std::int64_t number) { return number != 0; });
+}
+
+ColumnMaker::ColumnMaker(bool withPaths) {
+  for (const Kept& kept : kKept) {
+    if (kept.field != Field::Path || withPaths) columns_.push_back({kept.field, kept.kind});
+  }
+}
+
+FieldSet ColumnMaker::Fields() const {
+  FieldSet fields;
+  fields.set(IndexOf(Field::RatingComputed));
+  for (const PageColumn& column : columns_) fields.set(IndexOf(column.field));
+  return fields;
+}
+
+void ColumnMaker::Add(const SongTexts& song) {
+  for (PageColumn& column : columns_) {
+    if (column.kind == ColumnKind::Text) {
+      column.texts.Add(song.Of(column.field));
+    } else {
+      column.numbers.push_back(Stored(NumberOf(song, column.field, column.kind)));
+    }
+  }
+}
+
+}  // namespace tavrel::host

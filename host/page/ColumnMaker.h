@@ -1,0 +1,51 @@
+// The fields of songs that the page tells, as columns.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "host/library/Fields.h"
+#include "host/page/Columns.h"
+#include "host/page/SongTexts.h"
+
+namespace tavrel::host {
+
+enum class ColumnKind : std::uint8_t { Text, Number, Seconds, Day, Kilobytes, Rating, Flag };
+
+// "text", "number", …, as the page's scripts know them.
+[[nodiscard]] std::string_view KindName(ColumnKind kind);
+
+// One field of all songs. A number stands one higher than it is, so that 0 is none: seconds, days since
+// the beginning of 1970, kilobytes of 1024, ratings from 0 to 100 that somebody has given, 1 for a flag.
+struct PageColumn {
+  Field field;
+  ColumnKind kind;
+  TextColumn texts = {};
+  std::vector<std::int64_t> numbers = {};
+
+  // Whether any song has it.
+  [[nodiscard]] bool IsUsed() const noexcept;
+};
+
+class ColumnMaker {
+ public:
+  // withPaths: also where the songs' files lie.
+  explicit ColumnMaker(bool withPaths);
+
+  // What it reads of a song.
+  [[nodiscard]] FieldSet Fields() const;
+
+  // Of its path and its status that is told which was taken as such.
+  void Add(const SongTexts& song);
+
+  // In the order in which the page offers them.
+  [[nodiscard]] std::vector<PageColumn> Take() noexcept { return std::move(columns_); }
+
+ private:
+  std::vector<PageColumn> columns_;
+};
+
+}  // namespace tavrel::host
