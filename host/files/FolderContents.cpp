@@ -53,29 +53,39 @@ std::optional<FolderContents> FolderContents::Read(const std::string& path) {
   FolderContents folder(path.ends_with('/') ? path : path + '/');
   const std::unique_ptr<DIR, CloseFolder> open(::opendir(path.c_str()));
   if (open == nullptr) return IsMissing(errno) ? std::nullopt : std::optional(std::move(folder));
+  std::vector<Listed> listed;
   for (;;) {
     errno = 0;
     const dirent* entry = ::readdir(open.get());
     if (entry == nullptr) break;
     const std::string_view name = entry->d_name;
-    if (name != "." && name != "..") {
-      folder.entries_.push_back({std::string(name), KindOf(entry->d_type)});
-    }
+    if (name == "." || name == "..") continue;
+    folder.names_.insert(folder.names_.end(), name.begin(), name.end());
+    listed.emplace_back(name.size(), KindOf(entry->d_type));
   }
   folder.isListed_ = errno == 0;
-  if (!folder.isListed_) folder.entries_.clear();
-  std::sort(folder.entries_.begin(), folder.entries_.end(), ByName);
+  if (folder.isListed_) folder.SetEntries(listed);
   return folder;
 }
 
-const FolderEntry* FolderContents::Find(std::string_view name) const noexcept {
+void FolderContents::SetEntries(const std::vector<Listed>& listed) {
+  entries_.reserve(listed.size());
+  const char* name = names_.data();  // which moves no more
+  for (const auto& [length, kind] : listed) {
+    entries_.push_back({{name, length}, kind});
+    name += length;
+  }
+  std::sort(entries_.begin(), entries_.end(), ByName);
+}
+
+FolderEntry* FolderContents::Find(std::string_view name) noexcept {
   const auto place = std::lower_bound(
       entries_.begin(), entries_.end(), name,
       [](const FolderEntry& entry, std::string_view wanted) { return entry.name < wanted; });
   return place != entries_.end() && place->name == name ? &*place : nullptr;
 }
 
-std::vector<const FolderEntry*> FolderContents::FindAlike(std::string_view name) {
+std::vector<FolderEntry*> FolderContents::FindAlike(std::string_view name) {
   if (alike_.empty()) {
     for (std::size_t i = 0; i < entries_.size(); ++i) {
       alike_.emplace_back(AlikeName(entries_[i].name), i);
@@ -83,7 +93,7 @@ std::vector<const FolderEntry*> FolderContents::FindAlike(std::string_view name)
     std::sort(alike_.begin(), alike_.end());
   }
   const std::string wanted = AlikeName(name);
-  std::vector<const FolderEntry*> found;
+  std::vector<FolderEntry*> found;
   auto place = std::lower_bound(alike_.begin(), alike_.end(), Alike(wanted, 0));
   for (; place != alike_.end() && place->first == wanted && found.size() < kMostAlike; ++place) {
     found.push_back(&entries_[place->second]);
@@ -98,13 +108,13 @@ std::vector<const FolderEntry*> FolderContents::FindAlike(std::string_view name)
 bool FolderContents::IsFile(const FolderEntry& entry) const {
   if (entry.kind == EntryKind::File) return true;
   const bool mayBe = entry.kind == EntryKind::Link || entry.kind == EntryKind::Unknown;
-  return mayBe && IsFileAt(path_ + entry.name);
+  return mayBe && IsFileAt(path_ + std::string(entry.name));
 }
 
 bool FolderContents::IsFolder(const FolderEntry& entry) const {
   if (entry.kind == EntryKind::Folder) return true;
   const bool mayBe = entry.kind == EntryKind::Link || entry.kind == EntryKind::Unknown;
-  return mayBe && TypeAt(path_ + entry.name) == S_IFDIR;
+  return mayBe && TypeAt(path_ + std::string(entry.name)) == S_IFDIR;
 }
 
 bool IsFileAt(const std::string& path) noexcept {

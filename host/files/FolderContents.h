@@ -13,12 +13,19 @@ namespace tavrel::host {
 enum class EntryKind { File, Folder, Link, Other, Unknown };
 
 struct FolderEntry {
-  std::string name;
+  std::string_view name;  // as long as the contents that it comes from
   EntryKind kind;
+  bool isOfSong = false;  // whether it was found to be the file of one
 };
 
 class FolderContents {
  public:
+  FolderContents(const FolderContents&) = delete;
+  FolderContents& operator=(const FolderContents&) = delete;
+  FolderContents(FolderContents&&) = default;
+  FolderContents& operator=(FolderContents&&) = default;
+  ~FolderContents() = default;
+
   // Lists the folder and closes it again; none where there is no folder. One that may not be listed is there,
   // and seems empty.
   [[nodiscard]] static std::optional<FolderContents> Read(const std::string& path);
@@ -28,23 +35,27 @@ class FolderContents {
   [[nodiscard]] const std::vector<FolderEntry>& Entries() const noexcept { return entries_; }
 
   // Null when there is none of exactly this name. Cost: a logarithm.
-  [[nodiscard]] const FolderEntry* Find(std::string_view name) const noexcept;
+  [[nodiscard]] FolderEntry* Find(std::string_view name) noexcept;
 
   // The entries whose names differ from this one in case or in how accents are composed only: those of its
   // case first, and not more than a few. Cost: a logarithm; of the first call a look at every entry.
-  [[nodiscard]] std::vector<const FolderEntry*> FindAlike(std::string_view name);
+  [[nodiscard]] std::vector<FolderEntry*> FindAlike(std::string_view name);
 
   // Links count as what they lead to. Only regular files are files: nothing else can be played or copied.
   [[nodiscard]] bool IsFile(const FolderEntry& entry) const;
   [[nodiscard]] bool IsFolder(const FolderEntry& entry) const;
 
  private:
+  using Listed = std::pair<std::size_t, EntryKind>;   // how long the name is, behind those before
   using Alike = std::pair<std::string, std::size_t>;  // how a name compares, and whose it is
 
   explicit FolderContents(std::string path) : path_(std::move(path)) {}
 
+  void SetEntries(const std::vector<Listed>& listed);
+
   std::string path_;
   bool isListed_ = false;
+  std::vector<char> names_;
   std::vector<FolderEntry> entries_;  // in the byte order of their names
   std::vector<Alike> alike_;          // ascending; empty until it is asked for
 };

@@ -12,6 +12,8 @@
 namespace tavrel::host {
 namespace {
 
+constexpr auto kAllPlaces = static_cast<std::size_t>(-1);
+
 bool LeadsUpwards(std::string_view path) noexcept {
   for (;;) {
     const std::size_t end = std::min(path.find('/'), path.size());
@@ -98,7 +100,7 @@ SongFile SongFiles::WithoutLook(std::string_view folder, std::string_view name) 
 }
 
 SongFile SongFiles::FindIn(KnownFolder& known, std::string_view name) {
-  if (TakeExact(known.second, name)) return {FileStatus::Found, path_, path_, musicFolder_};
+  if (TakeExact(known, name)) return {FileStatus::Found, path_, path_, musicFolder_};
   if (!known.second.alike) Extend(known);
   if (TakeAlike(known.second, name)) return {FileStatus::Respelled, path_, path_, musicFolder_};
   sought_ = known.second.sought;
@@ -112,12 +114,7 @@ SongFiles::KnownFolder* SongFiles::KnownOf(std::string_view folder) {
   if (LeadsUpwards(folder)) return nullptr;  // so that nothing need be remembered of it
   const auto remembered = known_.find(folder);
   if (remembered != known_.end()) return last_ = &*remembered;
-  Known known;
-  for (const FilePlace& place : places_.Of(folder, folders_)) {
-    FolderContents* found = folders_.At(place.Path());
-    if (found != nullptr) known.exact.push_back({found, place.musicFolder});
-  }
-  return last_ = &*known_.emplace(folder, std::move(known)).first;
+  return last_ = &*known_.try_emplace(std::string(folder)).first;
 }
 
 void SongFiles::Extend(KnownFolder& known) {
@@ -133,17 +130,32 @@ void SongFiles::Extend(KnownFolder& known) {
   known.second.alike = std::move(alike);
 }
 
-bool SongFiles::TakeExact(const Known& known, std::string_view name) {
-  for (const Reached& reached : known.exact) {
-    const FolderContents& folder = *reached.folder;
-    const FolderEntry* entry = folder.Find(name);
-    const bool isThere = folder.IsListed() ? entry != nullptr && folder.IsFile(*entry)
-                                           : IsFileAt(folder.Path() + std::string(name));
-    if (!isThere) continue;
-    Take(reached, name);
-    return true;
+bool SongFiles::TakeExact(KnownFolder& known, std::string_view name) {
+  auto& [written, places] = known;
+  const auto isThere = [&](const Reached& reached) { return TakeFrom(reached, name); };
+  if (std::any_of(places.exact.begin(), places.exact.end(), isThere)) return true;
+  if (places.places == kAllPlaces) return false;
+  const std::vector<FilePlace> all = places_.Of(written, folders_);
+  while (places.places < all.size()) {
+    const FilePlace& place = all[places.places++];
+    FolderContents* folder = folders_.At(place.Path());
+    if (folder == nullptr) continue;
+    places.exact.push_back({folder, place.musicFolder});
+    if (isThere(places.exact.back())) return true;
   }
+  places.places = kAllPlaces;
   return false;
+}
+
+bool SongFiles::TakeFrom(const Reached& reached, std::string_view name) {
+  FolderContents& folder = *reached.folder;
+  FolderEntry* entry = folder.Find(name);
+  const bool isThere = folder.IsListed() ? entry != nullptr && folder.IsFile(*entry)
+                                         : IsFileAt(folder.Path() + std::string(name));
+  if (!isThere) return false;
+  if (entry != nullptr) entry->isOfSong = true;
+  Take(reached, name);
+  return true;
 }
 
 bool SongFiles::TakeAlike(const Known& known, std::string_view name) {
@@ -155,8 +167,9 @@ bool SongFiles::TakeAlike(const Known& known, std::string_view name) {
       Take(reached, *form);
       return true;
     }
-    for (const FolderEntry* entry : folder.FindAlike(name)) {
+    for (FolderEntry* entry : folder.FindAlike(name)) {
       if (!folder.IsFile(*entry)) continue;
+      entry->isOfSong = true;
       Take(reached, entry->name);
       return true;
     }

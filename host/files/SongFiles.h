@@ -45,7 +45,8 @@ class SongFiles final : public FileFinder {
   };
   // What is known of a folder of the library.
   struct Known {
-    std::vector<Reached> exact;                 // named as they are written
+    std::vector<Reached> exact;                 // named as they are written, of the places so far
+    std::size_t places = 0;                     // that were looked at
     std::optional<std::vector<Reached>> alike;  // those and others; none until it is needed
     std::string sought;                         // where it should be; empty until then
   };
@@ -57,7 +58,9 @@ class SongFiles final : public FileFinder {
   [[nodiscard]] KnownFolder* KnownOf(std::string_view folder);
   // Looks for what is needed for songs that are not where they are written.
   void Extend(KnownFolder& known);
-  [[nodiscard]] bool TakeExact(const Known& known, std::string_view name);
+  // Looks at no place behind the one where the file is.
+  [[nodiscard]] bool TakeExact(KnownFolder& known, std::string_view name);
+  [[nodiscard]] bool TakeFrom(const Reached& reached, std::string_view name);
   [[nodiscard]] bool TakeAlike(const Known& known, std::string_view name);
   void Take(const Reached& reached, std::string_view name);
 

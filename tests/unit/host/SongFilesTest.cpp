@@ -273,6 +273,36 @@ TEST_F(Locations, TakeOneListingAFolder) {
   EXPECT_EQ(files.AllFolders().Listings(), withThoseAbove);
 }
 
+TEST_F(Locations, AreLookedForBehindThePlaceWhereTheFileIsOnlyWhenItMisses) {
+  options_.music = Path("disk");
+  const std::string first = Put("disk/Music/A/B/1.mp3");
+  const std::string behind = Put("disk/A/B/2.mp3");
+  SongFiles files(options_, musicFolder_, std::nullopt);
+  const std::string album = "file:///Users/me/Music/iTunes/iTunes%20Media/Music/A/B/";
+  EXPECT_EQ(files.Find(album + "1.mp3", "").path, first);
+  EXPECT_EQ(files.AllFolders().Listings(), 2u) << "of the folder of media, and of the album";
+  EXPECT_EQ(files.Find(album + "2.mp3", "").path, behind);
+  EXPECT_EQ(files.AllFolders().Listings(), 3u);
+  EXPECT_EQ(files.Find(album + "1.mp3", "").path, first);
+  EXPECT_EQ(files.Find(album + "2.mp3", "").path, behind);
+  EXPECT_EQ(files.AllFolders().Listings(), 3u);
+}
+
+TEST_F(Locations, AreRememberedAsThoseOfSongs) {
+  const std::string exact = Put("x/1.mp3");
+  const std::string upper = Put("x/SONG.MP3");
+  Put("x/other.mp3");
+  SongFiles files(options_, musicFolder_, std::nullopt);
+  EXPECT_EQ(files.Find("file://" + Path("x/1.mp3"), "").path, exact);
+  EXPECT_EQ(files.Find("file://" + Path("x/song.mp3"), "").path, upper);
+  EXPECT_EQ(files.Find("file://" + Path("x/none.mp3"), "").path, "");
+  std::vector<std::string> ofSongs;
+  for (const FolderEntry& entry : files.AllFolders().At(Path("x"))->Entries()) {
+    if (entry.isOfSong) ofSongs.emplace_back(entry.name);
+  }
+  EXPECT_EQ(ofSongs, (std::vector<std::string>{"1.mp3", "SONG.MP3"}));
+}
+
 TEST_F(Locations, AreToldWithoutALookAtTheDisk) {
   options_.form = PathForm::AsWritten;
   EXPECT_EQ(Find("file:///a/Caf%C3%A9.mp3"), std::string("unknown /a/") + kComposed + ".mp3");
