@@ -2,21 +2,23 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstring>
 
 namespace tavrel::host {
 namespace {
 
-bool IsOfType(std::string_view type, FieldType wanted) noexcept {
+bool IsOfType(const char* type, FieldType wanted) noexcept {
+  const auto is = [type](const char* name) { return std::strcmp(type, name) == 0; };
   switch (wanted) {
     case FieldType::Text:
-      return type == "string";
+      return is("string");
     case FieldType::Number:
     case FieldType::Seconds:
-      return type == "integer";
+      return is("integer");
     case FieldType::Date:
-      return type == "date";
+      return is("date");
     case FieldType::Flag:
-      return type == "true" || type == "false";
+      return is("true") || is("false");
   }
   return true;
 }
@@ -44,14 +46,19 @@ void DictionaryChecks::WatchReader(SongRecordReader& reader) {
 }
 
 void DictionaryChecks::Take(std::size_t number, const char* key, const char* text,
-                            std::string_view type) {
+                            const char* type) {
   if (number >= kFieldCount) {
-    if (!id_ && std::string_view(key) == "Track ID") id_ = ParseId(text);
+    if (std::strcmp(key, kTrackIdKey) == 0) TakeId(text);
     return;
   }
   const auto field = static_cast<Field>(number);
   if (field == Field::Id && persistentId_.empty()) persistentId_ = text;
   if (!IsOfType(type, FactsOf(field).type)) oddities_.emplace_back(key, type);
+}
+
+void DictionaryChecks::TakeId(std::string_view text) {
+  if (!trackId_) trackId_ = TrackIdOf(text);
+  if (!id_) id_ = ParseId(text);
 }
 
 void DictionaryChecks::End(std::int32_t position) {
@@ -65,6 +72,7 @@ void DictionaryChecks::End(std::int32_t position) {
     if (!ids_.empty() && *id_ < ids_.back().first) outOfOrder_.push_back(position);
     ids_.emplace_back(*id_, position);
   }
+  if (trackId_ && *trackId_) trackIds_.emplace_back(**trackId_, position);
   const bool isNew = persistentId_.empty() || persistentIds_.Of(persistentId_).isNew;
   if (!isNew) persistentTwice_.push_back(position);
   for (const auto& oddity : oddities_) {
@@ -72,6 +80,7 @@ void DictionaryChecks::End(std::int32_t position) {
     if (songs.empty() || songs.back() != position) songs.push_back(position);
   }
   id_.reset();
+  trackId_.reset();
   persistentId_.clear();
   oddities_.clear();
 }
@@ -93,7 +102,8 @@ void DictionaryChecks::Report(std::vector<FileFinding>& findings) {
 }
 
 Positions DictionaryChecks::Twice() {
-  std::sort(ids_.begin(), ids_.end());
+  // As they nearly always stand.
+  if (!std::is_sorted(ids_.begin(), ids_.end())) std::sort(ids_.begin(), ids_.end());
   Positions twice;
   for (std::size_t i = 1; i < ids_.size(); ++i) {
     if (ids_[i].first == ids_[i - 1].first) twice.push_back(ids_[i].second);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/checks/DuplicateSearch.h"
+#include "host/library/SongPlaces.h"
 #include "host/library/SongRecord.h"
 #include "host/library/TextNumbers.h"
 #include "host/output/MessageGuard.h"
@@ -43,18 +44,25 @@ class DictionaryChecks {
   // Takes what was found.
   void Report(std::vector<FileFinding>& findings);
 
+  // Takes the IDs by which playlists know the songs.
+  [[nodiscard]] std::vector<NumberedId> TakeTrackIds() noexcept { return std::move(trackIds_); }
+
  private:
   using Id = std::int64_t;
 
-  void Take(std::size_t number, const char* key, const char* text, std::string_view type);
+  void Take(std::size_t number, const char* key, const char* text, const char* type);
+  void TakeId(std::string_view text);
   [[nodiscard]] Positions Twice();
 
   std::int64_t logged_ = LoggedBytes();
   std::optional<Id> id_;  // of the song that is read
+  // By which playlists know it: nothing where the first value that it has is none.
+  std::optional<std::optional<Id>> trackId_;
   std::string persistentId_;
   std::vector<std::pair<std::string, std::string>>
       oddities_;  // its keys that are odd, and their types
   std::vector<std::pair<Id, std::int32_t>> ids_;
+  std::vector<NumberedId> trackIds_;
   TextNumbers persistentIds_;
   Positions withoutId_;
   Positions outOfOrder_;

@@ -1,7 +1,7 @@
 #include "host/checks/FileChecks.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include "host/library/FileFormat.h"
 #include "host/library/Playlists.h"
@@ -33,12 +33,13 @@ std::int64_t CountBrokenElsewhere(const LibraryFunctions& library,
 }
 
 Positions InNoList(const LibraryFunctions& library, const std::vector<Playlist>& playlists,
-                   std::int32_t songs) {
+                   std::vector<NumberedId> ids) {
   Positions alone;
   const bool hasLists = std::any_of(playlists.begin(), playlists.end(),
                                     [](const Playlist& list) { return list.isInFile; });
   if (!hasLists) return alone;
-  const SongNumbers numbers(library);
+  const std::int32_t songs = library.getSongCount(library.openAllSongs());
+  const SongNumbers numbers(library, std::move(ids));
   std::vector<bool> isHeld(static_cast<std::size_t>(songs), false);
   for (const Playlist& playlist : playlists) {
     for (std::int32_t i = 0; i < playlist.songCount; ++i) {
@@ -74,7 +75,8 @@ FileChecks CheckFile(const Session& session, const std::function<void()>& step,
   checks.isWhole = EndsLikePropertyList(session.place.File());
   DictionaryChecks own;
   if (read == nullptr) ReadDictionaries(library, step, own);
-  (read != nullptr ? *read : own).Report(checks.findings);
+  DictionaryChecks& dictionaries = read != nullptr ? *read : own;
+  dictionaries.Report(checks.findings);
   const std::vector<Playlist> playlists = ReadPlaylists(library);
   const std::int64_t broken = CountBrokenElsewhere(library, playlists);
   if (broken > 0) {
@@ -84,7 +86,7 @@ FileChecks CheckFile(const Session& session, const std::function<void()>& step,
                                {}});
   }
   AddFinding(checks.findings, "inNoList", "songs that no playlist holds which is shown",
-             InNoList(library, playlists, library.getSongCount(library.openAllSongs())));
+             InNoList(library, playlists, dictionaries.TakeTrackIds()));
   return checks;
 }
 

@@ -43,7 +43,8 @@ SongNumbers::SongNumbers(const LibraryFunctions& library)
 
 SongNumbers::SongNumbers(const LibraryFunctions& library, std::vector<NumberedId> ids)
     : library_(library), byId_(std::move(ids)) {
-  std::sort(byId_.begin(), byId_.end());
+  // As they nearly always stand.
+  if (!std::is_sorted(byId_.begin(), byId_.end())) std::sort(byId_.begin(), byId_.end());
 }
 
 std::int32_t SongNumbers::Of(const PlaylistRecord* playlist, std::int32_t position) const {
