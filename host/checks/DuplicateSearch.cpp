@@ -21,17 +21,29 @@ FieldSet DuplicateSearch::Fields() {
 
 void DuplicateSearch::Add(std::int32_t position, const SongRecord& song) {
   fileOf_.resize(static_cast<std::size_t>(position) + 1, kNoFile);
-  const auto file = song.HasFile() ? song.Text(Field::Path) : song.Text(Field::Location);
-  if (file) fileOf_.back() = files_.Of(*file).number;
+  const bool isHere = song.HasFile();
+  const auto file = isHere ? song.Text(Field::Path) : song.Text(Field::Location);
+  if (file) fileOf_.back() = files_.Add(*file, isHere);
   const auto name = song.Text(Field::Name);
   if (!name || name->empty()) return;
-  title_ = Fold(song.Text(Field::Artist).value_or(""));
-  title_.append(1, '\0').append(Fold(song.Text(Field::Album).value_or("")));
-  title_.append(1, '\0').append(Fold(*name));
+  title_ = FoldedAlbum(song);
+  title_ += Fold(*name);
   titled_.push_back({titles_.Of(title_).number, song.Milliseconds(), position});
 }
 
-void DuplicateSearch::TakeFiles(std::vector<Duplicates>& groups) {
+// The songs of an album follow each other.
+const std::string& DuplicateSearch::FoldedAlbum(const SongRecord& song) {
+  const std::string_view artist = song.Text(Field::Artist).value_or("");
+  const std::string_view album = song.Text(Field::Album).value_or("");
+  if (foldedAlbum_.empty() || artist != artist_ || album != album_) {
+    artist_ = artist;
+    album_ = album;
+    foldedAlbum_ = Fold(artist) + '\0' + Fold(album) + '\0';
+  }
+  return foldedAlbum_;
+}
+
+void DuplicateSearch::AddFiles(std::vector<Duplicates>& groups) const {
   std::vector<std::int32_t> first(files_.Size(), -1);      // song of a file
   std::vector<std::size_t> group(files_.Size(), kNoFile);  // of those that a file has
   for (std::size_t i = 0; i < fileOf_.size(); ++i) {
@@ -56,8 +68,16 @@ bool DuplicateSearch::ShareOneFile(const Positions& songs) const {
          });
 }
 
+void DuplicateSearch::KeepTitlesOfSeveral() {
+  std::vector<std::int32_t> songs(titles_.Size(), 0);
+  for (const Titled& song : titled_) ++songs[song.title];
+  const auto isAlone = [&songs](const Titled& song) { return songs[song.title] == 1; };
+  titled_.erase(std::remove_if(titled_.begin(), titled_.end(), isAlone), titled_.end());
+}
+
 // Lengths that follow each other closely belong together.
-void DuplicateSearch::TakeTitles(std::vector<Duplicates>& groups) {
+void DuplicateSearch::AddTitles(std::vector<Duplicates>& groups) {
+  KeepTitlesOfSeveral();
   std::sort(titled_.begin(), titled_.end());
   const auto belongTogether = [](const Titled& one, const Titled& next) {
     // Without a sign, since they may lie further apart than a number with one says.
@@ -80,8 +100,8 @@ void DuplicateSearch::TakeTitles(std::vector<Duplicates>& groups) {
 
 std::vector<Duplicates> DuplicateSearch::Take() {
   std::vector<Duplicates> groups;
-  TakeFiles(groups);
-  TakeTitles(groups);
+  AddFiles(groups);
+  AddTitles(groups);
   std::stable_sort(groups.begin(), groups.end(), [](const Duplicates& a, const Duplicates& b) {
     return a.songs.front() < b.songs.front();
   });

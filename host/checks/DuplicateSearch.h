@@ -5,8 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "host/checks/NamedFiles.h"
 #include "host/library/SongRecord.h"
 #include "host/library/TextNumbers.h"
 
@@ -31,6 +33,9 @@ class DuplicateSearch {
   // Takes what was added. In the order of their first songs.
   [[nodiscard]] std::vector<Duplicates> Take();
 
+  // The files of the songs that were added.
+  [[nodiscard]] NamedFiles TakeFiles() { return std::move(files_); }
+
  private:
   // A song of a title.
   struct Titled {
@@ -41,15 +46,21 @@ class DuplicateSearch {
     auto operator<=>(const Titled&) const = default;
   };
 
-  void TakeFiles(std::vector<Duplicates>& groups);
-  void TakeTitles(std::vector<Duplicates>& groups);
+  void AddFiles(std::vector<Duplicates>& groups) const;
+  void AddTitles(std::vector<Duplicates>& groups);
+  void KeepTitlesOfSeveral();
+  // Of the artist and the album, as they compare.
+  [[nodiscard]] const std::string& FoldedAlbum(const SongRecord& song);
   [[nodiscard]] bool ShareOneFile(const Positions& songs) const;
 
-  TextNumbers files_;
+  NamedFiles files_;
   std::vector<std::size_t> fileOf_;  // by the position; kNoFile
   TextNumbers titles_;
   std::vector<Titled> titled_;
   std::string title_;
+  std::string artist_;  // of the song before, as it is written
+  std::string album_;
+  std::string foldedAlbum_;
 };
 
 }  // namespace tavrel::host

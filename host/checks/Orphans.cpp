@@ -26,30 +26,32 @@ bool IsLitter(std::string_view name) noexcept {
 }
 
 // All files below the folder that are not claimed by their paths.
-void AddUnclaimed(const std::string& top, const TextSet& claimed, Folders& folders,
+void AddUnclaimed(const std::string& top, const NamedFiles& claimed, Folders& folders,
                   std::vector<std::string>& found) {
   std::vector<std::string> waiting{top};
+  std::string path;
   while (!waiting.empty()) {
     const FolderContents* folder = folders.At(waiting.back());
     waiting.pop_back();
     if (folder == nullptr) continue;
     for (const FolderEntry& entry : folder->Entries()) {
-      if (IsLitter(entry.name)) continue;
-      std::string path = folder->Path() + entry.name;
+      if (entry.isOfSong || IsLitter(entry.name)) continue;
+      path = folder->Path();
+      path += entry.name;
       if (entry.kind != EntryKind::Link && folder->IsFolder(entry)) {
-        waiting.push_back(std::move(path));
-      } else if (claimed.find(path) == claimed.end() && folder->IsFile(entry)) {
-        found.push_back(std::move(path));
+        waiting.push_back(path);
+      } else if (!claimed.Holds(path) && folder->IsFile(entry)) {
+        found.push_back(path);
       }
     }
   }
 }
 
-void RemoveClaimed(const TextSet& claimed, std::vector<std::string>& found) {
+void RemoveClaimed(const NamedFiles& claimed, std::vector<std::string>& found) {
   std::set<Identity> identities;
-  for (const std::string& path : claimed) {
-    if (const auto identity = IdentityOf(path)) identities.insert(*identity);
-  }
+  claimed.ForEachHere([&](std::string_view path) {
+    if (const auto identity = IdentityOf(std::string(path))) identities.insert(*identity);
+  });
   const auto isClaimed = [&](const std::string& path) {
     const auto identity = IdentityOf(path);
     return !identity || identities.contains(*identity);
@@ -60,7 +62,7 @@ void RemoveClaimed(const TextSet& claimed, std::vector<std::string>& found) {
 }  // namespace
 
 std::vector<std::string> FindOrphans(const std::set<std::string>& musicFolders,
-                                     const TextSet& claimed, Folders& folders) {
+                                     const NamedFiles& claimed, Folders& folders) {
   std::vector<std::string> found;
   for (const std::string& folder : musicFolders) AddUnclaimed(folder, claimed, folders, found);
   std::sort(found.begin(), found.end());

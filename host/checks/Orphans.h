@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "host/checks/NamedFiles.h"
 #include "host/files/Folders.h"
-#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -14,9 +14,9 @@ namespace tavrel::host {
 // leave in folders (Thumbs.db, desktop.ini, cover.jpg, cover.png); no folder is entered through a link. A file
 // that a song names by another way, through a link say, is no orphan.
 //
-// musicFolders: where to look. claimed: the paths of the files that songs name.
+// musicFolders: where to look. claimed: the files that songs name.
 // Cost: each folder is listed once; where there are orphans, one look at each claimed file.
 [[nodiscard]] std::vector<std::string> FindOrphans(const std::set<std::string>& musicFolders,
-                                                   const TextSet& claimed, Folders& folders);
+                                                   const NamedFiles& claimed, Folders& folders);
 
 }  // namespace tavrel::host

@@ -11,8 +11,6 @@ SongChecks CheckSongs(const LibraryFunctions& library, const std::function<void(
   const auto take = [&](std::int32_t position, const SongRecord& song) {
     step();
     duplicates.Add(position, song);
-    if (song.HasFile()) checks.files.emplace(*song.Text(Field::Path));
-    if (const auto folder = song.MusicFolder()) checks.musicFolders.emplace(*folder);
     checks.tally.Add(song);
     if (song.State() == FileStatus::Missing) checks.missing.push_back(position);
     if (song.State() == FileStatus::Respelled) checks.respelled.push_back(position);
@@ -26,6 +24,8 @@ SongChecks CheckSongs(const LibraryFunctions& library, const std::function<void(
     if (dictionaries != nullptr) dictionaries->End(song);
   }
   checks.duplicates = duplicates.Take();
+  checks.files = duplicates.TakeFiles();
+  checks.musicFolders = checks.tally.MusicFolders();
   return checks;
 }
 

@@ -8,9 +8,9 @@
 
 #include "host/checks/DictionaryChecks.h"
 #include "host/checks/DuplicateSearch.h"
+#include "host/checks/NamedFiles.h"
 #include "host/library/FileTally.h"
 #include "host/library/Library.h"
-#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -20,7 +20,7 @@ struct SongChecks {
   Positions respelled;
   std::vector<Duplicates> duplicates;  // in the order of their first songs
 
-  TextSet files;                       // the paths of those that are here
+  NamedFiles files;
   std::set<std::string> musicFolders;  // in which some are
 };
 

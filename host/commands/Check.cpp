@@ -46,23 +46,22 @@ const PartName* NameOf(const std::optional<std::string>& only) {
 }
 
 // The ringtones, which lie in the folder of music as well.
-void ClaimRingtones(const Session& session, TextSet& files) {
+void ClaimRingtones(const Session& session, NamedFiles& files) {
   for (const Playlist& playlist : ReadPlaylists(session.library)) {
     if (playlist.isInFile) continue;
     ForEachSong(session.library, playlist.handle, [&](std::int32_t, const Song& ringtone) {
-      if (ringtone.location) files.insert(UserPath(session, *ringtone.location));
+      if (ringtone.location) files.Add(UserPath(session, *ringtone.location), true);
     });
   }
 }
 
-std::vector<std::string> OrphansOf(const SongChecks& songs, const Session& session) {
+std::vector<std::string> OrphansOf(SongChecks& songs, const Session& session) {
   std::set<std::string> folders = songs.musicFolders;
   if (folders.empty()) {
     if (const auto folder = session.files.MusicFolder()) folders.insert(*folder);
   }
-  TextSet files = songs.files;
-  ClaimRingtones(session, files);
-  return FindOrphans(folders, files, session.files.AllFolders());
+  ClaimRingtones(session, songs.files);
+  return FindOrphans(folders, songs.files, session.files.AllFolders());
 }
 
 // Looks at what the part needs.

@@ -1,5 +1,7 @@
 #include "host/library/FileTally.h"
 
+#include <algorithm>
+
 #include "host/output/Format.h"
 
 namespace tavrel::host {
@@ -15,9 +17,18 @@ void FileTally::Add(const SongFile& file) {
 void FileTally::Add(FileStatus status, bool hasFile, std::string_view musicFolder) {
   ++counts_[static_cast<std::size_t>(status)];
   if (!hasFile) return;
-  auto known = folders_.find(musicFolder);
-  if (known == folders_.end()) known = folders_.emplace(musicFolder, 0).first;
-  ++known->second;
+  auto known = std::find_if(folders_.begin(), folders_.end(), [musicFolder](const FoundIn& one) {
+    return one.folder == musicFolder;
+  });
+  if (known == folders_.end()) known = folders_.insert(known, {std::string(musicFolder), 0});
+  ++known->songs;
+}
+
+std::set<std::string> FileTally::MusicFolders() const {
+  std::set<std::string> folders;
+  for (const FoundIn& one : folders_) folders.insert(one.folder);
+  folders.erase("");
+  return folders;
 }
 
 std::string FileTally::Line() const {
@@ -28,18 +39,18 @@ std::string FileTally::Line() const {
   const std::string ofAll = " of " + Counted(all, "file") + " found";
   if (found == 0) return "none" + ofAll + "; --music DIR or --map OLD=NEW says where they are";
   std::string line = Grouped(found) + ofAll;
-  const std::pair<const std::string, std::int64_t>* most = nullptr;
-  for (const auto& folder : folders_) {
-    if (folder.first.empty()) continue;  // in no folder of music
-    const bool isMore = most == nullptr || folder.second > most->second ||
-                        (folder.second == most->second && folder.first < most->first);
-    if (isMore) most = &folder;
+  const FoundIn* most = nullptr;
+  for (const FoundIn& one : folders_) {
+    if (one.folder.empty()) continue;
+    const bool isMore = most == nullptr || one.songs > most->songs ||
+                        (one.songs == most->songs && one.folder < most->folder);
+    if (isMore) most = &one;
   }
-  if (most != nullptr && most->second >= found - most->second) {
-    line += " below " + most->first;
-    if (most->second < found) line += ", " + Grouped(found - most->second) + " of them elsewhere";
+  if (most != nullptr && most->songs >= found - most->songs) {
+    line += " below " + most->folder;
+    if (most->songs < found) line += ", " + Grouped(found - most->songs) + " of them elsewhere";
   } else if (most != nullptr) {
-    line += ", " + Grouped(most->second) + " of them below " + most->first;
+    line += ", " + Grouped(most->songs) + " of them below " + most->folder;
   }
   if (respelled > 0) line += ", " + Grouped(respelled) + " spelled otherwise";
   return line;

@@ -3,12 +3,13 @@
 
 #include <array>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/library/FileFinder.h"
 #include "host/library/SongRecord.h"
-#include "host/library/TextHash.h"
 
 namespace tavrel::host {
 
@@ -22,15 +23,23 @@ class FileTally {
     return counts_[static_cast<std::size_t>(status)];
   }
 
+  // The folders of music in which some are.
+  [[nodiscard]] std::set<std::string> MusicFolders() const;
+
   // "1,980 of 2,325 files found below /media/disk/iTunes Media"; empty when no song has a file, or nobody
   // looked.
   [[nodiscard]] std::string Line() const;
 
  private:
+  struct FoundIn {
+    std::string folder;  // empty: in no folder of music
+    std::int64_t songs;
+  };
+
   void Add(FileStatus status, bool hasFile, std::string_view musicFolder);
 
   std::array<std::int64_t, kFileStatusCount> counts_{};
-  TextMap<std::int64_t> folders_;  // how many were found in each
+  std::vector<FoundIn> folders_;  // a handful: the user and the library name them
 };
 
 }  // namespace tavrel::host

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,15 @@ class TextNumbers {
   // The number that the text has, or has now. Cost: linear in the text.
   Found Of(std::string_view text);
 
+  // The number that the text has; none for a text that has not come. Cost: linear in the text.
+  [[nodiscard]] std::optional<std::size_t> Find(std::string_view text) const;
+
+  // The text of a number. Valid until another text comes.
+  [[nodiscard]] std::string_view Text(std::size_t number) const noexcept {
+    const Entry& entry = entries_[number];
+    return std::string_view(texts_).substr(entry.from, entry.size);
+  }
+
   // How many texts there are.
   [[nodiscard]] std::size_t Size() const noexcept { return entries_.size(); }
 
@@ -38,6 +48,8 @@ class TextNumbers {
     std::uint32_t hash = 0;
   };
 
+  // The slot of the text or, where it has none, the free one that it belongs into.
+  [[nodiscard]] std::size_t SlotOf(std::string_view text, std::uint64_t hash) const noexcept;
   [[nodiscard]] std::size_t FreeSlot(std::uint64_t hash) const noexcept;
   void Grow();
 

@@ -84,11 +84,11 @@ TEST(WorkOfTheHost, OnFilesThatAreAlikeDoubles) {
 TEST(WorkOfTheHost, OnFilesOfNoSongDoubles) {
   const auto work = [](int files) {
     const TemporaryFolder folder;
-    TextSet claimed;
+    NamedFiles claimed;
     for (int file = 0; file < files; ++file) {
       const std::string number = std::to_string(10000 + file);
       const std::string path = folder.Write("x" + number.substr(0, 4) + "/" + number, "");
-      if (file % 2 == 0) claimed.insert(path);
+      if (file % 2 == 0) claimed.Add(path, true);
     }
     return WorkOf([&] {
       Folders folders;

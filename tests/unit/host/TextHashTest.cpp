@@ -54,6 +54,12 @@ TEST(TextNumbers, AreThoseOfAnOrdinaryMap) {
     }
   }
   EXPECT_EQ(numbers.Size(), wanted.size());
+  for (const auto& [text, number] : wanted) {
+    EXPECT_EQ(numbers.Find(text), number) << text;
+    EXPECT_EQ(numbers.Text(number), text);
+  }
+  EXPECT_EQ(numbers.Find("none of them"), std::nullopt);
+  EXPECT_EQ(TextNumbers().Find(""), std::nullopt);
 }
 
 TEST(TextNumbers, TakeAZeroByteForAnyOther) {
