@@ -11,6 +11,7 @@
 #include "host/output/NewFile.h"
 #include "host/output/Opening.h"
 #include "host/output/Text.h"
+#include "host/page/ContentsReader.h"
 #include "host/page/CoverSheets.h"
 #include "host/page/PageFile.h"
 

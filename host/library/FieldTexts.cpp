@@ -5,7 +5,24 @@
 
 namespace tavrel::host {
 
+namespace {
+
+// Digits too few to overflow: nearly all numbers.
+std::optional<std::int64_t> ShortNumberIn(std::string_view text) noexcept {
+  constexpr std::size_t kMostDigits = 18;
+  if (text.empty() || text.size() > kMostDigits) return std::nullopt;
+  std::int64_t number = 0;
+  for (const char digit : text) {
+    if (digit < '0' || digit > '9') return std::nullopt;
+    number = number * 10 + (digit - '0');
+  }
+  return number;
+}
+
+}  // namespace
+
 std::optional<std::int64_t> NumberIn(std::string_view text) noexcept {
+  if (const auto number = ShortNumberIn(text)) return number;
   if (text.starts_with('+')) text.remove_prefix(1);
   std::int64_t number = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <chrono>
 #include <optional>
 
@@ -34,8 +33,7 @@ constexpr std::array kKept{
     Kept{Field::Loved, ColumnKind::Flag},        Kept{Field::Disabled, ColumnKind::Flag},
     Kept{Field::Compilation, ColumnKind::Flag},  Kept{Field::Explicit, ColumnKind::Flag},
     Kept{Field::Podcast, ColumnKind::Flag},      Kept{Field::Movie, ColumnKind::Flag},
-    Kept{Field::TvShow, ColumnKind::Flag},       Kept{Field::Status, ColumnKind::Text},
-    Kept{Field::Path, ColumnKind::Text},
+    Kept{Field::TvShow, ColumnKind::Flag},
 };
 
 constexpr std::int64_t kNone = -1;
@@ -43,9 +41,7 @@ constexpr std::int64_t kNone = -1;
 // The days from the beginning of 1970 to "2009-11-05T08:13:42Z"; kNone for a day that never was.
 std::int64_t DayOf(std::string_view date) noexcept {
   const auto part = [date](std::size_t from, std::size_t size) {
-    int number = 0;
-    std::from_chars(date.data() + from, date.data() + from + size, number);
-    return number;
+    return static_cast<int>(NumberIn(date.substr(from, size)).value_or(0));
   };
   const std::chrono::year_month_day day(std::chrono::year(part(0, 4)),
                                         std::chrono::month(static_cast<unsigned>(part(5, 2))),
@@ -61,18 +57,9 @@ std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
 }
 
 std::int64_t NumberOf(const SongTexts& song, Field field, ColumnKind kind) {
-  if (!song.Of(field)) return kNone;
-  switch (kind) {
-    case ColumnKind::Day:
-      return IsDate(*song.Of(field)) ? DayOf(*song.Of(field)) : kNone;
-    case ColumnKind::Flag:
-      return song.Is(field) ? 1 : kNone;
-    case ColumnKind::Rating:
-      if (song.Is(Field::RatingComputed)) return kNone;
-      break;
-    default:
-      break;
-  }
+  if (kind == ColumnKind::Day) return IsDate(song.Of(field)) ? DayOf(song.Of(field)) : kNone;
+  if (kind == ColumnKind::Flag) return song.Is(field) ? 1 : kNone;
+  if (kind == ColumnKind::Rating && song.Is(Field::RatingComputed)) return kNone;
   const std::optional<std::int64_t> number = song.NumberOf(field);
   if (!number) return kNone;
   if (kind == ColumnKind::Seconds) return Rounded(*number, 1000);
@@ -94,15 +81,13 @@ std::string_view KindName(ColumnKind kind) {
 }
 
 bool PageColumn::IsUsed() const noexcept {
-  if (kind == ColumnKind::Text) return texts.Texts().size() > 1;
+  if (kind == ColumnKind::Text) return texts.TextCount() > 1;
   return std::any_of(numbers.begin(), numbers.end(),
                      [](std::int64_t number) { return number != 0; });
 }
 
-ColumnMaker::ColumnMaker(bool withPaths) {
-  for (const Kept& kept : kKept) {
-    if (kept.field != Field::Path || withPaths) columns_.push_back({kept.field, kept.kind});
-  }
+ColumnMaker::ColumnMaker() {
+  for (const Kept& kept : kKept) columns_.push_back({kept.field, kept.kind});
 }
 
 FieldSet ColumnMaker::Fields() const {
@@ -114,12 +99,26 @@ FieldSet ColumnMaker::Fields() const {
 
 void ColumnMaker::Add(const SongTexts& song) {
   for (PageColumn& column : columns_) {
+    if (!song.Has(column.field)) continue;
     if (column.kind == ColumnKind::Text) {
-      column.texts.Add(song.Of(column.field));
+      column.texts.Set(songs_, song.Of(column.field));
     } else {
+      column.numbers.resize(songs_);
       column.numbers.push_back(Stored(NumberOf(song, column.field, column.kind)));
     }
   }
+  ++songs_;
+}
+
+std::vector<PageColumn> ColumnMaker::Take() {
+  for (PageColumn& column : columns_) {
+    if (column.kind == ColumnKind::Text) {
+      column.texts.End(songs_);
+    } else {
+      column.numbers.resize(songs_);
+    }
+  }
+  return std::move(columns_);
 }
 
 }  // namespace tavrel::host

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "host/library/Fields.h"
@@ -30,22 +29,23 @@ struct PageColumn {
   [[nodiscard]] bool IsUsed() const noexcept;
 };
 
+// The columns of what the library file says of songs.
 class ColumnMaker {
  public:
-  // withPaths: also where the songs' files lie.
-  explicit ColumnMaker(bool withPaths);
+  ColumnMaker();
 
   // What it reads of a song.
   [[nodiscard]] FieldSet Fields() const;
 
-  // Of its path and its status that is told which was taken as such.
+  // The next song.
   void Add(const SongTexts& song);
 
   // In the order in which the page offers them.
-  [[nodiscard]] std::vector<PageColumn> Take() noexcept { return std::move(columns_); }
+  [[nodiscard]] std::vector<PageColumn> Take();
 
  private:
   std::vector<PageColumn> columns_;
+  std::size_t songs_ = 0;
 };
 
 }  // namespace tavrel::host

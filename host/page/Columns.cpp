@@ -1,5 +1,8 @@
 #include "host/page/Columns.h"
 
+#include <algorithm>
+#include <bit>
+
 #include "host/output/Text.h"
 
 namespace tavrel::host {
@@ -12,15 +15,15 @@ std::uint64_t Zigzag(std::int64_t number) noexcept {
   return number < 0 ? ~(bits << 1) : bits << 1;
 }
 
-void Append(std::string& bytes, std::uint64_t number) {
-  for (; number >= kGroup; number >>= 7) bytes += static_cast<char>(number % kGroup + kGroup);
-  bytes += static_cast<char>(number);
+// Result: the end of what was written.
+char* Write(char* bytes, std::uint64_t number) noexcept {
+  for (; number >= kGroup; number >>= 7) *bytes++ = static_cast<char>(number % kGroup + kGroup);
+  *bytes++ = static_cast<char>(number);
+  return bytes;
 }
 
 std::size_t LengthOf(std::uint64_t number) noexcept {
-  std::size_t length = 1;
-  for (; number >= kGroup; number >>= 7) ++length;
-  return length;
+  return static_cast<std::size_t>(std::bit_width(number | 1) + 6) / 7;
 }
 
 // Without overflow: what goes round comes round.
@@ -31,12 +34,12 @@ std::int64_t Difference(std::int64_t number, std::int64_t before) noexcept {
 
 }  // namespace
 
-void TextColumn::Add(std::optional<std::string_view> text) {
-  const std::string_view given = text.value_or("");
-  if (given != last_) {
-    lastNumber_ = NumberOf(given);
-    last_ = given;
+void TextColumn::Set(std::size_t song, std::string_view text) {
+  if (text != last_) {
+    lastNumber_ = NumberOf(text);
+    last_ = text;
   }
+  numbers_.resize(song);
   numbers_.push_back(lastNumber_);
 }
 
@@ -44,14 +47,14 @@ std::int64_t TextColumn::NumberOf(std::string_view text) {
   const auto [written, isNewlyWritten] = known_.Of(text);
   if (!isNewlyWritten) return shown_[written];
   shown_.push_back(0);
-  std::string shown = Compose(text);
+  const std::string shown = Compose(text);
   if (shown.find_first_not_of(' ') == std::string::npos) return 0;
   const auto [composed, isNewlyComposed] =
       shown == text ? TextNumbers::Found{written, true} : known_.Of(shown);
   if (isNewlyComposed) {
     shown_.resize(known_.Size());
     shown_[composed] = static_cast<std::int64_t>(texts_.size());
-    texts_.push_back(std::move(shown));
+    texts_.push_back(composed);
   }
   return shown_[written] = shown_[composed];
 }
@@ -67,10 +70,11 @@ PackedNumbers Pack(const std::vector<std::int64_t>& numbers) {
   }
   PackedNumbers packed;
   packed.areDifferences = different < plain;
-  packed.bytes.reserve(packed.areDifferences ? different : plain);
+  packed.bytes.resize(std::min(plain, different));
+  char* next = packed.bytes.data();
   before = 0;
   for (const std::int64_t number : numbers) {
-    Append(packed.bytes, Zigzag(packed.areDifferences ? Difference(number, before) : number));
+    next = Write(next, Zigzag(packed.areDifferences ? Difference(number, before) : number));
     before = number;
   }
   return packed;

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,24 +15,30 @@ namespace tavrel::host {
 // are the same.
 class TextColumn {
  public:
-  // A song's text; none, or one of which nothing is seen, is number 0.
-  void Add(std::optional<std::string_view> text);
+  TextColumn() { known_.Of(""); }
+
+  // A song's text; one of which nothing is seen is number 0, as is that of a song that is left out. Songs come in
+  // their order.
+  void Set(std::size_t song, std::string_view text);
+  // There are so many songs.
+  void End(std::size_t songs) { numbers_.resize(songs); }
 
   // By number, from 0: the empty text, then the others in the order in which they came.
-  [[nodiscard]] const std::vector<std::string>& Texts() const noexcept { return texts_; }
+  [[nodiscard]] std::size_t TextCount() const noexcept { return texts_.size(); }
+  [[nodiscard]] std::string_view Text(std::size_t number) const noexcept {
+    return known_.Text(texts_[number]);
+  }
   // The number of each song's text.
   [[nodiscard]] const std::vector<std::int64_t>& Numbers() const noexcept { return numbers_; }
-  [[nodiscard]] std::string_view Of(std::size_t song) const {
-    return texts_[static_cast<std::size_t>(numbers_[song])];
-  }
 
  private:
   std::int64_t NumberOf(std::string_view text);
 
-  std::vector<std::string> texts_ = {""};
+  TextNumbers known_;                      // as the file writes them, and as they are shown
+  std::vector<std::int64_t> shown_ = {0};  // for each of these the number of its text
+  std::vector<std::size_t> texts_ = {
+      0};  // the numbers that the texts have among those that are known
   std::vector<std::int64_t> numbers_;
-  TextNumbers known_;                // as the file writes them, and as they are shown
-  std::vector<std::int64_t> shown_;  // for each of these the number of its text
   std::string last_;
   std::int64_t lastNumber_ = 0;
 };

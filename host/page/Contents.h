@@ -9,8 +9,6 @@
 
 #include "host/library/Fields.h"
 #include "host/library/FileTally.h"
-#include "host/library/Library.h"
-#include "host/library/Playlists.h"
 #include "host/page/ColumnMaker.h"
 
 namespace tavrel::host {
@@ -42,8 +40,5 @@ struct PageContents {
 
   [[nodiscard]] const PageColumn& Of(Field field) const;
 };
-
-// Reads each song once. withPaths: also where its file lies. Looks for every file.
-[[nodiscard]] PageContents ReadContents(const LibraryFunctions& library, bool withPaths);
 
 }  // namespace tavrel::host

@@ -42,7 +42,7 @@ std::int64_t SizeOf(std::size_t size) {
 
 std::int64_t FilesFound(const TextColumn& states) {
   const auto isFound = [&states](std::int64_t number) {
-    const std::string& state = states.Texts()[static_cast<std::size_t>(number)];
+    const std::string_view state = states.Text(static_cast<std::size_t>(number));
     return state == "found" || state == "respelled";
   };
   return std::count_if(states.Numbers().begin(), states.Numbers().end(), isFound);
@@ -72,8 +72,7 @@ std::string Figures(const PageContents& contents, const Words& words) {
   html += contents.time < kHour ? Figure(words, "figure.minutes", contents.time / kMinute)
                                 : Figure(words, "figure.hours", contents.time / kHour);
   html += Figure(words, "figure.albums", SizeOf(contents.albums.size()));
-  html +=
-      Figure(words, "figure.artists", SizeOf(contents.Of(Field::Artist).texts.Texts().size() - 1));
+  html += Figure(words, "figure.artists", SizeOf(contents.Of(Field::Artist).texts.TextCount() - 1));
   const auto lists = std::count_if(contents.playlists.begin(), contents.playlists.end(),
                                    [](const PagePlaylist& list) { return list.type != "folder"; });
   html += Figure(words, "figure.playlists", lists);

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,13 +29,13 @@ class SongBlock {
     return ends_.size() >= kMostSongs || texts_.size() >= kMostBytes;
   }
 
-  // Calls visit(key, text) for each pair of a song, in the file's order. A zero byte stands behind each text.
+  // Calls visit(key, text, hasText) for each pair of a song, in the file's order. A zero byte stands behind each text.
   template <typename Visit>
   void ForEachPair(std::size_t song, Visit visit) const {
     for (std::size_t i = song == 0 ? 0 : ends_[song - 1]; i < ends_[song]; ++i) {
       const Pair& pair = pairs_[i];
-      const std::string_view text(texts_.data() + pair.from, pair.size);
-      visit(std::size_t{pair.key}, pair.hasText ? std::optional(text) : std::nullopt);
+      visit(std::size_t{pair.key}, std::string_view(texts_.data() + pair.from, pair.size),
+            pair.hasText);
     }
   }
 

@@ -25,7 +25,7 @@ std::string FilterAddress(std::string_view name, std::string_view value) {
 // For each text of the column the sum of what its songs weigh; the empty text not counted.
 template <typename Weight>
 std::vector<std::int64_t> Sums(const TextColumn& column, Weight weight) {
-  std::vector<std::int64_t> sums(column.Texts().size(), 0);
+  std::vector<std::int64_t> sums(column.TextCount(), 0);
   for (std::size_t song = 0; song < column.Numbers().size(); ++song) {
     sums[static_cast<std::size_t>(column.Numbers()[song])] += weight(song);
   }
@@ -52,8 +52,8 @@ std::vector<PlotEntry> Tallied(std::string_view name, const TextColumn& column,
                                const std::vector<std::int64_t>& sums) {
   std::vector<PlotEntry> entries;
   for (const std::size_t text : Largest(sums)) {
-    entries.push_back({column.Texts()[text], FilterAddress(name, column.Texts()[text]), sums[text],
-                       Grouped(sums[text])});
+    entries.push_back({std::string(column.Text(text)), FilterAddress(name, column.Text(text)),
+                       sums[text], Grouped(sums[text])});
   }
   return entries;
 }
@@ -201,7 +201,7 @@ std::vector<PlotEntry> Missing(const PageContents& contents, std::size_t albumsW
   const TextColumn& states = contents.Of(Field::Status).texts;
   const std::vector<std::int64_t> counts = Sums(states, [](std::size_t) { return 1; });
   for (std::size_t state = 0; state < counts.size(); ++state) {
-    if (states.Texts()[state] != "missing" || counts[state] == 0) continue;
+    if (states.Text(state) != "missing" || counts[state] == 0) continue;
     entries.push_back({words.Of("missing.file"), FilterAddress("status", "missing"), counts[state],
                        Grouped(counts[state])});
   }

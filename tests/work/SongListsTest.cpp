@@ -162,21 +162,18 @@ TEST(WorkOnLists, OfEveryFieldDoubles) {
 
 TEST(WorkOnLists, OfColumnsOfThePageDoubles) {
   ExpectDoubledWithTheSongs("page", [](const LibraryFunctions& library) {
-    ColumnMaker columns(false);
+    ColumnMaker columns;
     SongWalk walk(library, columns.Fields());
     SongBlock block;
     SongTexts texts;
     for (std::int32_t song = 0; song < songCount; ++song) {
       block.Clear();
       walk.Show(library.openAllSongs(), song, block);
-      texts.Clear();
-      block.ForEachPair(0, [&](std::size_t key, std::optional<std::string_view> text) {
-        if (key != SongWalk::kTrackId) texts.Take(static_cast<Field>(key), text);
-      });
+      texts.Read(block, 0);
       columns.Add(texts);
     }
     const std::vector<PageColumn> made = columns.Take();
-    EXPECT_EQ(made.front().texts.Texts().size(), static_cast<std::size_t>(songCount) + 1);
+    EXPECT_EQ(made.front().texts.TextCount(), static_cast<std::size_t>(songCount) + 1);
     EXPECT_GE(Pack(made.front().texts.Numbers()).bytes.size(), static_cast<std::size_t>(songCount));
   });
 }

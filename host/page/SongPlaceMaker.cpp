@@ -1,0 +1,90 @@
+#include "host/page/SongPlaceMaker.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/library/SongRecord.h"
+
+namespace tavrel::host {
+
+SongPlaceMaker::SongPlaceMaker(const LibraryFunctions& library, bool withPaths)
+    : location_(library.files) {
+  if (withPaths) paths_.emplace();
+}
+
+FieldSet SongPlaceMaker::Fields() {
+  return SetOf({Field::Location, Field::Type, Field::Artist, Field::AlbumArtist, Field::Album,
+                Field::Compilation, Field::Plays});
+}
+
+void SongPlaceMaker::Add(const SongBlock& songs) {
+  SongTexts song;
+  for (std::size_t i = 0; i < songs.Songs(); ++i) {
+    song.Read(songs, i);
+    FindFile(song);
+    AddToAlbum(song);
+  }
+}
+
+void SongPlaceMaker::FindFile(const SongTexts& song) {
+  location_.Read(song.IfAny(Field::Location), song.Of(Field::Type), true);
+  const SongFile& file = location_.File();
+  tally_.Add(file);
+  if (file.status) states_.Set(parts_.size(), StatusName(*file.status));
+  if (!paths_) return;
+  // Where the file is; where it should be when it is missing.
+  const bool isMissing = file.path.empty() && song.Has(Field::Location);
+  paths_->Set(parts_.size(), isMissing ? file.sought : file.path);
+}
+
+void SongPlaceMaker::AddToAlbum(const SongTexts& song) {
+  Song facts;
+  facts.location = location_.WrittenPath();
+  facts.artist = song.IfAny(Field::Artist);
+  facts.albumArtist = song.IfAny(Field::AlbumArtist);
+  facts.album = song.IfAny(Field::Album);
+  facts.isCompilation = song.Is(Field::Compilation);
+  parts_.push_back(grouping_.Add(facts));
+  const std::int64_t plays = song.NumberOf(Field::Plays).value_or(0);
+  plays_.push_back(static_cast<std::int32_t>(std::clamp<std::int64_t>(plays, 0, INT32_MAX)));
+}
+
+void SongPlaceMaker::MoveTo(PageContents& contents) {
+  contents.tally = std::move(tally_);
+  states_.End(parts_.size());
+  contents.columns.push_back({Field::Status, ColumnKind::Text, std::move(states_)});
+  if (paths_) {
+    paths_->End(parts_.size());
+    contents.columns.push_back({Field::Path, ColumnKind::Text, std::move(*paths_)});
+  }
+  MoveAlbumsTo(contents);
+}
+
+void SongPlaceMaker::MoveAlbumsTo(PageContents& contents) const {
+  const std::vector<std::size_t> albums = grouping_.Albums();
+  std::vector<std::int64_t> numbers(albums.size(), 0);
+  for (std::size_t part = 0; part < albums.size(); ++part) {
+    if (albums[part] == part) {
+      contents.albums.push_back({grouping_.TitleOf(part), grouping_.ArtistOf(part)});
+      numbers[part] = static_cast<std::int64_t>(contents.albums.size());
+      continue;
+    }
+    numbers[part] = numbers[albums[part]];
+    PageAlbum& album = contents.albums[static_cast<std::size_t>(numbers[part] - 1)];
+    if (grouping_.ArtistOf(part) != grouping_.ArtistOf(albums[part])) {
+      album.artist = kVariousArtists;
+    }
+  }
+  contents.albumOf.reserve(parts_.size());
+  for (std::size_t song = 0; song < parts_.size(); ++song) {
+    const std::int64_t number = parts_[song] ? numbers[*parts_[song]] : 0;
+    contents.albumOf.push_back(number);
+    if (number == 0) continue;
+    PageAlbum& album = contents.albums[static_cast<std::size_t>(number - 1)];
+    ++album.songs;
+    album.plays += plays_[song];
+    album.positions.push_back(static_cast<std::int32_t>(song));
+  }
+}
+
+}  // namespace tavrel::host

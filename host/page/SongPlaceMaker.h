@@ -1,0 +1,49 @@
+// Where the songs of the page belong: to which album, and where their files are.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "host/library/AlbumGrouping.h"
+#include "host/library/Fields.h"
+#include "host/library/FileTally.h"
+#include "host/library/Library.h"
+#include "host/library/LocationReader.h"
+#include "host/page/Columns.h"
+#include "host/page/Contents.h"
+#include "host/page/SongBlock.h"
+#include "host/page/SongTexts.h"
+
+namespace tavrel::host {
+
+class SongPlaceMaker {
+ public:
+  // Looks for the files as the library's finder does. Asks the library itself nothing.
+  // withPaths: also the column of where they lie.
+  SongPlaceMaker(const LibraryFunctions& library, bool withPaths);
+
+  // What it reads of a song.
+  [[nodiscard]] static FieldSet Fields();
+
+  // The next songs.
+  void Add(const SongBlock& songs);
+
+  // The albums, what became of the files and, behind the columns that are there, the columns of that.
+  void MoveTo(PageContents& contents);
+
+ private:
+  void FindFile(const SongTexts& song);
+  void AddToAlbum(const SongTexts& song);
+  void MoveAlbumsTo(PageContents& contents) const;
+
+  LocationReader location_;
+  TextColumn states_;
+  std::optional<TextColumn> paths_;
+  FileTally tally_;
+  AlbumGrouping grouping_;
+  std::vector<std::optional<std::size_t>> parts_;  // of albums, of each song
+  std::vector<std::int32_t> plays_;
+};
+
+}  // namespace tavrel::host
