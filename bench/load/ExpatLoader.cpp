@@ -60,7 +60,7 @@ std::int64_t CountTracks(const char* text, std::size_t size) {
   return counter.trackCount;
 }
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithExpat(const std::string& path) {
   LoadMeter meter;
   std::size_t size = 0;
   Buffer buffer = ReadWholeFile(path, size);
@@ -80,7 +80,7 @@ LoadFigures Load(const std::string& path) {
 }  // namespace
 
 Loader ExpatLoader() {
-  return {"expat, empty handlers", XML_ExpatVersion(), false, Load};
+  return {"expat, empty handlers", XML_ExpatVersion(), false, LoadWithExpat};
 }
 
 }  // namespace tavrel::bench

@@ -19,7 +19,7 @@ struct Region {
 };
 
 std::vector<Region> regions;
-char* next = nullptr;
+char* nextPiece = nullptr;
 std::size_t left = 0;
 
 constexpr std::size_t RoundUp(std::size_t bytes, std::size_t unit) {
@@ -39,7 +39,7 @@ bool AddRegion(std::size_t bytes) noexcept {
   regions.push_back({start, mapped});
   const auto address = reinterpret_cast<std::uintptr_t>(start);
   const std::size_t skipped = RoundUp(address, kHugePage) - address;
-  next = static_cast<char*>(start) + skipped;
+  nextPiece = static_cast<char*>(start) + skipped;
   left = mapped - skipped;
   return true;
 }
@@ -49,8 +49,8 @@ bool AddRegion(std::size_t bytes) noexcept {
 void* TakeHuge(std::size_t bytes) noexcept {
   const std::size_t size = RoundUp(bytes, kAlignment);
   if (size > left && !AddRegion(size)) return nullptr;
-  char* piece = next;
-  next += size;
+  char* piece = nextPiece;
+  nextPiece += size;
   left -= size;
   return piece;
 }
@@ -58,7 +58,7 @@ void* TakeHuge(std::size_t bytes) noexcept {
 void ReleaseAllHuge() noexcept {
   for (const Region& region : regions) munmap(region.start, region.bytes);
   regions.clear();
-  next = nullptr;
+  nextPiece = nullptr;
   left = 0;
 }
 

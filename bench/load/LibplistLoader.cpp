@@ -8,7 +8,7 @@
 namespace tavrel::bench {
 namespace {
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithLibplist(const std::string& path) {
   LoadMeter meter;
   std::size_t size = 0;
   Buffer buffer = ReadWholeFile(path, size);
@@ -27,7 +27,7 @@ LoadFigures Load(const std::string& path) {
 }  // namespace
 
 Loader LibplistLoader() {
-  return {kLibplist, TAVREL_LIBPLIST_VERSION, true, Load};
+  return {kLibplist, TAVREL_LIBPLIST_VERSION, true, LoadWithLibplist};
 }
 
 }  // namespace tavrel::bench

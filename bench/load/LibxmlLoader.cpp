@@ -32,7 +32,7 @@ std::int64_t CountTracks(const xmlDoc* document) {
   return count;
 }
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithLibxml(const std::string& path) {
   LoadMeter meter;
   xmlDoc* document = xmlReadFile(path.c_str(), nullptr, kOptions);
   meter.Loaded();
@@ -48,7 +48,7 @@ LoadFigures Load(const std::string& path) {
 }  // namespace
 
 Loader LibxmlLoader() {
-  return {kLibxml, LIBXML_DOTTED_VERSION, true, Load};
+  return {kLibxml, LIBXML_DOTTED_VERSION, true, LoadWithLibxml};
 }
 
 }  // namespace tavrel::bench

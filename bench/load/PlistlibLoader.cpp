@@ -47,12 +47,12 @@ std::string RunPython(const std::string& script) {
   return pclose(pipe) == 0 ? text : std::string();
 }
 
-std::string Version() {
+std::string PlistlibVersion() {
   const std::string text = RunPython(kVersionScript);
   return text.substr(0, text.find('\n'));
 }
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithPlistlib(const std::string& path) {
   setenv("TAVREL_BENCH_FILE", path.c_str(), 1);
   const std::string answer = RunPython(kScript);
   LoadFigures figures{};
@@ -68,11 +68,11 @@ LoadFigures Load(const std::string& path) {
 }  // namespace
 
 bool HasPlistlib() {
-  return !Version().empty();
+  return !PlistlibVersion().empty();
 }
 
 Loader PlistlibLoader() {
-  return {kPlistlib, "of Python " + Version(), true, Load};
+  return {kPlistlib, "of Python " + PlistlibVersion(), true, LoadWithPlistlib};
 }
 
 }  // namespace tavrel::bench

@@ -24,7 +24,7 @@ std::int64_t CountTracks(const pugi::xml_document& document) {
   return count;
 }
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithPugixml(const std::string& path) {
   LoadMeter meter;
   std::size_t size = 0;
   Buffer buffer = ReadWholeFile(path, size);
@@ -57,18 +57,18 @@ LoadFigures LoadWithHugePages(const std::string& path) {
   return meter.Released();
 }
 
-std::string Version() {
+std::string PugixmlVersion() {
   return fmt::format("{}.{}", PUGIXML_VERSION / 1000, PUGIXML_VERSION % 1000 / 10);
 }
 
 }  // namespace
 
 Loader PugixmlLoader() {
-  return {kPugixml, Version(), false, Load};
+  return {kPugixml, PugixmlVersion(), false, LoadWithPugixml};
 }
 
 Loader PugixmlHugeLoader() {
-  return {kPugixmlHuge, Version(), false, LoadWithHugePages};
+  return {kPugixmlHuge, PugixmlVersion(), false, LoadWithHugePages};
 }
 
 }  // namespace tavrel::bench

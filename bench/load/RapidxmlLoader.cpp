@@ -18,7 +18,7 @@ std::int64_t CountTracks(const Document& document) {
   return count;
 }
 
-LoadFigures Load(const std::string& path) {
+LoadFigures LoadWithRapidxml(const std::string& path) {
   LoadMeter meter;
   std::size_t size = 0;
   Buffer buffer = ReadWholeFile(path, size);
@@ -37,7 +37,7 @@ LoadFigures Load(const std::string& path) {
 
 // Its headers do not state a version.
 Loader RapidxmlLoader() {
-  return {"rapidxml", "(states no version)", false, Load};
+  return {"rapidxml", "(states no version)", false, LoadWithRapidxml};
 }
 
 }  // namespace tavrel::bench

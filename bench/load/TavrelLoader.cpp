@@ -17,7 +17,7 @@ Function* FindFunction(void* library, const char* name) {
   return reinterpret_cast<Function*>(address);
 }
 
-LoadFigures Load(const std::string& library, const std::string& file) {
+LoadFigures LoadWithTavrel(const std::string& library, const std::string& file) {
   const LinkedHome home(file);
   setenv("HOME", home.path().c_str(), 1);
   LoadMeter meter;
@@ -48,7 +48,7 @@ std::string VersionOf(const std::string& library) {
 
 Loader TavrelLoader(const std::string& library) {
   return {kTavrel, VersionOf(library), false,
-          [library](const std::string& file) { return Load(library, file); }};
+          [library](const std::string& file) { return LoadWithTavrel(library, file); }};
 }
 
 }  // namespace tavrel::bench
