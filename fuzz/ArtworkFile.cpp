@@ -29,7 +29,7 @@ std::vector<std::uint32_t> Positions(const char* path, ArtworkLayouts layouts) {
   return positions;
 }
 
-void Read(std::string_view input) {
+void ReadCacheFile(std::string_view input) {
   static const tavrel::fuzz::InputFile file;
   file.Write(input);
   const auto usual = Positions(file.path().c_str(), ArtworkLayouts::Usual);
@@ -39,6 +39,6 @@ void Read(std::string_view input) {
   Require(every.size() >= usual.size(), "An image of the usual layout is lost");
 }
 
-const tavrel::fuzz::Target target("artwork", Read);
+const tavrel::fuzz::Target artworkTarget("artwork", ReadCacheFile);
 
 }  // namespace

@@ -19,7 +19,7 @@ std::uint32_t LineLengthOf(std::string_view input) {
   return static_cast<std::uint32_t>(byte(0) | byte(1) << 8) << byte(2) % 17;
 }
 
-void Code(std::string_view input) {
+void CodeBase64(std::string_view input) {
   const std::string expected = tavrel::test::ModelDecode(std::string(input));
   const std::uint32_t lineLength = LineLengthOf(input);
   const std::string encoded = tavrel::test::ModelEncode(input, lineLength);
@@ -31,6 +31,6 @@ void Code(std::string_view input) {
   }
 }
 
-const tavrel::fuzz::Target target("base64", Code);
+const tavrel::fuzz::Target base64Target("base64", CodeBase64);
 
 }  // namespace

@@ -51,13 +51,13 @@ void Life::LoadAnew() {
 
 namespace {
 
-void Live(std::string_view input) {
+void LiveOnCalls(std::string_view input) {
   static const Surroundings surroundings;
   static std::size_t lives = 0;
   Life(surroundings, input, lives++).Run();
 }
 
-const Target target("calls", Live);
+const Target callsTarget("calls", LiveOnCalls);
 
 }  // namespace
 

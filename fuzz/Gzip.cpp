@@ -9,7 +9,7 @@ using tavrel::system::ByteBuffer;
 
 namespace {
 
-void Code(std::string_view bytes) {
+void CodeGzip(std::string_view bytes) {
   constexpr std::size_t kLongest = 65536;  // a stream may become a thousand times longer
   if (bytes.empty() || bytes.size() > kLongest) return;
   const ByteBuffer input = ByteBuffer::Copy(bytes);
@@ -23,6 +23,6 @@ void Code(std::string_view bytes) {
   Require(tavrel::gzipInflate(deflated).view() == input.view(), "Other bytes come back");
 }
 
-const tavrel::fuzz::Target target("gzip", Code);
+const tavrel::fuzz::Target gzipTarget("gzip", CodeGzip);
 
 }  // namespace

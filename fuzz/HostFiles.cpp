@@ -61,11 +61,11 @@ void ReadPicture(std::string_view input) {
   }
 }
 
-void Read(std::string_view input) {
+void ReadHostFiles(std::string_view input) {
   ReadPicture(input);
   ReadFolder(input);
 }
 
-const tavrel::fuzz::Target target("host_files", Read);
+const tavrel::fuzz::Target hostFilesTarget("host_files", ReadHostFiles);
 
 }  // namespace

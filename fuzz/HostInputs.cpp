@@ -224,7 +224,7 @@ void CheckPlace(const Copied& plain, const std::string& file) {
   }
 }
 
-void Read(std::string_view input) {
+void ReadHostInputs(std::string_view input) {
   if (input.size() > kEnd) return;
   static const InputFile file;
   file.Write(input);
@@ -236,6 +236,6 @@ void Read(std::string_view input) {
   CheckPlace(plain, file.path());
 }
 
-const tavrel::fuzz::Target target("host_inputs", Read);
+const tavrel::fuzz::Target hostInputsTarget("host_inputs", ReadHostInputs);
 
 }  // namespace

@@ -135,7 +135,7 @@ void CheckNames(const std::vector<std::string_view>& texts) {
   Require(std::adjacent_find(given.begin(), given.end()) == given.end(), "Two names are alike");
 }
 
-void Check(std::string_view input) {
+void CheckTexts(std::string_view input) {
   if (input.empty()) return;
   const auto width = static_cast<std::size_t>(static_cast<unsigned char>(input.front()));
   std::vector<std::string_view> lines;
@@ -161,6 +161,6 @@ void Check(std::string_view input) {
   CheckNames(lines);
 }
 
-const tavrel::fuzz::Target target("host_texts", Check);
+const tavrel::fuzz::Target hostTextsTarget("host_texts", CheckTexts);
 
 }  // namespace

@@ -217,7 +217,7 @@ void SearchAll() {
   }
 }
 
-void Live(std::string_view input) {
+void LiveOnFile(std::string_view input) {
   static const tavrel::fuzz::InputHome home;
   home.WriteLibrary(input);
   const std::int32_t result = AgentInitializer();
@@ -228,6 +228,6 @@ void Live(std::string_view input) {
   AgentFinalizer();
 }
 
-const tavrel::fuzz::Target target("library", Live);
+const tavrel::fuzz::Target libraryTarget("library", LiveOnFile);
 
 }  // namespace

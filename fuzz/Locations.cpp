@@ -20,7 +20,7 @@ std::optional<std::string> Quick(const std::string& url) {
   return std::string(path.get(), *length);
 }
 
-void Decode(std::string_view input) {
+void DecodeLocation(std::string_view input) {
   const std::string url(input.substr(0, input.find('\0')));
   const std::optional<std::string> path = tavrel::text::PathOfUrl(url);
   Require(path == tavrel::reference::PathOfUrlLiterally(url), "The path is another");
@@ -31,6 +31,6 @@ void Decode(std::string_view input) {
           "A path does not come back");
 }
 
-const tavrel::fuzz::Target target("locations", Decode);
+const tavrel::fuzz::Target locationsTarget("locations", DecodeLocation);
 
 }  // namespace

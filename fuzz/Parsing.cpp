@@ -34,11 +34,11 @@ void Compare(const std::string& text) {
 }
 
 // As it is, and in the middle of other elements, far enough from the end for the index to be used.
-void Parse(std::string_view input) {
+void ParseText(std::string_view input) {
   Compare(std::string(input));
   Compare(std::string("<r><k>v</k>").append(input).append("<k>v</k></r><k>v</k>"));
 }
 
-const tavrel::fuzz::Target target("parsing", Parse);
+const tavrel::fuzz::Target parsingTarget("parsing", ParseText);
 
 }  // namespace

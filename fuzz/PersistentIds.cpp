@@ -11,7 +11,7 @@ using tavrel::fuzz::Require;
 
 namespace {
 
-void Read(std::string_view input) {
+void ReadPersistentIds(std::string_view input) {
   const std::string text(input.substr(0, input.find('\0')));
   std::array<std::uint8_t, 8> expected{1, 2, 3, 4, 5, 6, 7, 8};
   std::array<std::uint8_t, 8> bytes = expected;
@@ -23,6 +23,6 @@ void Read(std::string_view input) {
   Require(bytes == expected, "The bytes are others");
 }
 
-const tavrel::fuzz::Target target("persistent_ids", Read);
+const tavrel::fuzz::Target persistentIdsTarget("persistent_ids", ReadPersistentIds);
 
 }  // namespace

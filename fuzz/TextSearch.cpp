@@ -32,7 +32,7 @@ struct Folded {
   std::vector<std::uint64_t> joined;
 };
 
-void Search(std::string_view input) {
+void SearchTexts(std::string_view input) {
   constexpr std::size_t kLongest = 512;  // the model tries every place
   input = input.substr(0, std::min(input.find('\0'), kLongest));
   const std::size_t end = input.find('\n');
@@ -50,6 +50,6 @@ void Search(std::string_view input) {
   }
 }
 
-const tavrel::fuzz::Target target("search", Search);
+const tavrel::fuzz::Target searchTarget("search", SearchTexts);
 
 }  // namespace

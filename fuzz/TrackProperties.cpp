@@ -51,7 +51,7 @@ void Compare(TrackRecord& track) {
   ReleaseTexts(plain.info);
 }
 
-void Read(std::string_view input) {
+void ReadTrack(std::string_view input) {
   static const tavrel::fuzz::InputHome home;
   home.WriteLibrary(std::string("<plist><dict><key>Tracks</key><dict><key>1</key><dict>")
                         .append(input)
@@ -61,6 +61,6 @@ void Read(std::string_view input) {
   AgentFinalizer();
 }
 
-const tavrel::fuzz::Target target("properties", Read);
+const tavrel::fuzz::Target propertiesTarget("properties", ReadTrack);
 
 }  // namespace

@@ -24,13 +24,13 @@ void Compare(const std::string& source, std::size_t size) {
 }
 
 // The first byte is the size of a small buffer.
-void Decode(std::string_view input) {
+void DecodeText(std::string_view input) {
   if (input.empty()) return;
   const std::string source(input.substr(1, input.find('\0', 1) - 1));
   Compare(source, source.size() + 1);
   Compare(source, static_cast<unsigned char>(input[0]));
 }
 
-const tavrel::fuzz::Target target("xml_text", Decode);
+const tavrel::fuzz::Target xmlTextTarget("xml_text", DecodeText);
 
 }  // namespace
