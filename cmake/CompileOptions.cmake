@@ -48,7 +48,20 @@ endfunction()
 # give different things one name, also inside their anonymous namespaces, and that what an edit compiles anew
 # is more. `scripts/soak sources` compiles each of them by itself.
 option(TAVREL_JOIN_SOURCES "Compile the sources of the host and of the tests several at a time" ON)
-set(CMAKE_UNITY_BUILD_BATCH_SIZE 16)
+set(CMAKE_UNITY_BUILD_BATCH_SIZE 32)
+
+# tavrel_join_sources(TARGET) does so with the library's, but for the kernels of one job (X.avx2.cpp): those give
+# like helpers like names.
+function(tavrel_join_sources target)
+  get_target_property(kernels ${target} SOURCES)
+  list(FILTER kernels INCLUDE REGEX "\\.[a-z0-9]+\\.cpp$")
+  if(kernels)
+    get_target_property(folder ${target} SOURCE_DIR)
+    list(TRANSFORM kernels PREPEND ${folder}/ REGEX "^[^/].*")
+    set_source_files_properties(${kernels} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+endfunction()
 
 if(TAVREL_SANITIZE)
   target_compile_options(tavrel_options INTERFACE

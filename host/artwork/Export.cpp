@@ -27,7 +27,7 @@ namespace tavrel::host {
 namespace {
 
 // What became of it.
-struct Tally {
+struct WrittenCount {
   std::int64_t written = 0;
   std::int64_t kept = 0;  // files that were there
   std::int64_t songsWithoutCover = 0;
@@ -50,7 +50,7 @@ class Exporter {
         cache_(session.library, session.libraryPath),
         covers_(session.library, cache_, options.longestSide) {}
 
-  const Tally& Run() {
+  const WrittenCount& Run() {
     const std::size_t files = options_.unclaimed ? cache_.Unclaimed().size() : 0;
     if (files == 0 && !session_.library.IsLoaded()) throw session_.place.WhyNotLoaded();
     if (!options_.besideSongs && !options_.isDryRun) MakeFolders(options_.folder);
@@ -187,10 +187,10 @@ class Exporter {
   FileNames names_;
   std::map<std::size_t, std::string>
       written_;  // files of the album at hand, by a hash of what they hold
-  Tally tally_;
+  WrittenCount tally_;
 };
 
-void PrintJson(const Tally& tally, Session& session) {
+void PrintJson(const WrittenCount& tally, Session& session) {
   JsonArray damaged;
   for (const std::string& file : tally.damaged) damaged.Add(file);
   JsonArray failed;
@@ -204,7 +204,7 @@ void PrintJson(const Tally& tally, Session& session) {
   session.output.WriteLine(summary.Text());
 }
 
-void PrintSummary(const Tally& tally, bool isDryRun, Session& session) {
+void PrintSummary(const WrittenCount& tally, bool isDryRun, Session& session) {
   Output& output = session.output;
   output.WriteLine(Counted(tally.written, "cover") + (isDryRun ? " would be written" : " written"));
   if (tally.kept > 0) {
@@ -231,7 +231,7 @@ void PrintSummary(const Tally& tally, bool isDryRun, Session& session) {
 
 ExitCode ExportArtwork(const ExportOptions& options, Session& session) {
   Exporter exporter(options, session);
-  const Tally& tally = exporter.Run();
+  const WrittenCount& tally = exporter.Run();
   if (session.options.json) {
     PrintJson(tally, session);
   } else {

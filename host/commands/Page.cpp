@@ -51,14 +51,6 @@ void Check(PageArguments& arguments) {
   arguments.mostCovers = MostCovers(arguments.covers);
 }
 
-// "412 KB" or "3.1 MB", of 1,000 bytes each.
-std::string SizeText(std::size_t bytes) {
-  const auto kilobytes = static_cast<std::int64_t>((bytes + 999) / 1000);
-  if (kilobytes < 1000) return Grouped(kilobytes) + " KB";
-  const std::int64_t tenths = (kilobytes + 50) / 100;
-  return Grouped(tenths / 10) + "." + std::to_string(tenths % 10) + " MB";
-}
-
 std::int64_t CountCovers(const PageCovers& covers) {
   std::int64_t count = 0;
   for (const std::int64_t number : covers.places.numbers) count += number != 0 ? 1 : 0;

@@ -15,7 +15,7 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::string_view kId = "id:";
+constexpr std::string_view kIdPrefix = "id:";
 constexpr std::size_t kMostShown = 10;
 
 std::optional<std::int32_t> Position(const std::string& text) {
@@ -57,8 +57,8 @@ std::vector<std::int32_t> Positions(const Session& session, Fits fits) {
 }
 
 std::vector<std::int32_t> PositionsOf(const std::string& wanted, const Session& session) {
-  if (wanted.starts_with(kId)) {
-    const std::string id = Fold(wanted.substr(kId.size()));
+  if (wanted.starts_with(kIdPrefix)) {
+    const std::string id = Fold(wanted.substr(kIdPrefix.size()));
     return Positions(session, [&](const SongRecord& song) {
       return !id.empty() && Fold(song.Text(Field::Id).value_or("")) == id;
     });

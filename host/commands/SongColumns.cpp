@@ -12,23 +12,23 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kWidestLine = 78;  // of a message
-constexpr std::size_t kIndent = 3;
-constexpr std::size_t kLongestCompared = 40;  // in bytes; no name of a field comes near
+constexpr std::size_t kFieldIndent = 3;
+constexpr std::size_t kLongestField = 40;  // in bytes; no name of a field comes near
 
 // What people call a field that goes by another name here.
-struct Guess {
+struct FieldGuess {
   std::string_view word;
   Field field;
 };
 
 constexpr std::array kGuesses{
-    Guess{"title", Field::Name},       Guess{"song", Field::Name},
-    Guess{"time", Field::Seconds},     Guess{"duration", Field::Seconds},
-    Guess{"length", Field::Seconds},   Guess{"date", Field::Added},
-    Guess{"stars", Field::Rating},     Guess{"count", Field::Plays},
-    Guess{"number", Field::Track},     Guess{"file", Field::Path},
-    Guess{"url", Field::Location},     Guess{"format", Field::Kind},
-    Guess{"comment", Field::Comments}, Guess{"episodeOrder", Field::Episode},
+    FieldGuess{"title", Field::Name},       FieldGuess{"song", Field::Name},
+    FieldGuess{"time", Field::Seconds},     FieldGuess{"duration", Field::Seconds},
+    FieldGuess{"length", Field::Seconds},   FieldGuess{"date", Field::Added},
+    FieldGuess{"stars", Field::Rating},     FieldGuess{"count", Field::Plays},
+    FieldGuess{"number", Field::Track},     FieldGuess{"file", Field::Path},
+    FieldGuess{"url", Field::Location},     FieldGuess{"format", Field::Kind},
+    FieldGuess{"comment", Field::Comments}, FieldGuess{"episodeOrder", Field::Episode},
 };
 
 std::string WithoutBlanks(std::string_view text) {
@@ -53,14 +53,14 @@ std::string_view NearestField(const std::string& folded) {
 // The field that is guessed at, called by its key in the file, or mistyped; empty when none is near.
 std::string_view MeantBy(std::string_view name) {
   const std::string folded = Fold(WithoutBlanks(name));
-  for (const Guess& guess : kGuesses) {
+  for (const FieldGuess& guess : kGuesses) {
     if (Fold(guess.word) == folded) return FactsOf(guess.field).name;
   }
   for (const FieldFacts& field : kFields) {
     if (Fold(WithoutBlanks(field.key)) == folded) return field.name;
     if (Fold(WithoutBlanks(field.heading)) == folded) return field.name;
   }
-  return NearestField(folded.substr(0, kLongestCompared));
+  return NearestField(folded.substr(0, kLongestField));
 }
 
 Failure NoSuchField(std::string_view name) {
@@ -75,7 +75,7 @@ Failure NoSuchField(std::string_view name) {
     column += 1 + field.name.size();
     if (column > kWidestLine) {
       message += "\n   ";
-      column = kIndent + 1 + field.name.size();
+      column = kFieldIndent + 1 + field.name.size();
     }
     message.append(" ").append(field.name);
   }

@@ -20,10 +20,10 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::uint64_t kPieceSize = 1 << 20;
+constexpr std::uint64_t kCopiedAtOnce = 1 << 20;
 // What is written before the disk is asked to keep it: less takes longer, more lets a user wait who wants the
 // program to end.
-constexpr std::uint64_t kBetweenSyncs = 32 * kPieceSize;
+constexpr std::uint64_t kBetweenSyncs = 32 * kCopiedAtOnce;
 constexpr std::int64_t kSameTime = 2;  // seconds
 
 struct FileState {
@@ -70,10 +70,10 @@ bool IsSameTime(timespec one, timespec other) {
 }
 
 bool HaveSameBytes(int one, int other, std::uint64_t size) {
-  std::string left(kPieceSize, '\0');
-  std::string right(kPieceSize, '\0');
-  for (std::uint64_t at = 0; at < size; at += kPieceSize) {
-    const auto count = static_cast<std::size_t>(std::min(kPieceSize, size - at));
+  std::string left(kCopiedAtOnce, '\0');
+  std::string right(kCopiedAtOnce, '\0');
+  for (std::uint64_t at = 0; at < size; at += kCopiedAtOnce) {
+    const auto count = static_cast<std::size_t>(std::min(kCopiedAtOnce, size - at));
     if (system::ReadAt(one, at, left.data(), count) != count) return false;
     if (system::ReadAt(other, at, right.data(), count) != count) return false;
     if (std::memcmp(left.data(), right.data(), count) != 0) return false;
@@ -226,7 +226,7 @@ std::uint64_t FileCopier::WriteInSystem([[maybe_unused]] int from,
                                         [[maybe_unused]] NewFile& file) {
 #if defined(__linux__)
   auto offset = static_cast<off_t>(at);
-  const auto count = static_cast<std::size_t>(std::min(kPieceSize, size - at));
+  const auto count = static_cast<std::size_t>(std::min(kCopiedAtOnce, size - at));
   const ssize_t written = ::copy_file_range(from, &offset, file.Descriptor(), nullptr, count, 0);
   if (written > 0) return static_cast<std::uint64_t>(written);
   if (written < 0 && (errno == ENOSPC || errno == EDQUOT || errno == EFBIG)) {
@@ -238,7 +238,7 @@ std::uint64_t FileCopier::WriteInSystem([[maybe_unused]] int from,
 
 std::uint64_t FileCopier::WritePiece(int from, std::uint64_t at, const std::string& target,
                                      NewFile& file) {
-  buffer_.resize(kPieceSize);
+  buffer_.resize(kCopiedAtOnce);
   const std::size_t count = system::ReadAt(from, at, buffer_.data(), buffer_.size());
   if (!system::WriteFully(file.Descriptor(), std::string_view(buffer_).substr(0, count))) {
     throw WriteFailure(target, errno);

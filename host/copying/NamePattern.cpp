@@ -12,7 +12,7 @@
 namespace tavrel::host {
 namespace {
 
-[[noreturn]] void Fail(const std::string& why) {
+[[noreturn]] void Refuse(const std::string& why) {
   throw Failure(ExitCode::Usage, "--name: " + why);
 }
 
@@ -23,10 +23,10 @@ Field FieldNamed(std::string_view name) {
   std::string message = fmt::format("there is no field \"{}\"", Clean(name));
   const std::vector<std::size_t> near = Nearest(name, all);
   if (!near.empty()) message += fmt::format("; do you mean {{{}}}?", all[near[0]]);
-  Fail(message);
+  Refuse(message);
 }
 
-std::string_view BaseName(std::string_view path) {
+std::string_view NameOfFile(std::string_view path) {
   const std::string_view base = text::SplitExtension(path).base;
   return base.substr(base.rfind('/') + 1);
 }
@@ -48,7 +48,7 @@ std::string TextOf(Field field, const SongRecord& song, std::string_view path) {
   if (field == Field::Disc) return NumberText(song, field, 1);
   if (field == Field::AlbumArtist) return ArtistOfAlbum(song);
   const std::string_view text = song.Text(field).value_or("");
-  return std::string(field == Field::Name && text.empty() ? BaseName(path) : text);
+  return std::string(field == Field::Name && text.empty() ? NameOfFile(path) : text);
 }
 
 std::string Unknown(Field field) {
@@ -71,12 +71,12 @@ NamePattern::Name NamePattern::ParseName(std::string_view text) {
       text.remove_prefix(2);
     } else if (text[0] == '{') {
       const std::size_t close = text.find('}');
-      if (close == std::string_view::npos) Fail("a { without its }");
+      if (close == std::string_view::npos) Refuse("a { without its }");
       end();
       name.push_back({{}, FieldNamed(text.substr(1, close - 1))});
       text.remove_prefix(close + 1);
     } else {
-      if (text[0] == '}') Fail("a } without its {");
+      if (text[0] == '}') Refuse("a } without its {");
       literal += text[0];
       text.remove_prefix(1);
     }
@@ -89,7 +89,7 @@ NamePattern::NamePattern(std::string_view text) {
   for (;;) {
     const std::size_t slash = text.find('/');
     names_.push_back(ParseName(text.substr(0, slash)));
-    if (names_.back().empty()) Fail("a folder or file without a name");
+    if (names_.back().empty()) Refuse("a folder or file without a name");
     if (slash == std::string_view::npos) break;
     text.remove_prefix(slash + 1);
   }

@@ -36,7 +36,7 @@ void AppendElement(std::string& xml, std::string_view name, std::string_view tex
 }
 
 // Everything but letters, digits, '/' and the four marks that never mean anything.
-std::string Escaped(std::string_view path) {
+std::string PathEscaped(std::string_view path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string url;
   for (const char letter : path) {
@@ -73,7 +73,7 @@ void AppendXmlText(std::string& xml, std::string_view text) {
 }
 
 std::string UrlOfPath(std::string_view path) {
-  return path.starts_with('/') ? text::FileUrlOfPath(std::string(path)) : Escaped(path);
+  return path.starts_with('/') ? text::FileUrlOfPath(std::string(path)) : PathEscaped(path);
 }
 
 XspfText::XspfText(std::string_view name)

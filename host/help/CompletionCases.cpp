@@ -47,7 +47,7 @@ std::string Literal(std::string_view text) {
   return literal + "'";
 }
 
-std::string Words(const CommandSummary& program, const CommandSummary& command) {
+std::string WordsOf(const CommandSummary& program, const CommandSummary& command) {
   return &program == &command ? "" : command.path.substr(program.path.size() + 1);
 }
 
@@ -117,7 +117,7 @@ class CaseWriter {
  private:
   void Add(const CommandSummary& command) {
     const bool isProgram = &command == &program_;
-    const std::string words = Words(program_, command);
+    const std::string words = WordsOf(program_, command);
     for (const CommandSummary& one : command.commands) AddStep(words, one);
     for (const OptionSummary& option : command.options) {
       if (option.StandsByPlace() || option.argument.empty()) continue;
@@ -140,7 +140,7 @@ class CaseWriter {
     std::string patterns = Literal(words + ":" + next.name);
     for (const std::string& alias : next.aliases)
       AddPattern(patterns, Literal(words + ":" + alias));
-    steps_ += "      " + patterns + ") command=" + Literal(Words(program_, next)) + " ;;\n";
+    steps_ += "      " + patterns + ") command=" + Literal(WordsOf(program_, next)) + " ;;\n";
   }
 
   void AddPlaces(const std::string& words, const CommandSummary& command) {

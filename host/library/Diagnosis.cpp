@@ -26,7 +26,7 @@ constexpr const char* kAdvice =
     "\n  In iTunes 12.2 and later: Preferences, Advanced, \"Share iTunes Library XML\"."
     "\n  In Music: File, Library, Export Library; then: tavrel --library FILE";
 
-constexpr std::size_t kPieceSize = 1 << 20;
+constexpr std::size_t kReadAtOnce = 1 << 20;
 constexpr std::size_t kLongestCharacter = 4;
 
 Failure Missing(const std::string& path, const std::string& detail) {
@@ -116,7 +116,7 @@ std::string StartOf(int descriptor) {
 }
 
 Failure DiagnoseText(const std::string& path, int descriptor) {
-  std::vector<char> buffer(kPieceSize);
+  std::vector<char> buffer(kReadAtOnce);
   TextPosition position;
   ElementSearch element;
   for (std::size_t length = 0;;) {

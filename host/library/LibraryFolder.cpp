@@ -25,7 +25,7 @@ constexpr std::string_view kFileNames[] = {"iTunes Music Library.xml", "iTunes L
 constexpr std::string_view kPlaces[] = {
     "", "iTunes", "Music", "Music/iTunes", "Music/Music", "My Music/iTunes"};
 
-constexpr std::size_t kMostShown = 3;
+constexpr std::size_t kMostFilesShown = 3;
 constexpr int kHighest = 2;  // "iTunes Media/Music" has the library file above it
 constexpr int kDeepest = 3;  // "Users/me" of a copied disk
 constexpr std::size_t kMostLookedInto = 300;
@@ -113,7 +113,7 @@ void AddLibrariesBelow(const std::string& folder, std::vector<std::string>& foun
     std::vector<std::string> next;
     for (const std::string& at : level) {
       for (std::string& below : FoldersIn(at)) {
-        if (found.size() == kMostShown || ++lookedInto > kMostLookedInto) return;
+        if (found.size() == kMostFilesShown || ++lookedInto > kMostLookedInto) return;
         const bool isOne = !FindLibraryFiles(below).empty();
         (isOne ? found : next).push_back(std::move(below));
       }
@@ -147,10 +147,10 @@ std::string DescribeEntries(const std::string& folder) {
   if (names.empty()) return "\n  It is empty, or cannot be read.";
   std::string line = fmt::format(
       "\n  It holds {}", names.size() == 1 ? "1 entry" : Grouped(std::ssize(names)) + " entries");
-  for (std::size_t i = 0; i < std::min(names.size(), kMostShown); ++i) {
+  for (std::size_t i = 0; i < std::min(names.size(), kMostFilesShown); ++i) {
     line += (i == 0 ? ": " : ", ") + names[i];
   }
-  return line + (names.size() > kMostShown ? ", …" : ".");
+  return line + (names.size() > kMostFilesShown ? ", …" : ".");
 }
 
 std::vector<std::string> FindLibraryFiles(const std::string& folder) {
@@ -175,7 +175,7 @@ std::string DescribeOtherFiles(const std::string& folder) {
                     files.databases.front());
   }
   if (!files.exports.empty()) lines += "\n  There are other files. Is this the library?";
-  for (std::size_t i = 0; i < std::min(files.exports.size(), kMostShown); ++i) {
+  for (std::size_t i = 0; i < std::min(files.exports.size(), kMostFilesShown); ++i) {
     lines += "\n    tavrel -l " + Quoted(files.exports[i]);
   }
   return lines;

@@ -18,8 +18,8 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kMostSuggestions = 3;
-constexpr std::size_t kLongestCompared = 200;  // in bytes; no name that a person types is longer
-constexpr std::size_t kLongestPath = 200;      // in bytes, of a name with folders before it
+constexpr std::size_t kLongestName = 200;  // in bytes; no name that a person types is longer
+constexpr std::size_t kLongestPath = 200;  // in bytes, of a name with folders before it
 
 struct Place {
   std::int32_t group = 0;
@@ -158,10 +158,10 @@ Failure SeveralMatches(const std::vector<Playlist>& playlists, const std::string
 class Nearness {
  public:
   explicit Nearness(const std::string& wanted)
-      : wanted_(wanted), distance_(wanted.size() > kLongestCompared ? "" : wanted) {}
+      : wanted_(wanted), distance_(wanted.size() > kLongestName ? "" : wanted) {}
 
   [[nodiscard]] std::optional<std::size_t> To(const std::string& name) const {
-    if (name.size() > kLongestCompared || wanted_.size() > kLongestCompared) return std::nullopt;
+    if (name.size() > kLongestName || wanted_.size() > kLongestName) return std::nullopt;
     const bool contained = !wanted_.empty() && name.find(wanted_) != std::string::npos;
     const std::size_t distance = distance_.To(name);
     if (contained || distance <= std::max<std::size_t>(1, wanted_.size() / 3)) return distance;
@@ -217,8 +217,9 @@ Failure NoMatch(const std::vector<Playlist>& playlists, const std::string& wante
 
 const Playlist& FindPlaylist(const std::vector<Playlist>& playlists, const std::string& wanted,
                              const Options& options) {
-  constexpr std::string_view kId = "id:";
-  if (wanted.starts_with(kId)) return FindById(playlists, wanted.substr(kId.size()), options);
+  constexpr std::string_view kIdStart = "id:";
+  if (wanted.starts_with(kIdStart))
+    return FindById(playlists, wanted.substr(kIdStart.size()), options);
   if (const std::optional<Place> place = ParsePlace(wanted)) {
     const Matches matches = Select(playlists, [&](const Playlist& playlist) {
       return playlist.group == place->group && playlist.position == place->position;

@@ -34,7 +34,7 @@ constexpr int kMostNames = 100;  // that are tried until one is free
 constexpr const char* kTakenOver = "another program has put something else in its place";
 
 // What the signal handler removes. It changes only while the ending signals are blocked.
-const PrivateFolder* active = nullptr;
+const PrivateFolder* activeFolder = nullptr;
 
 std::string FolderForTemporaryFiles() {
   const char* chosen = ::getenv("TMPDIR");
@@ -73,7 +73,7 @@ void SetHandlers(void (*handler)(int)) noexcept {
 }  // namespace
 
 void RemoveActiveFolder() noexcept {
-  if (active != nullptr) active->Remove();
+  if (activeFolder != nullptr) activeFolder->Remove();
 }
 
 namespace {
@@ -92,7 +92,7 @@ PrivateFolder::PrivateFolder()
   if (!parent_) Fail(std::strerror(errno));
   const auto blocked = BlockedSignals::Ending();
   MakeUnderFreeName();
-  active = this;
+  activeFolder = this;
   SetHandlers(&EndBySignal);
   const std::string failed = OpenWhatWasMade();
   if (failed.empty()) return;
@@ -178,7 +178,7 @@ void PrivateFolder::Remove() const noexcept {
 void PrivateFolder::Release() noexcept {
   SetHandlers(SIG_DFL);
   Remove();
-  active = nullptr;
+  activeFolder = nullptr;
 }
 
 void PrivateFolder::Fail(const std::string& reason) const {

@@ -14,13 +14,13 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::size_t kPieceSize = 1 << 18;
+constexpr std::size_t kUnpackedAtOnce = 1 << 18;
 constexpr std::string_view kGzipStart = "\x1F\x8B";
 constexpr int kGzipWindow = 15 + 16;  // the largest window, with a header of gzip's
 
 // Reads until the piece is full or the input ends; false on an error.
 bool ReadPiece(int from, std::vector<char>& piece) {
-  piece.resize(kPieceSize);
+  piece.resize(kUnpackedAtOnce);
   std::size_t length = 0;
   while (length < piece.size()) {
     const ssize_t got = ::read(from, piece.data() + length, piece.size() - length);
@@ -58,7 +58,7 @@ class Target {
 // Inflates piece by piece.
 class Inflater {
  public:
-  explicit Inflater(Target& target) : target_(target), buffer_(kPieceSize) {
+  explicit Inflater(Target& target) : target_(target), buffer_(kUnpackedAtOnce) {
     if (::inflateInit2(&stream_, kGzipWindow) != Z_OK) throw std::bad_alloc();
   }
   Inflater(const Inflater&) = delete;

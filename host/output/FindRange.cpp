@@ -32,8 +32,8 @@ void AppendFolded(std::string& target, std::string_view text) {
 
 void AppendWithoutAccents(std::string& target, std::string_view character) {
   constexpr std::size_t kMostParts = 32;  // a character has at most 18
-  constexpr auto kOptions = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE |
-                                                           UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK);
+  constexpr auto kFoldingOptions = static_cast<utf8proc_option_t>(
+      UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK);
   const auto byte = static_cast<unsigned char>(character[0]);
   if (byte < 0x80) {
     target += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte);
@@ -45,7 +45,7 @@ void AppendWithoutAccents(std::string& target, std::string_view character) {
   utf8proc_int32_t parts[kMostParts];
   int boundary = 0;
   const utf8proc_ssize_t count =
-      utf8proc_decompose_char(code, parts, kMostParts, kOptions, &boundary);
+      utf8proc_decompose_char(code, parts, kMostParts, kFoldingOptions, &boundary);
   for (utf8proc_ssize_t i = 0; i < count && count <= utf8proc_ssize_t{kMostParts}; ++i) {
     utf8proc_uint8_t encoded[4];
     const utf8proc_ssize_t size = utf8proc_encode_char(parts[i], encoded);

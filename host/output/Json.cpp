@@ -11,7 +11,7 @@
 namespace tavrel::host {
 namespace {
 
-std::string Quoted(std::string_view text) {
+std::string JsonQuoted(std::string_view text) {
   using Library = nlohmann::json;
   return Library(text).dump(-1, ' ', false, Library::error_handler_t::replace);
 }
@@ -60,7 +60,7 @@ void AppendJsonText(std::string& json, std::string_view text) {
   if (IsPlainAsciiWithout<'"', '\\'>(text)) {
     json.append(1, '"').append(text).append(1, '"');
   } else {
-    json += WithoutUnseen(Quoted(text));
+    json += WithoutUnseen(JsonQuoted(text));
   }
 }
 

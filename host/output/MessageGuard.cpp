@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::size_t kCaptureSize = 1 << 16;
 
-MessageGuard* active = nullptr;
+MessageGuard* activeGuard = nullptr;
 
 std::string CleanLines(std::string_view text) {
   std::string clean;
@@ -75,12 +75,12 @@ void CopyCleaned(int from, int to) {
 
 void Complain(const std::string& message) {
   const std::string text = CleanLines("tavrel: " + message) + '\n';
-  if (active != nullptr) active->Show();
-  WriteAll(active != nullptr ? active->original_.get() : STDERR_FILENO, text);
+  if (activeGuard != nullptr) activeGuard->Show();
+  WriteAll(activeGuard != nullptr ? activeGuard->original_.get() : STDERR_FILENO, text);
 }
 
 std::int64_t LoggedBytes() noexcept {
-  return active != nullptr ? ::lseek(active->kept_.get(), 0, SEEK_END) : 0;
+  return activeGuard != nullptr ? ::lseek(activeGuard->kept_.get(), 0, SEEK_END) : 0;
 }
 
 MessageGuard::MessageGuard(LogLines lines)
@@ -91,12 +91,12 @@ MessageGuard::MessageGuard(LogLines lines)
     throw Failure(ExitCode::Failed,
                   std::string("cannot keep the library's messages: ") + std::strerror(errno));
   }
-  active = this;
+  activeGuard = this;
 }
 
 MessageGuard::~MessageGuard() {
   Show();
-  active = nullptr;
+  activeGuard = nullptr;
   ::dup2(original_.get(), STDERR_FILENO);
 }
 

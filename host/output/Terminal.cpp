@@ -9,7 +9,7 @@
 namespace tavrel::host {
 namespace {
 
-constexpr std::size_t kUsualWidth = 80;
+constexpr std::size_t kWidthOfUnknown = 80;
 
 std::string_view Environment(const char* name) {
   const char* value = std::getenv(name);
@@ -54,7 +54,7 @@ Terminal DescribeStandardOutput(ColorUse color) {
   const bool isTerminal = ::isatty(STDOUT_FILENO) == 1;
   std::size_t width = isTerminal ? WidthOfTerminal() : 0;
   if (width == 0) width = WidthOfEnvironment();
-  if (width == 0 && isTerminal) width = kUsualWidth;
+  if (width == 0 && isTerminal) width = kWidthOfUnknown;
   if (color != ColorUse::Auto) return {width, color == ColorUse::Always};
   const bool styled =
       isTerminal && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";

@@ -192,17 +192,17 @@ std::string_view Suffix(std::string_view clean, std::size_t columns) {
 }
 
 std::vector<std::string> FoldLine(const std::vector<std::string>& cleanParts, std::size_t width) {
-  constexpr std::string_view kIndent = "  ";
+  constexpr std::string_view kFurtherIndent = "  ";
   std::vector<std::string> lines{{}};
   const auto add = [&](std::string_view part) {
     const bool isFirst = lines.back().empty();
     const bool fits = width == 0 || Width(lines.back()) + 1 + Width(part) <= width;
-    if (!isFirst && !fits) lines.emplace_back(kIndent);
+    if (!isFirst && !fits) lines.emplace_back(kFurtherIndent);
     if (!isFirst && fits) lines.back() += ' ';
     lines.back() += part;
   };
   for (std::string_view part : cleanParts) {
-    while (width != 0 && kIndent.size() + Width(part) > width) {
+    while (width != 0 && kFurtherIndent.size() + Width(part) > width) {
       const std::size_t blank = part.find(' ');
       if (blank == std::string_view::npos) break;
       add(part.substr(0, blank));

@@ -24,10 +24,10 @@ namespace {
 constexpr std::int32_t kSide = 96;   // of a small cover, in pixels
 constexpr std::int32_t kAcross = 8;  // covers in a row of a sheet, and rows
 constexpr std::int32_t kTopSide = 240;
-constexpr int kQuality = 80;
+constexpr int kSheetQuality = 80;
 constexpr char kBackground = '\x80';  // around a cover that is no square
 
-std::size_t Size(std::int32_t number) {
+std::size_t Number(std::int32_t number) {
   return static_cast<std::size_t>(number);
 }
 
@@ -39,13 +39,13 @@ class Sheet {
 
   // Not full. The cover is no larger than its place, in the middle of which it comes.
   void Add(const Pixels& cover) {
-    if (IsEmpty()) pixels_.bytes.assign(Size(kWidth) * Size(kWidth) * 4, kBackground);
+    if (IsEmpty()) pixels_.bytes.assign(Number(kWidth) * Number(kWidth) * 4, kBackground);
     const std::int32_t left = count_ % kAcross * kSide + (kSide - cover.width) / 2;
     const std::int32_t top = count_ / kAcross * kSide + (kSide - cover.height) / 2;
-    const std::size_t length = Size(cover.width) * 4;
+    const std::size_t length = Number(cover.width) * 4;
     for (std::int32_t row = 0; row < cover.height; ++row) {
-      const std::size_t to = (Size(top + row) * Size(kWidth) + Size(left)) * 4;
-      std::memcpy(pixels_.bytes.data() + to, cover.bytes.data() + Size(row) * length, length);
+      const std::size_t to = (Number(top + row) * Number(kWidth) + Number(left)) * 4;
+      std::memcpy(pixels_.bytes.data() + to, cover.bytes.data() + Number(row) * length, length);
     }
     ++count_;
   }
@@ -53,7 +53,7 @@ class Sheet {
   // As a JPEG file; empty afterwards.
   std::string Take() {
     count_ = 0;
-    return JpegOf(pixels_, kQuality);
+    return JpegOf(pixels_, kSheetQuality);
   }
 
  private:
@@ -115,7 +115,7 @@ class CoverMaker {
     for (std::size_t i = 0; i < contents_.albums.size(); ++i) {
       const std::vector<std::int32_t>& songs = contents_.albums[i].positions;
       if (std::any_of(songs.begin(), songs.end(),
-                      [this](std::int32_t song) { return !cache_.FileOf(Size(song)).empty(); })) {
+                      [this](std::int32_t song) { return !cache_.FileOf(Number(song)).empty(); })) {
         albums.push_back(i);
       }
     }
@@ -162,7 +162,7 @@ class CoverMaker {
 
   static std::string AddressOf(const Picture& picture) {
     const std::optional<Pixels> pixels = Decoded(picture, kTopSide);
-    return pixels ? "data:image/jpeg;base64," + Base64Text(JpegOf(*pixels, kQuality)) : "";
+    return pixels ? "data:image/jpeg;base64," + Base64Text(JpegOf(*pixels, kSheetQuality)) : "";
   }
 
   const PageContents& contents_;

@@ -15,8 +15,8 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kTopAlbums = 12;
-constexpr std::size_t kLongestName = 120;  // in characters
-constexpr std::uint32_t kHues = 8;         // that the style knows
+constexpr std::size_t kLongestShown = 120;  // in characters
+constexpr std::uint32_t kHues = 8;          // that the style knows
 
 // The same for the same title, in the page's scripts, too: the sum of its bytes.
 std::uint32_t HueOf(std::string_view title) {
@@ -66,11 +66,11 @@ std::vector<std::size_t> TopAlbums(const PageContents& contents) {
 }
 
 std::string Figures(const PageContents& contents, const Words& words) {
-  constexpr std::int64_t kMinute = 60'000;
-  constexpr std::int64_t kHour = 60 * kMinute;
+  constexpr std::int64_t kMinuteMs = 60'000;
+  constexpr std::int64_t kHourMs = 60 * kMinuteMs;
   std::string html = Figure(words, "figure.songs", SizeOf(contents.songs));
-  html += contents.time < kHour ? Figure(words, "figure.minutes", contents.time / kMinute)
-                                : Figure(words, "figure.hours", contents.time / kHour);
+  html += contents.time < kHourMs ? Figure(words, "figure.minutes", contents.time / kMinuteMs)
+                                  : Figure(words, "figure.hours", contents.time / kHourMs);
   html += Figure(words, "figure.albums", SizeOf(contents.albums.size()));
   html += Figure(words, "figure.artists", SizeOf(contents.Of(Field::Artist).texts.TextCount() - 1));
   const auto lists = std::count_if(contents.playlists.begin(), contents.playlists.end(),
@@ -96,7 +96,7 @@ std::string AlbumList(const PageContents& contents, const std::vector<std::size_
         "<li><a class=\"album\" href=\"#songs?album={}&amp;by={}\">{}<bdi class=\"title\">{}</bdi>"
         "<bdi class=\"artist\">{}</bdi></a></li>\n",
         InAddress(album.title), InAddress(album.artist), cover,
-        EscapedStart(album.title, kLongestName), EscapedStart(album.artist, kLongestName));
+        EscapedStart(album.title, kLongestShown), EscapedStart(album.artist, kLongestShown));
   }
   return html;
 }

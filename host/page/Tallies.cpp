@@ -13,7 +13,7 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kMostBars = 10;
-constexpr std::int64_t kHour = 3600;
+constexpr std::int64_t kSecondsAnHour = 3600;
 constexpr std::int64_t kLongest = INT32_MAX / 1000;  // that a song counts for, in seconds
 constexpr std::int64_t kEarliestYear = 1860;  // of a recording; earlier ones are wrong or a score's
 constexpr std::size_t kMostYears = 40;
@@ -81,8 +81,8 @@ std::vector<PlotEntry> HoursPerArtist(const PageContents& contents, const Words&
                 return std::clamp<std::int64_t>(seconds[song] - 1, 0, kLongest);
               }));
   for (PlotEntry& entry : entries) {
-    const std::int64_t hours = entry.size / kHour;
-    const std::int64_t minutes = entry.size % kHour / 60;
+    const std::int64_t hours = entry.size / kSecondsAnHour;
+    const std::int64_t minutes = entry.size % kSecondsAnHour / 60;
     entry.value = hours == 0 ? words.Of("minutes.short", {{"n", Grouped(minutes)}})
                              : words.Of("hours.short",
                                         {{"n", Grouped(hours)}, {"m", std::to_string(minutes)}});

@@ -16,7 +16,7 @@ constexpr std::string_view kPlaylistName = "Ringtones";
 constexpr std::int32_t kRingtoneKind = 55;
 
 // The sum of a record's size and two such texts stays within 32 bits.
-constexpr std::size_t kLongestText = (std::size_t{1} << 30) - 256;
+constexpr std::size_t kLongestRingtoneText = (std::size_t{1} << 30) - 256;
 
 PlaylistGroup* FirstGroup(const LibraryState& state) noexcept {
   return state.groups == nullptr ? nullptr : state.groups[0];
@@ -86,7 +86,7 @@ RingtoneHolder NewRingtone() noexcept {
 }
 
 bool StoreText(std::string_view text, char*& field, std::int32_t& size) noexcept {
-  if (text.size() > kLongestText) return false;
+  if (text.size() > kLongestRingtoneText) return false;
   auto* copy = static_cast<char*>(system::AllocateZeroed(text.size() + 1));
   if (copy == nullptr) return false;
   if (!text.empty()) std::memcpy(copy, text.data(), text.size());

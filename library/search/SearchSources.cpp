@@ -22,7 +22,7 @@ constexpr std::array<std::uint8_t, kNoField + 1> kColumnOfField = [] {
 }();
 
 // Of each track the first pairs, with the names of keys and the texts of values, are read.
-using Lookahead = TrackLookahead<16, 6, 12, 6>;
+using SourceLookahead = TrackLookahead<16, 6, 12, 6>;
 
 bool IsSameText(const char* a, const char* b) noexcept {
   return a == b || (a != nullptr && b != nullptr && std::strcmp(a, b) == 0);
@@ -41,7 +41,7 @@ bool SearchSources::Read(const TBXML& document, std::uint32_t mostTracks) noexce
   }
   auto* trackIds = reinterpret_cast<std::int32_t*>(place);
 
-  Lookahead lookahead(document.listedElements());
+  SourceLookahead lookahead(document.listedElements());
   for (const auto [key, dict] : Pairs(TrackDictionary(&document))) {
     lookahead.Advance();
     const std::size_t track = trackIds_.size();

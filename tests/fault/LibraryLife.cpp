@@ -16,7 +16,7 @@
 namespace tavrel::test {
 namespace {
 
-constexpr std::int32_t kRingtoneKind = 55;
+constexpr std::int32_t kKindOfRingtones = 55;
 constexpr char kUntouched = '\x5A';
 constexpr const char* kImportedPath = "/a/path/that/is/longer/than/a/short/string/My.Tone.m4r";
 
@@ -104,7 +104,7 @@ LivedPlaylist LivePlaylist(std::int32_t group, std::int32_t index) {
 bool IsRingtones(std::int32_t group, std::int32_t index) {
   const PlaylistRecord* playlist = kLinkedFunctions.openPlaylist(group, index);
   return group == 0 && index == kLinkedFunctions.getPlaylistCount(0) - 1 && playlist != nullptr &&
-         playlist->kind == kRingtoneKind;
+         playlist->kind == kKindOfRingtones;
 }
 
 std::vector<std::vector<LivedPlaylist>> LiveGroups() {

@@ -15,7 +15,7 @@ using tavrel::test::ModelDecode;
 
 namespace {
 
-std::string Repeated(std::string_view piece, std::size_t count) {
+std::string RepeatedTimes(std::string_view piece, std::size_t count) {
   std::string text;
   while (count-- > 0) text += piece;
   return text;
@@ -73,14 +73,14 @@ TEST(Base64Decoding, LinesOfChangingLengthsAreRead) {
 }
 
 TEST(Base64Decoding, EveryOtherCharacterIsSkipped) {
-  const std::string clean = Repeated("QUJD", 30);
+  const std::string clean = RepeatedTimes("QUJD", 30);
   for (int value = 0; value < 128; ++value) {
     const char character = static_cast<char>(value);
     if (character == '=' || kAlphabet.find(character) != std::string_view::npos) continue;
     for (std::size_t at = 0; at <= clean.size(); ++at) {
       std::string text = clean;
       text.insert(at, 1, character);
-      ASSERT_EQ(Decoded(text), Repeated("ABC", 30)) << value << " at " << at;
+      ASSERT_EQ(Decoded(text), RepeatedTimes("ABC", 30)) << value << " at " << at;
     }
   }
 }
@@ -124,7 +124,7 @@ TEST(Base64Decoding, ASingleCharacterBeforePaddingGivesAByteWithTwoBitsOfTheGrou
   EXPECT_EQ(Decoded("AgAAE="), std::string("\x02\0\0\x12", 4));    // 32
   EXPECT_EQ(Decoded("A/AAE="), std::string("\x03\xF0\0\x13", 4));  // 63
   for (const char second : kAlphabet) {
-    const std::string text = Repeated("QUJD", 40) + "x" + second + "/z\nQ=";
+    const std::string text = RepeatedTimes("QUJD", 40) + "x" + second + "/z\nQ=";
     ASSERT_EQ(Decoded(text), ModelDecode(text));
     ASSERT_EQ((Decoded(text).back() & 3), static_cast<int>(kAlphabet.find(second) >> 4));
   }
@@ -143,7 +143,7 @@ TEST(Base64Decoding, UnusedBitsBeforePaddingAreIgnored) {
 }
 
 TEST(Base64Decoding, ACharacterOutsideAsciiAnywhereGivesAnEmptyBuffer) {
-  const std::string clean = Repeated("QUJD", 30);
+  const std::string clean = RepeatedTimes("QUJD", 30);
   for (int value = 128; value < 256; ++value) {
     for (std::size_t at = 0; at <= clean.size(); ++at) {
       std::string text = clean;
@@ -163,7 +163,7 @@ TEST(Base64Decoding, ACharacterOutsideAsciiBehindTheEndCountsToo) {
 
 TEST(Base64Decoding, ACharacterOutsideAsciiAtTheEndOfALongTextCountsToo) {
   for (const std::string_view line : {"QUJD", "QUJDREVG\n"}) {
-    std::string text = Repeated(line, (std::size_t{1} << 20) / line.size());
+    std::string text = RepeatedTimes(line, (std::size_t{1} << 20) / line.size());
     EXPECT_FALSE(Decoded(text).empty());
     text += "\xC3\xA9";
     EXPECT_EQ(Decoded(text), "");

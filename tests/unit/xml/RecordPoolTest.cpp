@@ -35,8 +35,8 @@ constexpr TBXMLElement kZero = {};
   EXPECT_EQ(offsetof(record, field), static_cast<std::size_t>(index) * sizeof(void*))
 
 // `piece`, `count` times, between `before` and `behind`.
-std::string Repeated(std::string_view before, std::string_view piece, int count,
-                     std::string_view behind) {
+std::string RepeatedPieces(std::string_view before, std::string_view piece, int count,
+                           std::string_view behind) {
   std::string all(before);
   while (count-- > 0) all += piece;
   return all.append(behind);
@@ -44,7 +44,7 @@ std::string Repeated(std::string_view before, std::string_view piece, int count,
 
 // <r> with `children` empty children: children + 1 records.
 std::unique_ptr<TBXML> ParseChildren(int children) {
-  return Parse(Repeated("<r>", "<e/>", children, "</r>"));
+  return Parse(RepeatedPieces("<r>", "<e/>", children, "</r>"));
 }
 
 }  // namespace
@@ -119,7 +119,7 @@ TEST(RecordPool, TheHundredAndFirstElementComesFromASecondChunk) {
 
 TEST(RecordPool, TheHundredAndFirstAttributeComesFromASecondChunk) {
   for (const int count : {100, 101, 200, 201}) {
-    const auto document = Parse(Repeated("<r", " a='1'", count, "/>"));
+    const auto document = Parse(RepeatedPieces("<r", " a='1'", count, "/>"));
     const TBXMLFields& fields = document->fields();
     int chunks = 0;
     for (const auto* at = fields.currentAttributeBuffer; at != nullptr; at = at->previous) {
@@ -174,7 +174,7 @@ TEST(RecordPool, AttributesNeverBecomeTheRoot) {
 }
 
 TEST(RecordPool, ADocumentCostsFewAllocations) {
-  const std::string text = Repeated("<r>", "<e a='1'>x</e>", 10000, "</r>");
+  const std::string text = RepeatedPieces("<r>", "<e a='1'>x</e>", 10000, "</r>");
   faults::FailAfter(1000000, false);
   const auto document = Parse(text);
   EXPECT_LE(faults::Asked(), 10000 / 100 * 2 + 3);
@@ -182,7 +182,7 @@ TEST(RecordPool, ADocumentCostsFewAllocations) {
 }
 
 TEST(RecordPool, ExhaustedMemoryEndsTheParsingAndKeepsTheTreeSoFar) {
-  const std::string text = Repeated("<r>", "<e a='1'>x</e>", 5000, "</r>");
+  const std::string text = RepeatedPieces("<r>", "<e a='1'>x</e>", 5000, "</r>");
   std::size_t former = 0;
   for (int successes = 0;; ++successes) {
     faults::FailAfter(successes, false);
@@ -207,8 +207,8 @@ TEST(RecordPool, ExhaustedMemoryEndsTheParsingAndKeepsTheTreeSoFar) {
 // no memory.
 TEST(RecordPool, BothWaysToReadATextEndAtTheSameRecordWhenMemoryIsExhausted) {
   for (int attributes = 1; attributes <= 8; ++attributes) {
-    const std::string element = Repeated("<e", " a='1'", attributes, "/>");
-    const std::string text = Repeated("<r>", "<k>v</k>" + element + "<k>w</k>", 1500, "</r>");
+    const std::string element = RepeatedPieces("<e", " a='1'", attributes, "/>");
+    const std::string text = RepeatedPieces("<r>", "<k>v</k>" + element + "<k>w</k>", 1500, "</r>");
     bool complete = false;
     for (int successes = 0; !complete; ++successes) {
       std::vector<std::string> trees;
@@ -233,7 +233,8 @@ TEST(RecordPool, RecordsThatAreNotHandedOutYetAreZero) {
   ForceParsing(kIndexed);
   // What follows the leaves is no element, and long enough to be read through the index.
   for (int leaves = 0; leaves < 250; ++leaves) {
-    const auto document = Parse(Repeated("<r>", "<k>v</k>", leaves, "<?a?><?b?><?c?><?d?><?e?>"));
+    const auto document =
+        Parse(RepeatedPieces("<r>", "<k>v</k>", leaves, "<?a?><?b?><?c?><?d?><?e?>"));
     const TBXMLFields& fields = document->fields();
     ASSERT_EQ(ElementsOf(*document).size(), 1u + static_cast<std::size_t>(leaves));
     for (std::ptrdiff_t i = fields.currentElement + 1; i < kRecordsPerChunk; ++i) {
@@ -247,7 +248,7 @@ TEST(RecordPool, RecordsThatAreNotHandedOutYetAreZero) {
 // A sanitizer looks for leaks itself, and keeps what is freed for a while.
 #if defined(__linux__) && !TAVREL_SANITIZED
 TEST(RecordPool, ReleaseGivesBackEveryChunk) {
-  const std::string text = Repeated("<r>", "<e a='1'>x</e>", 100000, "</r>");
+  const std::string text = RepeatedPieces("<r>", "<e a='1'>x</e>", 100000, "</r>");
   const auto pagesMapped = [] {
     long pages = 0;
     std::ifstream("/proc/self/statm") >> pages;

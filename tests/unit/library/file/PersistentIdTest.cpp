@@ -9,10 +9,10 @@
 
 namespace {
 
-using Bytes = std::array<std::uint8_t, 8>;
+using IdBytes = std::array<std::uint8_t, 8>;
 
-Bytes ReadId(const char* text) {
-  Bytes bytes = {};
+IdBytes ReadId(const char* text) {
+  IdBytes bytes = {};
   EXPECT_EQ(PersistentId2Buf(text, bytes.data()), 8) << text;
   return bytes;
 }
@@ -20,14 +20,14 @@ Bytes ReadId(const char* text) {
 }  // namespace
 
 TEST(PersistentId2Buf, KeepsTheOrderOfTheDigits) {
-  EXPECT_EQ(ReadId("0123456789ABCDEF"), (Bytes{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}));
-  EXPECT_EQ(ReadId("fedcba9876543210"), (Bytes{0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10}));
-  EXPECT_EQ(ReadId("00000000000000FF"), (Bytes{0, 0, 0, 0, 0, 0, 0, 0xFF}));
+  EXPECT_EQ(ReadId("0123456789ABCDEF"), (IdBytes{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}));
+  EXPECT_EQ(ReadId("fedcba9876543210"), (IdBytes{0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10}));
+  EXPECT_EQ(ReadId("00000000000000FF"), (IdBytes{0, 0, 0, 0, 0, 0, 0, 0xFF}));
 }
 
 TEST(PersistentId2Buf, LeavesTheBytesAloneForAShortText) {
-  Bytes bytes = {1, 2, 3, 4, 5, 6, 7, 8};
-  const Bytes before = bytes;
+  IdBytes bytes = {1, 2, 3, 4, 5, 6, 7, 8};
+  const IdBytes before = bytes;
   EXPECT_EQ(PersistentId2Buf("0123456789ABCDE", bytes.data()), 0);
   EXPECT_EQ(PersistentId2Buf("", bytes.data()), 0);
   EXPECT_EQ(PersistentId2Buf(nullptr, bytes.data()), 0);
@@ -41,14 +41,14 @@ TEST(PersistentId2Buf, IgnoresWhatFollowsTheSixteenthCharacter) {
 }
 
 TEST(PersistentId2Buf, CountsTheLeadingDigitsOfAPair) {
-  EXPECT_EQ(ReadId("7xx7g1 1-1+1xA0x"), (Bytes{0x07, 0, 0, 0, 0, 0, 0, 0}));
-  EXPECT_EQ(ReadId("1.2.3.4.5.6.7.8."), (Bytes{1, 2, 3, 4, 5, 6, 7, 8}));
-  EXPECT_EQ(ReadId("Fg\xC3\xA9\t5\n5-5+5 50x"), (Bytes{0x0F, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ReadId("7xx7g1 1-1+1xA0x"), (IdBytes{0x07, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ReadId("1.2.3.4.5.6.7.8."), (IdBytes{1, 2, 3, 4, 5, 6, 7, 8}));
+  EXPECT_EQ(ReadId("Fg\xC3\xA9\t5\n5-5+5 50x"), (IdBytes{0x0F, 0, 0, 0, 0, 0, 0, 0}));
 }
 
 TEST(PersistentId2Buf, ReadsNoFurtherThanItMust) {
   tavrel::test::GuardedPages pages(32);
-  Bytes bytes = {};
+  IdBytes bytes = {};
   EXPECT_EQ(PersistentId2Buf(pages.PlaceAtEnd("0123456789ABCDEF"), bytes.data()), 8);
   EXPECT_EQ(PersistentId2Buf(pages.PlaceAtEnd("0123456789ABCDE"), bytes.data()), 0);
 }

@@ -18,11 +18,11 @@
 namespace tavrel::test {
 namespace {
 
-using Log = std::vector<std::string>;
+using VisitLog = std::vector<std::string>;
 
 struct Visited {
   SeenPairs pairs;
-  Log log;
+  VisitLog log;
 
   friend bool operator==(const Visited&, const Visited&) = default;
   friend void PrintTo(const Visited& visited, std::ostream* stream) {
@@ -59,7 +59,7 @@ void ExpectAlike(const TBXMLElement* dict, std::int32_t song,
   const Visited literal = VisitLiterally(dict);
   EXPECT_EQ(VisitSong(song), literal);
   for (const std::string& key : keys) {
-    Log expected;
+    VisitLog expected;
     const auto text = reference::ReadTextLiterally(dict, key, expected);
     const CapturedStderr log;
     const std::int32_t size = GetSongProperty(OpenAllSongs(), song, key.c_str(), nullptr, 0);

@@ -16,19 +16,19 @@ using testing::IsEmpty;
 namespace {
 
 // What a call left behind: a buffer of 64 '#' of which `size` bytes may be used.
-struct Decoded {
+struct Decoding {
   std::int32_t result;
   std::string buffer;
 };
 
-Decoded Decode(const std::string& source, std::int32_t size) {
-  Decoded decoded{0, std::string(64, '#')};
+Decoding Decode(const std::string& source, std::int32_t size) {
+  Decoding decoded{0, std::string(64, '#')};
   decoded.result = RestoreXMLEscChar(decoded.buffer.data(), source.c_str(), size);
   return decoded;
 }
 
 // The decoded text, with the whole room that callers give: the source's length plus 1.
-std::string DecodedText(const std::string& source) {
+std::string Restored(const std::string& source) {
   std::string buffer(source.size() + 1, '#');
   const std::int32_t result =
       RestoreXMLEscChar(buffer.data(), source.c_str(), static_cast<std::int32_t>(buffer.size()));
@@ -52,104 +52,104 @@ std::vector<std::string> MessagesOf(const std::string& source) {
 }  // namespace
 
 TEST(RestoreXMLEscChar, CopiesATextWithoutReferences) {
-  EXPECT_EQ(DecodedText("plain text"), "plain text");
-  EXPECT_EQ(DecodedText(""), "");
-  EXPECT_EQ(DecodedText("a;b#c;;"), "a;b#c;;");
-  EXPECT_EQ(DecodedText("caf\u00e9 \u65e5\u672c \xFF\x80"), "caf\u00e9 \u65e5\u672c \xFF\x80");
+  EXPECT_EQ(Restored("plain text"), "plain text");
+  EXPECT_EQ(Restored(""), "");
+  EXPECT_EQ(Restored("a;b#c;;"), "a;b#c;;");
+  EXPECT_EQ(Restored("caf\u00e9 \u65e5\u672c \xFF\x80"), "caf\u00e9 \u65e5\u672c \xFF\x80");
 }
 
 TEST(RestoreXMLEscChar, DecodesTheFiveNames) {
-  EXPECT_EQ(DecodedText("&lt;&gt;&amp;&apos;&quot;"), "<>&'\"");
-  EXPECT_EQ(DecodedText("a &amp; b"), "a & b");
-  EXPECT_EQ(DecodedText("&quot;x&quot;"), "\"x\"");
+  EXPECT_EQ(Restored("&lt;&gt;&amp;&apos;&quot;"), "<>&'\"");
+  EXPECT_EQ(Restored("a &amp; b"), "a & b");
+  EXPECT_EQ(Restored("&quot;x&quot;"), "\"x\"");
 }
 
 TEST(RestoreXMLEscChar, DecodesOncePerText) {
-  EXPECT_EQ(DecodedText("&amp;amp;"), "&amp;");
-  EXPECT_EQ(DecodedText("&#38;lt;"), "&lt;");
+  EXPECT_EQ(Restored("&amp;amp;"), "&amp;");
+  EXPECT_EQ(Restored("&#38;lt;"), "&lt;");
 }
 
 TEST(RestoreXMLEscChar, DecodesHexadecimalAndDecimalReferences) {
-  EXPECT_EQ(DecodedText("AC&#x2F;DC"), "AC/DC");
+  EXPECT_EQ(Restored("AC&#x2F;DC"), "AC/DC");
   EXPECT_EQ(Decode("AC&#x2F;DC", 64).result, 5);
-  EXPECT_EQ(DecodedText("&#38;&#60;&#62;"), "&<>");
-  EXPECT_EQ(DecodedText("&#x2f;&#X2F;&#x2F;"), "///");
+  EXPECT_EQ(Restored("&#38;&#60;&#62;"), "&<>");
+  EXPECT_EQ(Restored("&#x2f;&#X2F;&#x2F;"), "///");
 }
 
 TEST(RestoreXMLEscChar, WritesTheBareBytesOfAValueAndNotUtf8) {
-  EXPECT_EQ(DecodedText("&#233;"), "\xE9");
-  EXPECT_EQ(DecodedText("&#8217;"), "\x20\x19");
-  EXPECT_EQ(DecodedText("&#256;"), "\x01");
-  EXPECT_EQ(DecodedText("&#0;"), "");
-  EXPECT_EQ(DecodedText("a&#0;b&#x0;c"), "abc");
-  EXPECT_EQ(DecodedText("&#x10FFFF;"), TextOf({0x10, 0xFF, 0xFF}));
-  EXPECT_EQ(DecodedText("&#x01000200;"), "\x01\x02");
-  EXPECT_EQ(DecodedText("&#x12345678;"), "\x12\x34\x56\x78");
+  EXPECT_EQ(Restored("&#233;"), "\xE9");
+  EXPECT_EQ(Restored("&#8217;"), "\x20\x19");
+  EXPECT_EQ(Restored("&#256;"), "\x01");
+  EXPECT_EQ(Restored("&#0;"), "");
+  EXPECT_EQ(Restored("a&#0;b&#x0;c"), "abc");
+  EXPECT_EQ(Restored("&#x10FFFF;"), TextOf({0x10, 0xFF, 0xFF}));
+  EXPECT_EQ(Restored("&#x01000200;"), "\x01\x02");
+  EXPECT_EQ(Restored("&#x12345678;"), "\x12\x34\x56\x78");
 }
 
 TEST(RestoreXMLEscChar, IgnoresWhatStandsBetweenTheNumberAndItsEnd) {
-  EXPECT_EQ(DecodedText("&#65letters;"), "A");
-  EXPECT_EQ(DecodedText("&#65 66;"), "A");
-  EXPECT_EQ(DecodedText("&#x41xyz;"), "A");
-  EXPECT_EQ(DecodedText("&#65&#66;"), "A");
-  EXPECT_EQ(DecodedText("&#65.9;"), "A");
+  EXPECT_EQ(Restored("&#65letters;"), "A");
+  EXPECT_EQ(Restored("&#65 66;"), "A");
+  EXPECT_EQ(Restored("&#x41xyz;"), "A");
+  EXPECT_EQ(Restored("&#65&#66;"), "A");
+  EXPECT_EQ(Restored("&#65.9;"), "A");
 }
 
 TEST(RestoreXMLEscChar, TakesANumberWithoutDigitsAsZero) {
-  EXPECT_EQ(DecodedText("[&#letters;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#x;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#xg;]"), "[]");
-  EXPECT_EQ(DecodedText("[&# ;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#-;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#+;]"), "[]");
+  EXPECT_EQ(Restored("[&#letters;]"), "[]");
+  EXPECT_EQ(Restored("[&#x;]"), "[]");
+  EXPECT_EQ(Restored("[&#xg;]"), "[]");
+  EXPECT_EQ(Restored("[&# ;]"), "[]");
+  EXPECT_EQ(Restored("[&#-;]"), "[]");
+  EXPECT_EQ(Restored("[&#+;]"), "[]");
 }
 
 TEST(RestoreXMLEscChar, SkipsBlanksBeforeANumber) {
-  EXPECT_EQ(DecodedText("&# \t\n\v\f\r65;"), "A");
-  EXPECT_EQ(DecodedText("&#x \t41;"), "A");
-  EXPECT_EQ(DecodedText("[&# x41;]"), "[]");  // the 'x' counts only right behind the '#'
-  EXPECT_EQ(DecodedText("[&#\xA0"
-                        "65;]"),
+  EXPECT_EQ(Restored("&# \t\n\v\f\r65;"), "A");
+  EXPECT_EQ(Restored("&#x \t41;"), "A");
+  EXPECT_EQ(Restored("[&# x41;]"), "[]");  // the 'x' counts only right behind the '#'
+  EXPECT_EQ(Restored("[&#\xA0"
+                     "65;]"),
             "[]");
 }
 
 TEST(RestoreXMLEscChar, TakesASignAndNegatesModulo64Bits) {
-  EXPECT_EQ(DecodedText("&#+65;"), "A");
-  EXPECT_EQ(DecodedText("&#-1;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#-191;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
-  EXPECT_EQ(DecodedText("&#x-1;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#x +41;"), "A");
-  EXPECT_EQ(DecodedText("&#-18446744073709551551;"), "A");
-  EXPECT_EQ(DecodedText("[&#- 65;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#--65;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#+-65;]"), "[]");
+  EXPECT_EQ(Restored("&#+65;"), "A");
+  EXPECT_EQ(Restored("&#-1;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#-191;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(Restored("&#x-1;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#x +41;"), "A");
+  EXPECT_EQ(Restored("&#-18446744073709551551;"), "A");
+  EXPECT_EQ(Restored("[&#- 65;]"), "[]");
+  EXPECT_EQ(Restored("[&#--65;]"), "[]");
+  EXPECT_EQ(Restored("[&#+-65;]"), "[]");
 }
 
 TEST(RestoreXMLEscChar, SkipsAHexadecimalPrefixBehindTheX) {
-  EXPECT_EQ(DecodedText("&#x0x41;"), "A");
-  EXPECT_EQ(DecodedText("&#X0X41;"), "A");
-  EXPECT_EQ(DecodedText("&#x -0xBF;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
-  EXPECT_EQ(DecodedText("[&#x0x;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#x0xg1;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#x0x0x41;]"), "[]");
-  EXPECT_EQ(DecodedText("[&#0x41;]"), "[]");  // decimal: the number ends at the 'x'
+  EXPECT_EQ(Restored("&#x0x41;"), "A");
+  EXPECT_EQ(Restored("&#X0X41;"), "A");
+  EXPECT_EQ(Restored("&#x -0xBF;"), TextOf({0xFF, 0xFF, 0xFF, 0x41}));
+  EXPECT_EQ(Restored("[&#x0x;]"), "[]");
+  EXPECT_EQ(Restored("[&#x0xg1;]"), "[]");
+  EXPECT_EQ(Restored("[&#x0x0x41;]"), "[]");
+  EXPECT_EQ(Restored("[&#0x41;]"), "[]");  // decimal: the number ends at the 'x'
 }
 
 TEST(RestoreXMLEscChar, TakesTheLow32BitsOfANumber) {
-  EXPECT_EQ(DecodedText("&#4294967361;"), "A");
-  EXPECT_EQ(DecodedText("&#x100000041;"), "A");
-  EXPECT_EQ(DecodedText("[&#4294967296;]"), "[]");
-  EXPECT_EQ(DecodedText("&#x0000000000000000000000000041;"), "A");
+  EXPECT_EQ(Restored("&#4294967361;"), "A");
+  EXPECT_EQ(Restored("&#x100000041;"), "A");
+  EXPECT_EQ(Restored("[&#4294967296;]"), "[]");
+  EXPECT_EQ(Restored("&#x0000000000000000000000000041;"), "A");
 }
 
 TEST(RestoreXMLEscChar, ClampsANumberBeyond64Bits) {
-  EXPECT_EQ(DecodedText("&#18446744073709551615;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#18446744073709551616;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#99999999999999999999999;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#x10000000000000000;"), "\xFF\xFF\xFF\xFF");
-  EXPECT_EQ(DecodedText("&#-18446744073709551616;"),
+  EXPECT_EQ(Restored("&#18446744073709551615;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#18446744073709551616;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#99999999999999999999999;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#x10000000000000000;"), "\xFF\xFF\xFF\xFF");
+  EXPECT_EQ(Restored("&#-18446744073709551616;"),
             "\xFF\xFF\xFF\xFF");  // the clamp keeps no sign
-  EXPECT_EQ(DecodedText("&#-18446744073709551615;"), "\x01");
+  EXPECT_EQ(Restored("&#-18446744073709551615;"), "\x01");
 }
 
 // ---- Errors
@@ -185,7 +185,7 @@ TEST(RestoreXMLEscChar, NeedsThreeBytesUpToTheEndOfANumber) {
   EXPECT_THAT(MessagesOf("&#;65;"), ElementsAre("XML text \"&#;65;\" Escaping has no numeric"));
   EXPECT_THAT(MessagesOf("&;#65;"), ElementsAre("XML text \"&;#65;\" Escaping has no numeric"));
   EXPECT_THAT(MessagesOf("&x65;"), ElementsAre("XML text \"&x65;\" Escaping has no numeric"));
-  EXPECT_EQ(DecodedText("&#9;"), "\t");
+  EXPECT_EQ(Restored("&#9;"), "\t");
 }
 
 TEST(RestoreXMLEscChar, TakesTextsForNoFormat) {
@@ -235,21 +235,21 @@ TEST(RestoreXMLEscChar, WritesThePiecesThatFitAndNothingElse) {
     }
     if (length < size) expected += '\0';
     expected.resize(64, '#');
-    const Decoded decoded = Decode(source, size);
+    const Decoding decoded = Decode(source, size);
     EXPECT_EQ(decoded.result, length) << size;
     EXPECT_EQ(decoded.buffer, expected) << size;
   }
 }
 
 TEST(RestoreXMLEscChar, WritesNoTerminatorIntoABufferOfTheDecodedLength) {
-  const Decoded decoded = Decode("a &amp; b", 5);
+  const Decoding decoded = Decode("a &amp; b", 5);
   EXPECT_EQ(decoded.result, 5);
   EXPECT_EQ(decoded.buffer, "a &" + std::string(61, '#'));
 }
 
 TEST(RestoreXMLEscChar, NeverMakesATextLonger) {
   for (const char* source : {"&lt;", "&#9;", "&#x9;", "&#-1;", "&#99;", "&#x1234;", "a", ""}) {
-    EXPECT_LE(DecodedText(source).size(), std::string_view(source).size()) << source;
+    EXPECT_LE(Restored(source).size(), std::string_view(source).size()) << source;
   }
 }
 

@@ -12,14 +12,14 @@ namespace {
 
 using namespace tavrel::test;
 
-const std::vector<std::string_view> kPieces = {
+const std::vector<std::string_view> kModelPieces = {
     "a", "b",      "B",      "e\u0301", "\u00C9", "ss", "\u00DF", " ",
     "a", "&amp;",  "&#38;",  "&",       "&nbsp;", ";",  "&#233;", "love",
     "b", "\uAC00", "\u11A8", "\u0301",  "&#x61;", "&;", "\u212A", "\u65E5\u672C"};
 
 Text RandomText(Random& random, std::size_t most) {
   if (random.Below(6) == 0) return std::nullopt;
-  return random.Text(kPieces, random.Below(most));
+  return random.Text(kModelPieces, random.Below(most));
 }
 
 std::vector<LibraryTrack> RandomTracks(Random& random) {
