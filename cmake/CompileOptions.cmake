@@ -32,17 +32,6 @@ if(NOT TAVREL_SANITIZE)
     $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
 
-# tavrel_optimise_little(SOURCES...): for the few files of the current folder that hold a large library of
-# templates and never the time that matters, reading arguments for instance. They take half as long to
-# compile, or less. (FORTIFY needs the first level.)
-function(tavrel_optimise_little)
-  set(level -O1)
-  if(TAVREL_SANITIZE)
-    set(level -O0)
-  endif()
-  set_property(SOURCE ${ARGN} APPEND PROPERTY COMPILE_OPTIONS $<$<NOT:$<CONFIG:Debug>>:${level}>)
-endfunction()
-
 # Most of what a compiler does for a source of the host or of the tests is reading and instantiating the same
 # headers: several sources at a time take a third of the time. The price is that no two of one target may
 # give different things one name, also inside their anonymous namespaces, and that what an edit compiles anew

@@ -78,7 +78,7 @@ void Append(std::string& line, std::string_view option, std::string_view value) 
   line.append(1, ' ').append(option).append(1, ' ').append(value);
 }
 
-std::string Joined(const std::vector<std::string>& words) {
+std::string JoinedWords(const std::vector<std::string>& words) {
   std::string text;
   for (const std::string& word : words) text.append(text.empty() ? "" : " ").append(word);
   return text;
@@ -94,7 +94,7 @@ std::string Answer(const OptionSummary& option, const CommandSummary& program) {
     for (const CommandSummary& command : program.commands) words.push_back(command.name);
   }
   if (words.empty()) return answer;
-  const std::string choices = Joined(words);
+  const std::string choices = JoinedWords(words);
   Append(answer, "-a", FishQuoted(values.isParted ? "(__tavrel_parted " + choices + ")" : choices));
   return answer;
 }
