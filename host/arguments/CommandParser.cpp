@@ -157,12 +157,12 @@ CommandSummary Summarize(const CLI::App& parser, const std::string& parent,
   return summary;
 }
 
-constexpr std::string_view kMark = "--";  // behind it no word is an option
+constexpr std::string_view kEndOfOptions = "--";  // behind it no word is an option
 
 // Takes the words for those on both sides of the mark, when any stand behind it.
 void PartByMark(int count, const char* const* arguments, ParsedWords& parsed) {
   const char* const* end = arguments + count;
-  const char* const* mark = std::find(arguments, end, kMark);
+  const char* const* mark = std::find(arguments, end, kEndOfOptions);
   if (mark == end || mark + 1 == end) return;
   parsed.kind = ParsedWords::Kind::BehindMark;
   parsed.words.assign(arguments + 1, mark);
@@ -172,7 +172,7 @@ void PartByMark(int count, const char* const* arguments, ParsedWords& parsed) {
 // Those that fit nowhere; the parser has the mark among them.
 std::vector<std::string> ExtrasOf(const CLI::App& parser) {
   std::vector<std::string> extras = parser.remaining(true);
-  const auto mark = std::find(extras.begin(), extras.end(), kMark);
+  const auto mark = std::find(extras.begin(), extras.end(), kEndOfOptions);
   if (extras.size() > 1 && mark != extras.end()) extras.erase(mark);
   return extras;
 }

@@ -1,8 +1,10 @@
 #include "tests/support/ArtworkHome.h"
 
-#include <fcntl.h>
 #include <stdio.h>
 #include <stdlib.h>
+
+#include <filesystem>
+#include <iterator>
 
 #include "agent/Exports.h"
 #include "library/artwork/ArtworkCatalogue.h"
@@ -78,11 +80,8 @@ std::string TrackId(unsigned long long number) {
 }
 
 std::size_t OpenDescriptors() {
-  std::size_t count = 0;
-  for (int descriptor = 0; descriptor < 1024; ++descriptor) {
-    if (fcntl(descriptor, F_GETFD) != -1) ++count;
-  }
-  return count;
+  const auto listed = std::distance(std::filesystem::directory_iterator("/dev/fd"), {});
+  return static_cast<std::size_t>(listed) - 1;  // but for that of the listing
 }
 
 }  // namespace tavrel::test

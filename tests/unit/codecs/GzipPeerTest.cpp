@@ -8,9 +8,11 @@
 
 #include "codecs/Gzip.h"
 #include "tests/support/Random.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/TemporaryFolder.h"
 
 using tavrel::system::ByteBuffer;
+using tavrel::test::Rounds;
 
 namespace {
 
@@ -45,7 +47,7 @@ class GzipProgram : public testing::Test {
 }  // namespace
 
 TEST_F(GzipProgram, ReadsWhatWeDeflate) {
-  for (int round = 0; round < 20; ++round) {
+  for (int round = 0; round < Rounds(20); ++round) {
     const std::string text = TextOfRound(round);
     folder_.Write("text.gz", tavrel::gzipDeflate(ByteBuffer::Copy(text)).view());
     ASSERT_TRUE(Run("gzip -t text.gz && gzip -dc text.gz > text")) << Contents("messages");
@@ -54,7 +56,7 @@ TEST_F(GzipProgram, ReadsWhatWeDeflate) {
 }
 
 TEST_F(GzipProgram, WritesWhatWeInflate) {
-  for (int round = 0; round < 20; ++round) {
+  for (int round = 0; round < Rounds(20); ++round) {
     const std::string text = TextOfRound(round);
     const std::string path = folder_.Write("text", text);
     const char* command = round % 2 == 0 ? "gzip -1f text" : "gzip -9nf text";

@@ -117,7 +117,10 @@ TEST(GzipInflate, AStreamCutOffAnywhereGivesNone) {
 }
 
 TEST(GzipInflate, ADamagedStreamNeverGivesOtherBytes) {
-  const std::string text = SampleText(500);
+  // One that hardly repeats itself: what is repeated could as well be taken from another place.
+  tavrel::test::Random random(1);
+  const std::string text =
+      random.Text({"a", "b", "c", "d", "e", "f", "g", "h", "i", "j", "k", "l"}, 200);
   for (const int framing : {kGzip, kZlib}) {
     const std::string stream = Compressed(text, framing);
     for (std::size_t bit = 0; bit < 8 * stream.size(); ++bit) {

@@ -9,10 +9,14 @@
 #include <sstream>
 
 #include "tests/reference/SearchModel.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/Texts.h"
 #include "tests/unit/text/Folded.h"
 
 namespace {
+
+// Of the lines, where every step takes many times longer.
+constexpr int kLineStride = tavrel::test::kSlow ? 11 : 1;
 
 using tavrel::test::Decomposed;
 using tavrel::test::Finds;
@@ -78,7 +82,7 @@ TEST(UnicodeData, TextsFoldAlikeInEveryNormalFormAndAreFoundInEachOther) {
     const std::optional<std::string> composed = ReadText(fields[1]);
     const std::optional<std::string> decomposed = ReadText(fields[2]);
     if (!source || !composed || !decomposed) continue;
-    ++count;
+    if (++count % kLineStride != 0) continue;
     ASSERT_EQ(Fold(*source), Fold(*decomposed)) << line;
     ASSERT_EQ(Fold(*composed), Fold(*decomposed)) << line;
     for (const std::string& text : {*source, *composed, *decomposed}) {

@@ -155,7 +155,7 @@ TEST(SongFinding, InRandomLibrariesTellsWhatEachTextTells) {
       lines += found.log.size();
     }
   }
-  EXPECT_GT(songs, static_cast<std::size_t>(Rounds(120) * 8));
+  EXPECT_GT(songs, static_cast<std::size_t>(Rounds(120) * 6));
   EXPECT_GT(lines, static_cast<std::size_t>(Rounds(120) * 8));
 }
 
