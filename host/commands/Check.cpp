@@ -30,7 +30,7 @@ struct PartName {
   std::string_view nothing;  // what is said where nothing was found
 };
 
-constexpr std::array kParts{
+constexpr std::array kPartNames{
     PartName{CheckPart::Missing, "missing", "no file is missing"},
     PartName{CheckPart::Respelled, "respelled", "no file is spelled otherwise"},
     PartName{CheckPart::Duplicates, "duplicates", "no song is there twice"},
@@ -40,9 +40,9 @@ constexpr std::array kParts{
 };
 
 const PartName* NameOf(const std::optional<std::string>& only) {
-  const auto part = std::find_if(kParts.begin(), kParts.end(),
+  const auto part = std::find_if(kPartNames.begin(), kPartNames.end(),
                                  [&](const PartName& name) { return only == name.name; });
-  return part == kParts.end() ? nullptr : &*part;
+  return part == kPartNames.end() ? nullptr : &*part;
 }
 
 // The ringtones, which lie in the folder of music as well.
@@ -65,7 +65,7 @@ std::vector<std::string> OrphansOf(SongChecks& songs, const Session& session) {
 }
 
 // Looks at what the part needs.
-CheckReport Look(CheckPart part, Session& session) {
+CheckReport LookForPart(CheckPart part, Session& session) {
   const auto isWanted = [part](CheckPart one) { return part == CheckPart::All || part == one; };
   const bool withSongs = part != CheckPart::Covers && part != CheckPart::File;
   const auto songs =
@@ -104,7 +104,7 @@ ExitCode Check(const CheckArguments& arguments, Session& session) {
   }
   const PartName* name = NameOf(arguments.only);
   const CheckPart part = name != nullptr ? name->part : CheckPart::All;
-  const CheckReport report = Look(part, session);
+  const CheckReport report = LookForPart(part, session);
   const ExitCode code = report.IsBad(part) ? ExitCode::Failed : ExitCode::Done;
   if (report.songs) TellUnlistedFolders(session);
   if (name != nullptr && report.songs) TellWhatWasFound(report.songs->tally, session);
@@ -128,7 +128,7 @@ void DefineCheck(CommandDefinition program) {
       "check",
       "Tell what is missing, there twice, or odd; exit code 1 for what is missing or unreadable");
   std::vector<std::string> names;
-  for (const PartName& part : kParts) names.emplace_back(part.name);
+  for (const PartName& part : kPartNames) names.emplace_back(part.name);
   command.AddChoice("--only", arguments->only, names,
                     "One part, whole: files that are missing or spelled otherwise, songs that\n"
                     "are there twice, files that no song names, covers that are missing or\n"
