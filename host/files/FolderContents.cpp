@@ -117,6 +117,18 @@ bool FolderContents::IsFolder(const FolderEntry& entry) const {
   return mayBe && TypeAt(path_ + std::string(entry.name)) == S_IFDIR;
 }
 
+std::string HighestMissing(std::string path) {
+  std::string above = path;
+  for (;;) {
+    const std::size_t end = above.rfind('/');
+    if (end == std::string::npos || end == 0) return path;
+    above.resize(end);
+    struct stat state {};
+    if (::stat(above.c_str(), &state) == 0 || !IsMissing(errno)) return path;
+    path.resize(end);
+  }
+}
+
 bool IsFileAt(const std::string& path) noexcept {
   return TypeAt(path) == S_IFREG;
 }

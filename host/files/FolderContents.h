@@ -60,6 +60,10 @@ class FolderContents {
   std::vector<Alike> alike_;          // ascending; empty until it is asked for
 };
 
+// The highest folder on the way to that path, which is missing, that is missing itself. The path has no '/' at its
+// end. Cost: a look at each folder that is missing, and one more.
+[[nodiscard]] std::string HighestMissing(std::string path);
+
 // Whether a regular file is there, through links.
 [[nodiscard]] bool IsFileAt(const std::string& path) noexcept;
 

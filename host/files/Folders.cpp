@@ -6,14 +6,27 @@ namespace tavrel::host {
 namespace {
 
 constexpr std::size_t kMostFolders = 8;  // folders that are alike lie side by side by accident only
+constexpr std::size_t kMostMissing = 4;
 
 }  // namespace
 
+bool Folders::IsKnownAsMissing(const std::string& path) const noexcept {
+  return std::any_of(missing_.begin(), missing_.end(), [&path](const std::string& folder) {
+    return path.size() > folder.size() && path[folder.size()] == '/' && path.starts_with(folder);
+  });
+}
+
 FolderContents* Folders::At(const std::string& path) {
+  if (IsKnownAsMissing(path)) return nullptr;
   const auto [known, isNew] = known_.try_emplace(path);
   if (!isNew) return known->second.get();
   std::optional<FolderContents> folder = FolderContents::Read(path);
-  if (!folder) return nullptr;
+  if (!folder) {
+    // The old folder of music of another machine, mostly.
+    std::string highest = missing_.size() < kMostMissing ? HighestMissing(path) : path;
+    if (highest != path) missing_.push_back(std::move(highest));
+    return nullptr;
+  }
   ++listings_;
   known->second = std::make_unique<FolderContents>(std::move(*folder));
   return known->second.get();

@@ -30,9 +30,11 @@ class Folders {
   [[nodiscard]] std::size_t Listings() const noexcept { return listings_; }
 
  private:
+  [[nodiscard]] bool IsKnownAsMissing(const std::string& path) const noexcept;
   [[nodiscard]] std::vector<FolderContents*> Below(FolderContents& folder, std::string_view name);
 
   TextMap<std::unique_ptr<FolderContents>> known_;  // null for one that is not there
+  std::vector<std::string> missing_;  // highest folders, the first few: below them there is nothing
   std::size_t listings_ = 0;
 };
 

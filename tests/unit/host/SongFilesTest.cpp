@@ -288,6 +288,23 @@ TEST_F(Locations, AreLookedForBehindThePlaceWhereTheFileIsOnlyWhenItMisses) {
   EXPECT_EQ(files.AllFolders().Listings(), 3u);
 }
 
+TEST_F(Locations, AreMissingBelowTheHighestFolderThatIs) {
+  Put("x/1.mp3");
+  Put("x/file/1.mp3");
+  EXPECT_EQ(HighestMissing(Path("x/a/b/c")), Path("x/a"));
+  EXPECT_EQ(HighestMissing(Path("x/a")), Path("x/a"));
+  EXPECT_EQ(HighestMissing(Path("x/1.mp3/b/c")), Path("x/1.mp3/b")) << "below a file";
+  Folders folders;
+  EXPECT_EQ(folders.At(Path("x/a/b/c")), nullptr);
+  EXPECT_EQ(folders.At(Path("x/a/b")), nullptr);
+  EXPECT_EQ(folders.At(Path("x/a/d")), nullptr);
+  Put("x/a/e/1.mp3");
+  EXPECT_EQ(folders.At(Path("x/a/e")), nullptr) << "it was looked at once";
+  Put("x/a2/1.mp3");
+  EXPECT_NE(folders.At(Path("x/a2")), nullptr);
+  EXPECT_NE(folders.At(Path("x")), nullptr);
+}
+
 TEST_F(Locations, AreRememberedAsThoseOfSongs) {
   const std::string exact = Put("x/1.mp3");
   const std::string upper = Put("x/SONG.MP3");
