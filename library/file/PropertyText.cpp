@@ -35,11 +35,14 @@ bool IsNoText(const char* name) noexcept {
   return *name == 'd' && (std::strcmp(name, "data") == 0 || std::strcmp(name, "dict") == 0);
 }
 
-// A text as it stands in the file, looked through once.
+// A text as it stands in the file, looked through once; or none. Two words, so that it is handed on in registers.
 class Source {
  public:
+  Source() noexcept = default;
   explicit Source(const char* text) noexcept : text_(text), plain_(PlainLength(text)) {}
 
+  [[nodiscard]] bool IsNone() const noexcept { return text_ == nullptr; }
+  // The others must not be asked of none.
   [[nodiscard]] const char* Text() const noexcept { return text_; }
   [[nodiscard]] bool HoldsReference() const noexcept { return text_[plain_] != '\0'; }
   // Cost: none, unless it holds a reference.
@@ -57,17 +60,18 @@ class Source {
 #endif
   }
 
-  const char* text_;
-  std::size_t plain_;
+  const char* text_ = nullptr;
+  std::size_t plain_ = 0;
 };
 
 // What is shown of a value, as it stands in the file; none when there is nothing to show.
-std::optional<Source> ShownText(const TBXMLElement& value) noexcept {
-  if (const std::optional<bool> boolean = BooleanOf(value))
+Source ShownText(const TBXMLElement& value) noexcept {
+  if (const std::optional<bool> boolean = BooleanOf(value)) {
     return Source(*boolean ? "true" : "false");
-  if (value.text == nullptr || IsNoText(NameOf(value))) return std::nullopt;
+  }
+  if (value.text == nullptr || IsNoText(NameOf(value))) return {};
   const Source text(value.text);
-  return text.Size() > kLongestText ? std::nullopt : std::optional(text);
+  return text.Size() > kLongestText ? Source() : text;
 }
 
 // The first '&', if the texts are alike up to it, makes it worth decoding.
@@ -80,7 +84,7 @@ bool IsKey(const TBXMLElement& element, std::string_view key) noexcept {
 }
 
 // Decodes twice: what does not fit must leave no trace in the buffer.
-std::int32_t CopyText(const Source& source, char* buffer, std::int32_t bufferSize) noexcept {
+std::int32_t CopyText(Source source, char* buffer, std::int32_t bufferSize) noexcept {
   const auto fits = [=](std::int32_t size) { return buffer != nullptr && size <= bufferSize; };
   if (!source.HoldsReference()) {
     const auto size = static_cast<std::int32_t>(source.Size() + 1);
@@ -106,7 +110,7 @@ class Decoder {
   ~Decoder() { system::Release(taken_); }
 
   // None when memory is exhausted.
-  [[nodiscard]] const char* Decode(const Source& source) noexcept {
+  [[nodiscard]] const char* Decode(Source source) noexcept {
     if (!source.HoldsReference()) return source.Text();
     if (source.Size() > kLongestText || !Reserve(source.Size() + 1)) return nullptr;
     char* room = taken_ == nullptr ? own_.data() : taken_;
@@ -142,8 +146,8 @@ std::int32_t CopyProperty(const TBXMLElement* dict, const char* key, char* buffe
   const std::string_view wanted = key;
   for (const auto [keyElement, value] : Pairs(dict)) {
     if (!IsKey(*keyElement, wanted)) continue;
-    const std::optional<Source> text = ShownText(*value);
-    return text ? CopyText(*text, buffer, bufferSize) : 0;
+    const Source text = ShownText(*value);
+    return text.IsNone() ? 0 : CopyText(text, buffer, bufferSize);
   }
   return 0;
 }
@@ -155,11 +159,11 @@ std::int32_t VisitProperties(const TBXMLElement* dict, PropertyVisitor visitor,
   Decoder texts;
   std::int32_t count = 0;
   for (const auto [keyElement, value] : Pairs(dict)) {
-    const std::optional<Source> shown = ShownText(*value);
+    const Source shown = ShownText(*value);
     const char* key = keys.Decode(Source(KeyOf(*keyElement)));
-    const char* text = shown ? texts.Decode(*shown) : nullptr;
+    const char* text = shown.IsNone() ? nullptr : texts.Decode(shown);
     // A pair for which there is no memory ends the visit: none is shown as what it is not.
-    if (key == nullptr || (shown && text == nullptr)) break;
+    if (key == nullptr || (!shown.IsNone() && text == nullptr)) break;
     ++count;
     if (visitor(key, text, NameOf(*value), context) == 0) break;
   }
