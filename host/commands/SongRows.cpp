@@ -74,9 +74,14 @@ class CsvRows final : public SongRows {
   std::string_view Begun(const SongRecord& song) override {
     writer_.DropRow();
     for (const Field field : columns_.fields) {
-      Add(field == Field::Path ? ToldValue(song, field, session_, room_) : song.Value(field));
+      if (field == Field::Path) {
+        Add(ToldValue(song, field, session_, room_), false);
+      } else {
+        Add(song.Value(field), FactsOf(field).type == FieldType::Date);
+      }
     }
-    for (std::size_t key = 0; key < columns_.keys.All().size(); ++key) Add(song.Other(key));
+    const std::size_t keys = columns_.keys.All().size();
+    for (std::size_t key = 0; key < keys; ++key) Add(song.Other(key), false);
     return writer_.Row();
   }
 
@@ -98,9 +103,10 @@ class CsvRows final : public SongRows {
   void WriteEnd() override {}
 
  private:
-  void Add(const FieldValue& value) {
+  // Dates are texts in JSON, but need no quotes here.
+  void Add(const FieldValue& value, bool isDate) {
     const std::string_view cell = value.text.value_or("");
-    value.text&& value.isText ? writer_.Add(cell) : writer_.AddPlain(cell);
+    value.text&& value.isText && !isDate ? writer_.Add(cell) : writer_.AddPlain(cell);
   }
 
   ListsOfSong lists_;

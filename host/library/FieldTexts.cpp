@@ -34,9 +34,11 @@ bool IsDate(std::string_view text) noexcept {
   constexpr std::string_view kLeast = "0000-00-00T00:00:00Z";
   constexpr std::string_view kMost = "9999-99-99T99:99:99Z";
   if (text.size() != kLeast.size()) return false;
-  int odd = 0;  // without an end at the first: all characters are looked at together
+  unsigned char odd = 0;  // without an end at the first: all characters are looked at together
   for (std::size_t i = 0; i < kLeast.size(); ++i) {
-    odd += text[i] < kLeast[i] || text[i] > kMost[i] ? 1 : 0;
+    const auto above = static_cast<unsigned char>(text[i] - kLeast[i]);
+    const auto most = static_cast<unsigned char>(kMost[i] - kLeast[i]);
+    odd = static_cast<unsigned char>(odd | (above > most ? 1 : 0));
   }
   return odd == 0;
 }

@@ -70,10 +70,6 @@ bool SongRecord::Is(Field flag) const noexcept {
   return Text(flag) == "true";
 }
 
-FieldValue SongRecord::Other(std::size_t key) const noexcept {
-  return At(others_[key]);
-}
-
 // ---- The reader ---------------------------------------------------------------------------------
 
 namespace {
@@ -142,9 +138,7 @@ void SongRecordReader::Take(const char* key, const char* text, const char* type)
   if (showPair_) showPair_(number, key, text, type);
   if (number == SongKeys::kUnknown) {
     if (growing_ == nullptr) return;
-    growing_->Add(key);
-    record_.others_.emplace_back();
-    number = keys_.Find(key);
+    number = Learn(key);
   }
   if (number >= kFieldCount) {
     if (text != nullptr) TakeOther(number - kFieldCount, text, type);
@@ -153,6 +147,12 @@ void SongRecordReader::Take(const char* key, const char* text, const char* type)
   if (!read_[number] || seen_[number]) return;
   seen_[number] = true;  // the first of two equal keys counts
   if (text != nullptr) TakeField(static_cast<Field>(number), text);
+}
+
+std::size_t SongRecordReader::Learn(const char* key) {
+  growing_->Add(key);
+  record_.others_.emplace_back();
+  return keys_.Find(key);
 }
 
 void SongRecordReader::TakeField(Field field, std::string_view text) {

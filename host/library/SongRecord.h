@@ -43,7 +43,7 @@ class SongRecord {
   [[nodiscard]] std::int64_t Milliseconds() const noexcept { return milliseconds_; }
   [[nodiscard]] bool Is(Field flag) const noexcept;
   // Of a key that is no field's, by its number among the keys that the reader knows.
-  [[nodiscard]] FieldValue Other(std::size_t key) const noexcept;
+  [[nodiscard]] FieldValue Other(std::size_t key) const noexcept { return At(others_[key]); }
   // The path that its location names, where it once was; known when Location is read.
   [[nodiscard]] std::optional<std::string_view> WrittenPath() const noexcept {
     return At(writtenPath_).text;
@@ -113,6 +113,7 @@ class SongRecordReader {
  private:
   static std::int32_t Visit(const char* key, const char* text, const char* type, void* context);
   void Take(const char* key, const char* text, const char* type);
+  [[nodiscard]] std::size_t Learn(const char* key);
   void TakeField(Field field, std::string_view text);
   void TakeOther(std::size_t key, std::string_view text, std::string_view type);
   void TakeFromLibrary(PlaylistRecord* playlist, std::int32_t position);

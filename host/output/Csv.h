@@ -24,7 +24,7 @@ class CsvWriter {
       : output_(output), separation_(separation), forSpreadsheet_(forSpreadsheet) {}
 
   void Add(std::string_view cell);
-  // Numbers and truth values as JSON writes them, in which nothing needs quotes.
+  // Numbers and truth values as JSON writes them, and dates, in which nothing needs quotes.
   void AddPlain(std::string_view cell) {
     if (forSpreadsheet_) return Add(cell);
     AddOrdinary(cell);

@@ -1,11 +1,10 @@
 // A text that is put together of many short pieces, which std::string takes a call for each of.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <memory>
 #include <string_view>
-#include <vector>
 
 namespace tavrel::host {
 
@@ -13,19 +12,21 @@ class GrowingText {
  public:
   // Room for that many bytes behind the text, valid until the next call.
   [[nodiscard]] char* RoomFor(std::size_t bytes) {
-    if (room_.size() - size_ < bytes) room_.resize(std::max(2 * room_.size(), size_ + bytes));
-    return room_.data() + size_;
+    if (static_cast<std::size_t>(limit_ - end_) < bytes) Grow(bytes);
+    return end_;
   }
   // Takes what was written into the room, up to there.
-  void EndAt(const char* end) noexcept { size_ = static_cast<std::size_t>(end - room_.data()); }
+  void EndAt(char* end) noexcept { end_ = end; }
 
   void Append(std::string_view text) { EndAt(Copy(text, RoomFor(text.size()))); }
-  void Clear() noexcept { size_ = 0; }
+  void Clear() noexcept { end_ = room_.get(); }
 
-  [[nodiscard]] std::size_t Size() const noexcept { return size_; }
-  [[nodiscard]] std::string_view View() const noexcept { return {room_.data(), size_}; }
-  // Of what begins there.
-  [[nodiscard]] const char* At(std::size_t place) const noexcept { return room_.data() + place; }
+  [[nodiscard]] std::size_t Size() const noexcept {
+    return static_cast<std::size_t>(end_ - room_.get());
+  }
+  [[nodiscard]] std::string_view View() const noexcept { return {room_.get(), Size()}; }
+  // What begins there.
+  [[nodiscard]] const char* At(std::size_t place) const noexcept { return room_.get() + place; }
 
   // Copies the text to where there is room for it. Result: its end there.
   static char* Copy(std::string_view text, char* target) noexcept {
@@ -34,8 +35,11 @@ class GrowingText {
   }
 
  private:
-  std::vector<char> room_;
-  std::size_t size_ = 0;
+  void Grow(std::size_t bytes);
+
+  std::unique_ptr<char[]> room_;
+  char* end_ = nullptr;
+  char* limit_ = nullptr;
 };
 
 }  // namespace tavrel::host

@@ -14,13 +14,12 @@ template <char kOne, char kOther>
 [[nodiscard]] bool IsPlainAsciiWithout(std::string_view text) noexcept {
   using Word = std::uint64_t;
   constexpr auto each = [](unsigned char byte) { return Word{0x0101010101010101u} * byte; };
-  // The highest bit of some byte is set where there is a zero byte, and only there.
-  constexpr auto zero = [](Word word) { return (word - Word{0x0101010101010101u}) & ~word; };
+  // The highest bit of some byte is set where one is not plain, and only there: what a byte hands on to the next
+  // one, as a carry, it hands on only when its own is set.
   constexpr auto isPlain = [=](Word word) {
-    const Word below = (word - each(0x20)) & ~word;
-    const Word found = below | word | zero(word ^ each(0x7F)) |
-                       zero(word ^ each(static_cast<unsigned char>(kOne))) |
-                       zero(word ^ each(static_cast<unsigned char>(kOther)));
+    const Word one = (word ^ each(static_cast<unsigned char>(kOne))) - each(1);
+    const Word other = (word ^ each(static_cast<unsigned char>(kOther))) - each(1);
+    const Word found = word | (word + each(1)) | (word - each(0x20)) | one | other;
     return (found & each(0x80)) == 0;
   };
   const char* const start = text.data();
