@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <filesystem>
 #include <string>
 
@@ -67,6 +68,8 @@ TEST_F(Resources, StandBesideTheExecutableUnlessAFolderIsSet) {
   std::filesystem::create_directories(resources);
   std::ofstream(file).close();
   SetResourceFolder("");
+  EXPECT_EQ(PathForResource("platform-resources-test", "txt"), file.string());
+  SetResourceFolder(std::string(PATH_MAX, 'x'));  // a byte too many
   EXPECT_EQ(PathForResource("platform-resources-test", "txt"), file.string());
   std::filesystem::remove(file);
   EXPECT_EQ(PathForResource("platform-resources-test", "txt"), std::nullopt);
