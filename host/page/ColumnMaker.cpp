@@ -41,7 +41,9 @@ constexpr std::int64_t kNone = -1;
 // The days from the beginning of 1970 to "2009-11-05T08:13:42Z"; kNone for a day that never was.
 std::int64_t DayOf(std::string_view date) noexcept {
   const auto part = [date](std::size_t from, std::size_t size) {
-    return static_cast<int>(NumberIn(date.substr(from, size)).value_or(0));
+    int number = 0;
+    for (const char digit : date.substr(from, size)) number = number * 10 + (digit - '0');
+    return number;
   };
   const std::chrono::year_month_day day(std::chrono::year(part(0, 4)),
                                         std::chrono::month(static_cast<unsigned>(part(5, 2))),
@@ -80,6 +82,12 @@ std::string_view KindName(ColumnKind kind) {
   return kNames.at(static_cast<std::size_t>(kind));
 }
 
+void PageColumn::End(std::size_t songs) {
+  const bool isText = kind == ColumnKind::Text;
+  isText ? texts.End(songs) : numbers.resize(songs);
+  packed = Pack(isText ? texts.Numbers() : numbers);
+}
+
 bool PageColumn::IsUsed() const noexcept {
   if (kind == ColumnKind::Text) return texts.TextCount() > 1;
   return std::any_of(numbers.begin(), numbers.end(),
@@ -111,13 +119,7 @@ void ColumnMaker::Add(const SongTexts& song) {
 }
 
 std::vector<PageColumn> ColumnMaker::Take() {
-  for (PageColumn& column : columns_) {
-    if (column.kind == ColumnKind::Text) {
-      column.texts.End(songs_);
-    } else {
-      column.numbers.resize(songs_);
-    }
-  }
+  for (PageColumn& column : columns_) column.End(songs_);
   return std::move(columns_);
 }
 

@@ -24,7 +24,10 @@ struct PageColumn {
   ColumnKind kind;
   TextColumn texts = {};
   std::vector<std::int64_t> numbers = {};
+  PackedNumbers packed = {};  // these, or those of the texts
 
+  // There are so many songs.
+  void End(std::size_t songs);
   // Whether any song has it.
   [[nodiscard]] bool IsUsed() const noexcept;
 };

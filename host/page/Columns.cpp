@@ -10,9 +10,10 @@ namespace {
 
 constexpr std::uint64_t kGroup = 0x80;
 
+// Without a branch, which no processor would foresee.
 std::uint64_t Zigzag(std::int64_t number) noexcept {
   const auto bits = static_cast<std::uint64_t>(number);
-  return number < 0 ? ~(bits << 1) : bits << 1;
+  return (bits << 1) ^ (0 - (bits >> 63));
 }
 
 // Result: the end of what was written.

@@ -35,6 +35,7 @@ struct PageContents {
   std::vector<PageColumn> columns = {};
   std::vector<PageAlbum> albums = {};      // in the order of their first songs
   std::vector<std::int64_t> albumOf = {};  // for each song the number of its album from 1; 0: none
+  PackedNumbers packedAlbums = {};         // those numbers
   std::vector<PagePlaylist> playlists = {};
   FileTally tally = {};  // of the songs' files
 

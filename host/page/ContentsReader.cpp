@@ -85,10 +85,15 @@ class ContentsMaker {
     await(looks[before]);
   }
 
+  // The playlists take the library, what is packed takes none: both go on at a time.
   PageContents Take() {
-    contents_.columns = columns_.Take();
-    places_.MoveTo(contents_);
-    contents_.playlists = ReadPagePlaylists(library_, std::move(ids_));
+    auto packed = std::async(std::launch::async, [this] {
+      contents_.columns = columns_.Take();
+      places_.MoveTo(contents_);
+    });
+    std::vector<PagePlaylist> playlists = ReadPagePlaylists(library_, std::move(ids_));
+    packed.get();
+    contents_.playlists = std::move(playlists);
     return std::move(contents_);
   }
 

@@ -21,7 +21,10 @@ using Parts = std::map<std::string_view, std::string>;
 
 // The markup with each "{{name}}" replaced by the part of that name, or by the word of the interface.
 std::string Fill(std::string_view markup, const Parts& parts, const Words& words) {
+  std::size_t size = markup.size();
+  for (const auto& [name, part] : parts) size += part.size();
   std::string filled;
+  filled.reserve(size);
   while (true) {
     const std::size_t open = markup.find("{{");
     const std::size_t close = markup.find("}}", open);
@@ -37,7 +40,9 @@ std::string Fill(std::string_view markup, const Parts& parts, const Words& words
 
 // What no script engine runs: the type says that these are data.
 std::string DataBlock(const std::string& id, std::string_view form, std::string_view text) {
-  std::string block = "<script type=\"application/octet-stream\" id=\"" + id + "\" data-form=\"";
+  std::string block;
+  block.reserve(text.size() + 100);
+  block += "<script type=\"application/octet-stream\" id=\"" + id + "\" data-form=\"";
   return block.append(form).append("\">").append(text).append("</script>\n");
 }
 

@@ -3,6 +3,7 @@
 #include <libdeflate.h>
 
 #include <algorithm>
+#include <deque>
 #include <future>
 #include <memory>
 #include <new>
@@ -13,15 +14,33 @@
 namespace tavrel::host {
 namespace {
 
+constexpr std::size_t kLengthSize = 4;
+
 void AppendNumber(std::string& bytes, std::uint32_t number) {
   for (unsigned shift = 0; shift < 32; shift += 8) {
     bytes += static_cast<char>(number >> shift & 0xFF);
   }
 }
 
-// What the JSON text says, and the bytes behind it.
+// About the bytes that the texts of the columns take as JSON.
+std::size_t SizeOfTexts(const std::vector<PageColumn>& columns) {
+  std::size_t size = 0;
+  for (const PageColumn& column : columns) {
+    for (std::size_t i = 0; i < column.texts.TextCount(); ++i) {
+      size += column.texts.Text(i).size() + 3;
+    }
+  }
+  return size;
+}
+
+// Room for the length of what the JSON text says, that text, and the bytes behind it.
 class Writer {
  public:
+  Writer(std::size_t songs, std::size_t room) {
+    json_.reserve(room);
+    json_.append(kLengthSize, '\0').append("{\"songs\":").append(std::to_string(songs));
+  }
+
   void Columns(const std::vector<PageColumn>& columns) {
     json_ += ",\"columns\":[";
     bool isFirst = true;
@@ -36,7 +55,7 @@ class Writer {
         Texts("texts", column.texts.TextCount(),
               [&column](std::size_t number) { return column.texts.Text(number); });
       }
-      Numbers(isText ? column.texts.Numbers() : column.numbers);
+      Numbers(column.packed);
       json_ += '}';
     }
     json_ += ']';
@@ -49,7 +68,7 @@ class Writer {
           [&albums](std::size_t i) -> std::string_view { return albums[i].title; });
     Texts("artists", albums.size(),
           [&albums](std::size_t i) -> std::string_view { return albums[i].artist; });
-    Numbers(contents.albumOf);
+    Numbers(contents.packedAlbums);
     json_ += "},\n\"covers\":{\"side\":" + std::to_string(covers.side) +
              ",\"columns\":" + std::to_string(covers.columns) +
              ",\"perPicture\":" + std::to_string(covers.perPicture);
@@ -74,12 +93,13 @@ class Writer {
     json_ += ']';
   }
 
-  [[nodiscard]] std::string Finish(std::size_t songs) const {
-    const std::string head = "{\"songs\":" + std::to_string(songs) + json_ + "}";
-    std::string all;
-    all.reserve(4 + head.size() + bytes_.size());
-    AppendNumber(all, static_cast<std::uint32_t>(head.size()));
-    return all.append(head).append(bytes_);
+  [[nodiscard]] std::string Finish() {
+    json_ += '}';
+    std::string length;
+    AppendNumber(length, static_cast<std::uint32_t>(json_.size() - kLengthSize));
+    json_.replace(0, kLengthSize, length);
+    for (const std::string_view bytes : bytes_) json_ += bytes;
+    return std::move(json_);
   }
 
  private:
@@ -94,22 +114,28 @@ class Writer {
     json_ += ']';
   }
 
-  void Numbers(const std::vector<std::int64_t>& numbers) {
-    const PackedNumbers packed = Pack(numbers);
+  // packed: borrowed.
+  void Numbers(const PackedNumbers& packed) {
     json_ += ",\"bytes\":" + std::to_string(packed.bytes.size()) +
              ",\"differences\":" + (packed.areDifferences ? "true" : "false");
-    bytes_ += packed.bytes;
+    bytes_.push_back(packed.bytes);
+  }
+  // What is packed here is kept.
+  void Numbers(const std::vector<std::int64_t>& numbers) {
+    packed_.push_back(Pack(numbers));
+    Numbers(packed_.back());
   }
 
   std::string json_;
-  std::string bytes_;
+  std::vector<std::string_view> bytes_;
+  std::deque<PackedNumbers> packed_;
 };
 
 // More than processors, so that none waits long for another: texts take twice as long as numbers.
 constexpr std::size_t kParts = 4;
 
-// Level 6 takes twice as long for a fortieth less.
-constexpr int kLevel = 3;
+// Level 6 takes more than twice as long for a twenty-fifth less.
+constexpr int kLevel = 2;
 
 std::string Deflated(std::string_view bytes) {
   const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
@@ -124,11 +150,13 @@ std::string Deflated(std::string_view bytes) {
 }  // namespace
 
 std::string MakePayload(const PageContents& contents, const CoverPlaces& covers) {
-  Writer writer;
+  std::size_t room = SizeOfTexts(contents.columns) + contents.packedAlbums.bytes.size();
+  for (const PageColumn& column : contents.columns) room += column.packed.bytes.size();
+  Writer writer(contents.songs, room + room / 8);
   writer.Columns(contents.columns);
   writer.Albums(contents, covers);
   writer.Playlists(contents.playlists);
-  return writer.Finish(contents.songs);
+  return writer.Finish();
 }
 
 std::string CompressedText(std::string_view bytes) {

@@ -51,11 +51,11 @@ void SongPlaceMaker::AddToAlbum(const SongTexts& song) {
 
 void SongPlaceMaker::MoveTo(PageContents& contents) {
   contents.tally = std::move(tally_);
-  states_.End(parts_.size());
   contents.columns.push_back({Field::Status, ColumnKind::Text, std::move(states_)});
+  contents.columns.back().End(parts_.size());
   if (paths_) {
-    paths_->End(parts_.size());
     contents.columns.push_back({Field::Path, ColumnKind::Text, std::move(*paths_)});
+    contents.columns.back().End(parts_.size());
   }
   MoveAlbumsTo(contents);
 }
@@ -85,6 +85,7 @@ void SongPlaceMaker::MoveAlbumsTo(PageContents& contents) const {
     album.plays += plays_[song];
     album.positions.push_back(static_cast<std::int32_t>(song));
   }
+  contents.packedAlbums = Pack(contents.albumOf);
 }
 
 }  // namespace tavrel::host
