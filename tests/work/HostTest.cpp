@@ -320,18 +320,30 @@ std::string Repeat(std::string_view piece, std::size_t count) {
   return text;
 }
 
+// What a terminal would not show as it is, as the numbers of its bytes.
+std::string NameOfPiece(std::string_view piece) {
+  std::string name;
+  for (const char byte : piece) {
+    name += byte > ' ' && byte < '\x7F'
+                ? std::string(1, byte)
+                : std::to_string(static_cast<int>(static_cast<unsigned char>(byte))) + " ";
+  }
+  return name;
+}
+
 TEST(WorkOfTheHost, OnOddTextsDoubles) {
   for (const std::string piece :
        {"\u0301", "\u202E", "\n ", " ", "\xE9", "\"", "\U000E0041", "交"}) {
+    const std::string name = NameOfPiece(piece);
     const std::string small = "e" + Repeat(piece, 20000);
     const std::string large = "e" + Repeat(piece, 40000);
     const auto json = [](const std::string& text) { return JsonValue(text).Text().size(); };
     ExpectDoubled(WorkOf([&] { EXPECT_NE(Clean(small), ""); }),
-                  WorkOf([&] { EXPECT_NE(Clean(large), ""); }), "cleaning of " + piece);
+                  WorkOf([&] { EXPECT_NE(Clean(large), ""); }), "cleaning of " + name);
     ExpectDoubled(WorkOf([&] { EXPECT_NE(Compose(small), ""); }),
-                  WorkOf([&] { EXPECT_NE(Compose(large), ""); }), "composing of " + piece);
+                  WorkOf([&] { EXPECT_NE(Compose(large), ""); }), "composing of " + name);
     ExpectDoubled(WorkOf([&] { EXPECT_NE(json(small), 0u); }),
-                  WorkOf([&] { EXPECT_NE(json(large), 0u); }), "JSON of " + piece);
+                  WorkOf([&] { EXPECT_NE(json(large), 0u); }), "JSON of " + name);
   }
 }
 
