@@ -94,8 +94,11 @@ bool PageColumn::IsUsed() const noexcept {
                      [](std::int64_t number) { return number != 0; });
 }
 
-ColumnMaker::ColumnMaker() {
-  for (const Kept& kept : kKept) columns_.push_back({kept.field, kept.kind});
+ColumnMaker::ColumnMaker(std::size_t songs) {
+  for (const Kept& kept : kKept) {
+    PageColumn& column = columns_.emplace_back(PageColumn{kept.field, kept.kind});
+    kept.kind == ColumnKind::Text ? column.texts.Reserve(songs) : column.numbers.reserve(songs);
+  }
 }
 
 FieldSet ColumnMaker::Fields() const {

@@ -35,7 +35,8 @@ struct PageColumn {
 // The columns of what the library file says of songs.
 class ColumnMaker {
  public:
-  ColumnMaker();
+  // songs: how many will come.
+  explicit ColumnMaker(std::size_t songs);
 
   // What it reads of a song.
   [[nodiscard]] FieldSet Fields() const;

@@ -20,6 +20,8 @@ class TextColumn {
   // A song's text; one of which nothing is seen is number 0, as is that of a song that is left out. Songs come in
   // their order.
   void Set(std::size_t song, std::string_view text);
+  // So many songs will come.
+  void Reserve(std::size_t songs) { numbers_.reserve(songs); }
   // There are so many songs.
   void End(std::size_t songs) { numbers_.resize(songs); }
 

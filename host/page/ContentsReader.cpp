@@ -57,6 +57,7 @@ class ContentsMaker {
       : library_(library),
         songs_(library.openAllSongs()),
         count_(library.getSongCount(songs_)),
+        columns_(static_cast<std::size_t>(std::max(count_, 0))),
         places_(library, withPaths) {}
 
   void ReadSongs() {

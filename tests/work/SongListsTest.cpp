@@ -162,7 +162,7 @@ TEST(WorkOnLists, OfEveryFieldDoubles) {
 
 TEST(WorkOnLists, OfColumnsOfThePageDoubles) {
   ExpectDoubledWithTheSongs("page", [](const LibraryFunctions& library) {
-    ColumnMaker columns;
+    ColumnMaker columns(static_cast<std::size_t>(songCount));
     SongWalk walk(library, columns.Fields());
     SongBlock block;
     SongTexts texts;
