@@ -83,7 +83,7 @@ void CsvWriter::AddWithCare(std::string_view cell) {
   const bool isFormula =
       !clean_.empty() && std::string_view("=+-@").find(clean_[0]) != std::string_view::npos;
   if (forSpreadsheet_ && isFormula) clean_.insert(0, 1, '\'');
-  if (separation_ == Separation::Tabs) return AppendOnOneLine(row_, clean_);
+  if (separator_ == '\t') return AppendOnOneLine(row_, clean_);
   if (clean_.find_first_of(",\"\r\n") == std::string::npos) {
     row_.Append(clean_);
   } else {
@@ -92,8 +92,9 @@ void CsvWriter::AddWithCare(std::string_view cell) {
 }
 
 void CsvWriter::EndRow() {
-  row_.Append(separation_ == Separation::Commas ? "\r\n" : "\n");
-  output_.Write(row_.View());
+  if (row_.Size() == 0) AddOrdinary({});
+  row_.Append(separator_ == ',' ? "\r\n" : "\n");
+  output_.Write(Row());
   DropRow();
 }
 

@@ -21,7 +21,9 @@ class CsvWriter {
   // forSpreadsheet: a cell that begins with '=', '+', '-' or '@' gets an apostrophe in front, so that no
   // spreadsheet takes it for a formula.
   CsvWriter(Sink& output, Separation separation, bool forSpreadsheet)
-      : output_(output), separation_(separation), forSpreadsheet_(forSpreadsheet) {}
+      : output_(output),
+        separator_(separation == Separation::Commas ? ',' : '\t'),
+        forSpreadsheet_(forSpreadsheet) {}
 
   void Add(std::string_view cell);
   // Numbers and truth values as JSON writes them, and dates, in which nothing needs quotes.
@@ -32,30 +34,27 @@ class CsvWriter {
   void EndRow();
 
   // The row so far. One that has to wait goes on later where it stopped: with its text, and how many cells that is.
-  [[nodiscard]] std::string_view Row() const noexcept { return row_.View(); }
-  void DropRow() noexcept {
-    row_.Clear();
-    cells_ = 0;
+  [[nodiscard]] std::string_view Row() const noexcept {
+    return row_.View().substr(row_.Size() == 0 ? 0 : 1);
   }
+  void DropRow() noexcept { row_.Clear(); }
   void SetRow(std::string_view row, std::size_t cells) {
-    row_.Clear();
-    row_.Append(row);
-    cells_ = cells;
+    DropRow();
+    if (cells > 0) AddOrdinary(row);
   }
 
  private:
   void AddOrdinary(std::string_view cell) {
     char* at = row_.RoomFor(1 + cell.size());
-    if (cells_++ > 0) *at++ = separation_ == Separation::Commas ? ',' : '\t';
-    row_.EndAt(GrowingText::Copy(cell, at));
+    *at = separator_;
+    row_.EndAt(GrowingText::Copy(cell, at + 1));
   }
   void AddWithCare(std::string_view cell);
 
   Sink& output_;
-  Separation separation_;
+  char separator_;
   bool forSpreadsheet_;
-  std::size_t cells_ = 0;  // in this row
-  GrowingText row_;
+  GrowingText row_;  // a separator before each cell
   std::string clean_;
 };
 
