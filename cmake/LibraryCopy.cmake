@@ -12,7 +12,7 @@ function(tavrel_add_library_copy name)
   endforeach()
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
   target_link_libraries(${name} PUBLIC
-    tavrel_options uriparser::uriparser utf8proc::utf8proc ZLIB::ZLIB)
+    tavrel_options tavrel_joined_options uriparser::uriparser utf8proc::utf8proc ZLIB::ZLIB)
   target_compile_options(${name} PRIVATE ${ARGN})
   if(TAVREL_JOIN_SOURCES)
     tavrel_join_sources(${name})

@@ -31,6 +31,7 @@ test_needs() {
   run_needs
   cat <<'LIST'
 clang clang++
+lld ld.lld
 clang-format clang-format
 libgtest-dev gtest/gtest.h
 libjpeg-dev jpeglib.h

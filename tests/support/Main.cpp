@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <string_view>
 
 namespace {
@@ -24,6 +25,8 @@ class SkipWatch : public testing::EmptyTestEventListener {
 }  // namespace
 
 int main(int count, char** arguments) {
+  // What a shell starts in the background ignores these, and so would all that tests start.
+  for (const int signal : {SIGINT, SIGQUIT}) std::signal(signal, SIG_DFL);
   testing::InitGoogleMock(&count, arguments);
   testing::UnitTest::GetInstance()->listeners().Append(new SkipWatch);
   return RUN_ALL_TESTS();
