@@ -1,5 +1,6 @@
 #include "host/export/M3u.h"
 
+#include "host/output/Format.h"
 #include "host/output/Text.h"
 #include "text/FileUrl.h"
 
@@ -26,8 +27,8 @@ M3uText::M3uText(std::string_view name, M3uEncoding encoding) : encoding_(encodi
 }
 
 void M3uText::Add(const PlaylistEntry& entry) {
-  const std::int64_t seconds = (entry.milliseconds + 500) / 1000;
-  text_ += "#EXTINF:" + (entry.milliseconds > 0 ? std::to_string(seconds) : "-1") + ',';
+  const std::int64_t time = entry.milliseconds;
+  text_ += "#EXTINF:" + (time > 0 ? std::to_string(WholeSeconds(time)) : "-1") + ',';
   if (entry.artist) text_ += Compose(*entry.artist) + " - ";
   text_ += Compose(entry.name.value_or("")) + '\n';
   if (!entry.url.empty()) {

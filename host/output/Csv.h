@@ -39,6 +39,7 @@ class CsvWriter {
   }
   void DropRow() noexcept { row_.Clear(); }
   void SetRow(std::string_view row, std::size_t cells) {
+    if (row.data() == Row().data() && row.size() == Row().size()) return;  // it has not had to wait
     DropRow();
     if (cells > 0) AddOrdinary(row);
   }

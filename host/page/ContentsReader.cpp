@@ -10,6 +10,7 @@
 #include "host/library/SongPlaces.h"
 #include "host/output/Text.h"
 #include "host/page/ColumnMaker.h"
+#include "host/page/InBackground.h"
 #include "host/page/SongBlock.h"
 #include "host/page/SongPlaceMaker.h"
 #include "host/page/SongTexts.h"
@@ -43,7 +44,7 @@ using Look = std::shared_future<void>;
 // Begins one that waits for the one before it, which may be none, and fails as that does.
 template <typename Function>
 Look LookAfter(Look before, Function look) {
-  return std::async(std::launch::async, [before = std::move(before), look]() mutable {
+  return InBackground([before = std::move(before), look]() mutable {
     if (before.valid()) std::exchange(before, {}).get();
     look();
   });
@@ -88,7 +89,7 @@ class ContentsMaker {
 
   // The playlists take the library, what is packed takes none: both go on at a time.
   PageContents Take() {
-    auto packed = std::async(std::launch::async, [this] {
+    auto packed = InBackground([this] {
       contents_.columns = columns_.Take();
       places_.MoveTo(contents_);
     });

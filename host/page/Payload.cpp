@@ -10,6 +10,7 @@
 
 #include "host/output/Json.h"
 #include "host/page/Html.h"
+#include "host/page/InBackground.h"
 
 namespace tavrel::host {
 namespace {
@@ -163,9 +164,8 @@ std::string CompressedText(std::string_view bytes) {
   const std::size_t part = bytes.size() / kParts + 1;
   std::vector<std::future<std::string>> made;
   for (; !bytes.empty(); bytes.remove_prefix(std::min(part, bytes.size()))) {
-    made.push_back(std::async(std::launch::async, [piece = bytes.substr(0, part)] {
-      return Base64Text(Deflated(piece));
-    }));
+    made.push_back(
+        InBackground([piece = bytes.substr(0, part)] { return Base64Text(Deflated(piece)); }));
   }
   std::string text;
   for (std::future<std::string>& one : made) {

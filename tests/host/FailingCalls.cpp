@@ -1,6 +1,6 @@
 // Loaded before everything else, stands between `tavrel` and the system, and makes calls fail:
 //
-//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write, make, link or folder
+//   FAULT_KIND     which calls are counted: memory, open, stat, list, read, write, make, link, folder or thread
 //   FAULT_NUMBER   which of them fails, counted from 0
 //   FAULT_AFTER    set: all later ones fail, too
 //   FAULT_COUNT    a file that gets the number of calls at the program's end
@@ -15,6 +15,7 @@
 #include <dlfcn.h>
 #include <errno.h>
 #include <fcntl.h>
+#include <pthread.h>
 #include <signal.h>
 #include <stdarg.h>
 #include <stdio.h>
@@ -213,6 +214,11 @@ int mkdir(const char* path, mode_t mode) {
 }
 int symlinkat(const char* target, int folder, const char* path) {
   return Fails("make", ENOSPC) ? -1 : REAL(symlinkat)(target, folder, path);
+}
+int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*),
+                   void* argument) {
+  return Fails("thread", EAGAIN) ? EAGAIN
+                                 : REAL(pthread_create)(thread, attributes, start, argument);
 }
 int link(const char* from, const char* to) {
   return Fails("make", EPERM) ? -1 : REAL(link)(from, to);

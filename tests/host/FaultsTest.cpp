@@ -162,6 +162,26 @@ const std::vector<const char*> kKinds {
 INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(kKinds),
                          [](const auto& kind) { return std::string(kind.param); });
 
+class WithoutThreads : public HostTest {};
+
+// So many songs that the page holds them compressed, which is done in parts.
+TEST_F(WithoutThreads, ThePageIsTheSame) {
+  std::vector<TrackText> tracks;
+  for (int id = 1; id <= 5000; ++id) tracks.push_back({id, Property("Name", std::to_string(id))});
+  const std::string library = Write("library.xml", LibraryText(tracks));
+  const std::vector<std::string> arguments{"--library", library, "page", "-o", "-", "-q"};
+  const Outcome usual = Run(arguments);
+  Command command;
+  command.environment = {{"LD_PRELOAD", TAVREL_FAILING_CALLS},
+                         {"FAULT_KIND", "thread"},
+                         {"FAULT_AFTER", "1"},
+                         {"FAULT_COUNT", Path("count")}};
+  const Outcome outcome = Run(arguments, command);
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.errors;
+  EXPECT_TRUE(outcome.output == usual.output);
+  EXPECT_GT(std::stol(FileBytes(Path("count"))), 4) << "the page was made by fewer threads";
+}
+
 class ReplacedFolder : public HostTest {};
 
 // As somebody might who can write to the folder for temporary files.

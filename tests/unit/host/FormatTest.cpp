@@ -30,6 +30,7 @@ TEST(Format, ClockRoundsToSeconds) {
   EXPECT_EQ(Clock(59500), "1:00");
   EXPECT_EQ(Clock(245000), "4:05");
   EXPECT_EQ(Clock(3599999), "1:00:00");
+  EXPECT_EQ(Clock(INT64_MAX), "2562047788015:12:56");
   EXPECT_EQ(Clock(3723000), "1:02:03");
   EXPECT_EQ(Clock(std::int64_t{100} * 3600 * 1000), "100:00:00");
 }
