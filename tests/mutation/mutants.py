@@ -11,6 +11,7 @@ parsing: what does not compile is drawn again. Kinds:
 """
 
 import dataclasses
+import os
 import re
 
 FOLDERS = ("system", "text", "codecs", "xml", "library", "agent")
@@ -94,12 +95,18 @@ def all_mutants(root):
 
 
 def apply(root, mutant):
-    """Writes the mutant into the tree; returns what undoes it."""
+    """Writes the mutant into the tree; returns what undoes it, the file's time too."""
     path = root / mutant.file
+    time = path.stat().st_mtime_ns
     text = path.read_text()
     lines = text.split("\n")
     old = lines[mutant.line - 1]
     indentation = old[: len(old) - len(old.lstrip())]
     lines[mutant.line - 1] = indentation + (mutant.after or ";")
     path.write_text("\n".join(lines))
-    return lambda: path.write_text(text)
+
+    def undo():
+        path.write_text(text)
+        os.utime(path, ns=(time, time))
+
+    return undo

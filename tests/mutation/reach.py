@@ -1,5 +1,7 @@
 """Which suites of tests execute which lines of the library: measured once, with Clang's coverage."""
 
+import concurrent.futures
+import hashlib
 import json
 import pathlib
 import subprocess
@@ -7,17 +9,13 @@ import tempfile
 import time
 
 from mutants import FOLDERS
-from trees import PROGRAMS, Tree
-
-COVERED = ("-DCMAKE_C_COMPILER=clang", "-DCMAKE_CXX_COMPILER=clang++",
-           "-DCMAKE_CXX_FLAGS=-fprofile-instr-generate -fcoverage-mapping")  # fmt: skip
+from trees import PROGRAMS, Build, log_of
 
 
-def executed_lines(tree, binaries, profile):
+def executed_lines(tree, binary, profile):
     """{file: lines} of the library."""
-    objects = [argument for binary in binaries[1:] for argument in ("-object", str(binary))]
     sources = [str(tree.root / folder) for folder in FOLDERS]
-    answer = subprocess.run(["llvm-cov", "export", "--format=lcov", f"--instr-profile={profile}", str(binaries[0]), *objects, *sources],
+    answer = subprocess.run(["llvm-cov", "export", "--format=lcov", f"--instr-profile={profile}", str(binary), *sources],
                             check=True, capture_output=True, text=True)  # fmt: skip
     lines, file = {}, None
     for entry in answer.stdout.split("\n"):
@@ -27,40 +25,54 @@ def executed_lines(tree, binaries, profile):
         elif kind == "DA":
             line, count = value.split(",")[:2]
             if int(count) > 0:
-                lines.setdefault(file, set()).add(int(line))
+                lines.setdefault(file, []).append(int(line))
     return lines
 
 
-def measure(checkout, folder):
-    """[(program, suite, seconds, {file: lines})]"""
-    tree = Tree(checkout, folder, COVERED)
-    if not tree.prepare(PROGRAMS):
+def measure_suite(tree, program, suite):
+    """(program, suite, seconds, {file: lines})"""
+    with tempfile.TemporaryDirectory() as profiles:
+        start = time.monotonic()
+        tree.test(program, [(suite, 0)], 600, {"LLVM_PROFILE_FILE": f"{profiles}/%p-%m.profraw"})
+        seconds = time.monotonic() - start
+        raw = [str(path) for path in pathlib.Path(profiles).glob("*.profraw") if path.stat().st_size > 0]
+        if not raw:
+            return program, suite, seconds, {}
+        merged = f"{profiles}/merged"
+        subprocess.run(["llvm-profdata", "merge", "-sparse", "-o", merged, *raw], check=True, capture_output=True)
+        library = tree.build_folder / "lib" / "libTavrel.so"
+        opens_it = program in ("system_test", "hostile_test")
+        return program, suite, seconds, executed_lines(tree, library if opens_it else tree.program(program), merged)
+
+
+def measure(checkout, jobs):
+    """In the build folder of scripts/coverage, whose counters these are."""
+    tree = Build(checkout, checkout / "build" / "coverage", checkout / "build" / "coverage.log")
+    configure = ["cmake", "--preset", "coverage", "-DTAVREL_BUILD_TESTS=ON"]
+    if log_of(configure, tree.log, cwd=checkout) != 0 or not tree.make([*PROGRAMS, "Tavrel"], jobs):
         raise SystemExit(f"The build failed; its output is in {tree.log}")
-    library = tree.build_folder / "lib" / "libTavrel.so"
-    found = []
-    for program in PROGRAMS:
-        for suite in tree.suites(program):
-            with tempfile.TemporaryDirectory() as profiles:
-                start = time.monotonic()
-                tree.test(program, [suite], 600, {"LLVM_PROFILE_FILE": f"{profiles}/%p.profraw"})
-                seconds = time.monotonic() - start
-                raw = [str(path) for path in pathlib.Path(profiles).glob("*.profraw")]
-                if not raw:
-                    continue
-                merged = f"{profiles}/merged"
-                subprocess.run(["llvm-profdata", "merge", "-sparse", "-o", merged, *raw], check=True, capture_output=True)
-                found.append((program, suite, seconds, executed_lines(tree, [tree.program(program), library], merged)))
-    return found
+    suites = [(program, suite) for program in PROGRAMS for suite in tree.suites(program)]
+    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+        return list(pool.map(lambda pair: measure_suite(tree, *pair), suites))
 
 
-def load(checkout, folder, version):
-    """The same, kept in a file for this version of the sources."""
+def version_of(checkout):
+    """Of everything that decides what the tests reach."""
+    digest = hashlib.sha256()
+    names = subprocess.run(["git", "ls-files", "-z", "--", *FOLDERS, "include", "cmake", "tests", "CMakeLists.txt"],
+                           cwd=checkout, check=True, capture_output=True, text=True).stdout  # fmt: skip
+    for name in filter(None, names.split("\0")):
+        path = checkout / name
+        digest.update(name.encode() + b"\0" + (path.read_bytes() if path.is_file() else b""))
+    return digest.hexdigest()
+
+
+def load(checkout, folder, jobs):
+    """[(program, suite, seconds, {file: lines})], kept in a file for this version of the sources."""
     path = pathlib.Path(folder) / "reach.json"
-    if path.exists():
-        kept = json.loads(path.read_text())
-        if kept["version"] == version:
-            return [(p, s, t, {f: set(lines) for f, lines in files.items()}) for p, s, t, files in kept["reach"]]
-    reach = measure(checkout, pathlib.Path(folder) / "reach")
-    plain = [(p, s, t, {f: sorted(lines) for f, lines in files.items()}) for p, s, t, files in reach]
-    path.write_text(json.dumps({"version": version, "reach": plain}))
-    return reach
+    version = version_of(checkout)
+    kept = json.loads(path.read_text()) if path.exists() else {"version": None}
+    if kept["version"] != version:
+        kept = {"version": version, "reach": measure(checkout, jobs)}
+        path.write_text(json.dumps(kept))
+    return [(p, s, t, {f: set(lines) for f, lines in files.items()}) for p, s, t, files in kept["reach"]]

@@ -7,11 +7,18 @@ import resource
 import shutil
 import subprocess
 
-# The programs whose tests a mutant of the library can fail; the later ones, which link the library in other
-# ways, are run where the first ones have not noticed it.
+# The programs whose tests a mutant of the library can fail; the last one, which has a copy of the library of its
+# own, is run where the others have not noticed it.
 PROGRAMS = ("unit_tests", "system_test", "hostile_test", "fault_test")
-LATER_PROGRAMS = ("work_tests", "tavrel_host_tests")
+LAST_PROGRAM = "work_tests"
 MOST_MEMORY = 4 << 30
+
+# As a release is built, where a warning is an error: such a mutant does not compile. What the tests are is asked
+# when they are run: a program that is broken fails then.
+OPTIONS = ("-DCMAKE_BUILD_TYPE=Release", "-DTAVREL_WARNINGS_AS_ERRORS=ON", "-DTAVREL_BUILD_BENCH=OFF", "-DTAVREL_BUILD_HOST=OFF",
+           "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST")  # fmt: skip
+COMPILED = re.compile(r"Building \w+ object (\S+)")
+LINKED = re.compile(r"Linking \w+ (?:static library|shared library|executable) (\S+)")
 
 
 def log_of(command, log, **options):
@@ -19,12 +26,13 @@ def log_of(command, log, **options):
         return subprocess.run(command, stdout=output, stderr=output, check=False, **options).returncode
 
 
-def isolated(command):
-    """A process namespace of its own, where there is one: a mutant may kill what it should not."""
-    probe = ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc"]
-    if shutil.which("unshare") and subprocess.run([*probe, "true"], capture_output=True, check=False).returncode == 0:
-        return [*probe, *command]
-    return command
+def isolation():
+    """What goes before a command for a process namespace of its own, where there is one: a mutant may kill what
+    it should not."""
+    words = ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc"]
+    if shutil.which("unshare") and subprocess.run([*words, "true"], capture_output=True, check=False).returncode == 0:
+        return words
+    return []
 
 
 def copy_sources(checkout, root):
@@ -37,36 +45,84 @@ def copy_sources(checkout, root):
             shutil.copy(source, copy)
 
 
-class Tree:
-    def __init__(self, checkout, folder, options=()):
-        self.root = pathlib.Path(folder)
-        self.build_folder = self.root / "build" / "mutate"
-        self.log = self.root / "build" / "mutate.log"
-        (self.root / "build").mkdir(parents=True, exist_ok=True)
-        copy_sources(pathlib.Path(checkout), self.root)
-        self.configure = ["cmake", "-S", self.root, "-B", self.build_folder, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                          "-DTAVREL_BUILD_BENCH=OFF", *options]  # fmt: skip
+class Build:
+    """What was built of a checkout, and its test programs."""
 
-    def prepare(self, programs):
-        return log_of(self.configure, self.log) == 0 and self.build(programs)
+    def __init__(self, root, build_folder, log):
+        self.root, self.build_folder, self.log = root, build_folder, log
+        self.isolation = isolation()
 
-    def build(self, targets):
-        return log_of(["ninja", "-C", self.build_folder, "-j1", *targets], self.log) == 0
+    def make(self, targets, jobs=1):
+        return log_of(["ninja", "-C", self.build_folder, f"-j{jobs}", *targets], self.log) == 0
 
     def suites(self, program):
-        listed = subprocess.run([self.program(program), "--gtest_list_tests"], check=True, capture_output=True, text=True)
+        listed = subprocess.run([self.program(program), "--gtest_list_tests"], check=True, capture_output=True, text=True,
+                                env={**os.environ, "LLVM_PROFILE_FILE": os.devnull})  # fmt: skip
         return re.findall(r"^(\S+)\.", listed.stdout, re.MULTILINE)
 
     def program(self, name):
         return self.build_folder / "tests" / name
 
     def test(self, program, suites, seconds, environment=None):
-        """"passed", "failed" or "hung"."""
-        run = [self.program(program), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={':'.join(f'{s}.*' for s in suites)}"]
-        limit = lambda: resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))
+        """"passed", "failed" or "hung". suites: [(name, seconds)]. seconds: of the processor; tests that wait may take longer."""
+        run = [self.program(program), "--gtest_fail_fast", "--gtest_brief=1", f"--gtest_filter={':'.join(f'{name}.*' for name, _ in suites)}"]
+
+        def limit():
+            resource.setrlimit(resource.RLIMIT_AS, (MOST_MEMORY, MOST_MEMORY))
+            resource.setrlimit(resource.RLIMIT_CPU, (int(seconds), int(seconds)))
+
         try:
-            result = log_of(isolated(run), self.log, timeout=seconds, cwd=self.root, preexec_fn=limit,
+            result = log_of([*self.isolation, *run], self.log, timeout=4 * seconds, cwd=self.root, preexec_fn=limit,
                             stdin=subprocess.DEVNULL, env={**os.environ, **(environment or {})})  # fmt: skip
         except subprocess.TimeoutExpired:
             return "hung"
         return "passed" if result == 0 else "failed"
+
+
+class Tree(Build):
+    """A copy of the checkout, to be changed."""
+
+    def __init__(self, checkout, folder):
+        super().__init__(folder, folder / "build" / "mutate", folder / "build" / "mutate.log")
+        shutil.rmtree(self.root / "build" / "kept", ignore_errors=True)
+        (self.root / "build" / "kept").mkdir(parents=True)
+        copy_sources(pathlib.Path(checkout), self.root)
+        self.kept = {}
+        self.linked = set()
+
+    def prepare(self, targets):
+        configure = ["cmake", "-S", self.root, "-B", self.build_folder, "-G", "Ninja", *OPTIONS]
+        return log_of(configure, self.log) == 0 and self.make(targets)
+
+    def steps(self, targets):
+        """The objects that would be compiled, and what would be linked."""
+        plan = subprocess.run(["ninja", "-C", self.build_folder, "-n", *targets], capture_output=True, text=True, check=False).stdout
+        if "Re-running CMake" in plan:
+            raise SystemExit("The trees look for files anew in each build, and so cannot tell what a build takes")
+        return COMPILED.findall(plan), LINKED.findall(plan)
+
+    def build(self, targets):
+        """Builds what the changed file is a part of, and keeps what has to come back afterwards."""
+        compiled, linked = self.steps(targets)
+        for name in compiled:
+            if name not in self.kept:
+                self.kept[name] = self.root / "build" / "kept" / str(len(self.kept))
+                shutil.copy2(self.build_folder / name, self.kept[name])
+        self.linked.update(linked)
+        return self.make(targets)
+
+    def come_back(self):
+        """The objects are again what they were, without a compiler; what was linked with others is linked anew."""
+        for name, kept in self.kept.items():
+            path = self.build_folder / name
+            if path.exists():
+                # Ninja believes what it has noted of an object as long as its time stays.
+                time = path.stat().st_mtime_ns
+                shutil.copyfile(kept, path)
+                os.utime(path, ns=(time, time))
+            else:
+                shutil.copy2(kept, path)
+            kept.unlink()
+        for name in self.linked:
+            (self.build_folder / name).unlink(missing_ok=True)
+        self.kept, self.linked = {}, set()

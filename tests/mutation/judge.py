@@ -1,0 +1,141 @@
+"""Whether the tests notice a mutant."""
+
+import concurrent.futures
+import queue
+import threading
+import time
+
+import mutants
+from trees import LAST_PROGRAM, PROGRAMS, Tree
+
+QUICK_SECONDS = 1.0  # of tests, which are run before all others of their program
+
+
+def limit(suites):
+    """How many seconds of the processor the suites, [(name, seconds)], may take."""
+    return 20 + 4 * sum(seconds for _, seconds in suites)
+
+
+def batches(suites):
+    """The same as lists that are run one after the other: most mutants are killed by a quick test."""
+    quick, slow, total = [], [], 0.0
+    for suite in sorted(suites, key=lambda suite: suite[1]):
+        total += suite[1]
+        (quick if total <= QUICK_SECONDS else slow).append(suite)
+    return [batch for batch in (quick, slow) if batch]
+
+
+class Judge:
+    """Builds and tests mutants, each worker in a tree of its own.
+
+    reached: what reach.load() gives."""
+
+    def __init__(self, checkout, folder, jobs, reached):
+        self.trees = queue.Queue()
+        with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+            trees = list(pool.map(lambda n: Tree(checkout, folder / f"tree{n}"), range(jobs)))
+            if not all(pool.map(lambda tree: tree.prepare([*PROGRAMS, LAST_PROGRAM, "Tavrel"]), trees)):
+                raise SystemExit(f"The build failed; its output is in {trees[0].log}")
+        self.reached = [suite for suite in reached if suite[:2] not in self.failing(trees[0], reached)]
+        start = time.monotonic()
+        if trees[0].test(LAST_PROGRAM, [("*", 0)], 600) != "passed":
+            raise SystemExit(f"{LAST_PROGRAM} fails without any change; its output is in {trees[0].log}")
+        self.last_seconds = time.monotonic() - start
+        for tree in trees:
+            self.trees.put(tree)
+
+    @staticmethod
+    def failing(tree, reached):
+        """The suites that fail without any change, and would kill every mutant: they are left out."""
+        failing = set()
+        for program in PROGRAMS:
+            suites = [(suite, seconds) for name, suite, seconds, _ in reached if name == program]
+            if tree.test(program, suites, limit(suites)) == "passed":
+                continue
+            failing |= {(program, suite[0]) for suite in suites if tree.test(program, [suite], limit([suite])) != "passed"}
+        for program, suite in sorted(failing):
+            print(f"left out: {suite} of {program}, which fails without any change", flush=True)
+        return failing
+
+    def suites_for(self, mutant):
+        """{program: [(suite, seconds)]}: those that execute the line; where none is seen to, as in children that
+        become another program, or where the line is no code, those that execute any line of the file; or all."""
+        in_line, in_file, anywhere = {}, {}, {}
+        for program, suite, seconds, files in self.reached:
+            anywhere.setdefault(program, []).append((suite, seconds))
+            if mutant.file in files:
+                in_file.setdefault(program, []).append((suite, seconds))
+            if mutant.line in files.get(mutant.file, ()):
+                in_line.setdefault(program, []).append((suite, seconds))
+        return in_line or in_file or anywhere
+
+    def verdict(self, mutant):
+        tree = self.trees.get()
+        undo = mutants.apply(tree.root, mutant)
+        try:
+            return self.verdict_in(tree, mutant)
+        finally:
+            undo()
+            tree.come_back()
+            self.trees.put(tree)
+
+    def verdict_in(self, tree, mutant):
+        suites = self.suites_for(mutant)
+        # First those for which the least is to be compiled: a header may be in every test.
+        effort = {program: len(tree.steps([program, "Tavrel"])[0]) for program in suites}
+        for program in sorted(suites, key=lambda program: (effort[program], PROGRAMS.index(program))):
+            if not tree.build([program, "Tavrel"]):
+                return "not compiled"
+            for batch in batches(suites[program]):
+                verdict = tree.test(program, batch, limit(batch))
+                if verdict != "passed":
+                    return f"killed ({program} {verdict})"
+        if not tree.build([LAST_PROGRAM]):
+            return "not compiled"
+        verdict = tree.test(LAST_PROGRAM, [("*", 0)], 20 + 4 * self.last_seconds)
+        return "survived" if verdict == "passed" else f"killed ({LAST_PROGRAM} {verdict})"
+
+    def unchanged_passes(self):
+        """Whether the trees, with all changes taken back, still pass: or something of a mutant was left."""
+        while not self.trees.empty():
+            tree = self.trees.get()
+            for program in PROGRAMS:
+                suites = [(suite, seconds) for name, suite, seconds, _ in self.reached if name == program]
+                if not tree.build([program, "Tavrel"]) or tree.test(program, suites, limit(suites)) != "passed":
+                    return False
+        return True
+
+
+def judge_sample(judge, candidates, count, jobs):
+    """The verdicts of the first `count` candidates that compile."""
+    results = []
+    lock = threading.Lock()
+    waiting = iter(candidates)
+    asked = 0  # candidates in work or judged, but for those that did not compile
+
+    def take():
+        nonlocal asked
+        with lock:
+            mutant = next(waiting, None) if asked < count else None
+            asked += mutant is not None
+            return mutant
+
+    def work():
+        nonlocal asked
+        while (mutant := take()) is not None:
+            start = time.monotonic()
+            verdict = judge.verdict(mutant)
+            with lock:
+                if verdict == "not compiled":
+                    asked -= 1
+                    continue
+                results.append((mutant, verdict))
+                took = time.monotonic() - start
+                print(f"{len(results):4} {took:4.0f} s {verdict:28} {mutant.kind:10} {mutant.name()}", flush=True)
+
+    workers = [threading.Thread(target=work) for _ in range(jobs)]
+    for worker in workers:
+        worker.start()
+    for worker in workers:
+        worker.join()
+    return results
