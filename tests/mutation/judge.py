@@ -41,6 +41,7 @@ class Judge:
         if trees[0].test(LAST_PROGRAM, [("*", 0)], 600) != "passed":
             raise SystemExit(f"{LAST_PROGRAM} fails without any change; its output is in {trees[0].log}")
         self.last_seconds = time.monotonic() - start
+        self.all_trees = trees
         for tree in trees:
             self.trees.put(tree)
 
@@ -97,8 +98,7 @@ class Judge:
 
     def unchanged_passes(self):
         """Whether the trees, with all changes taken back, still pass: or something of a mutant was left."""
-        while not self.trees.empty():
-            tree = self.trees.get()
+        for tree in self.all_trees:
             for program in PROGRAMS:
                 suites = [(suite, seconds) for name, suite, seconds, _ in self.reached if name == program]
                 if not tree.build([program, "Tavrel"]) or tree.test(program, suites, limit(suites)) != "passed":

@@ -106,8 +106,11 @@ class Tree(Build):
         compiled, linked = self.steps(targets)
         for name in compiled:
             if name not in self.kept:
-                self.kept[name] = self.root / "build" / "kept" / str(len(self.kept))
-                shutil.copy2(self.build_folder / name, self.kept[name])
+                if not (self.build_folder / name).exists():
+                    raise SystemExit(f"{name} was not built before a change; the build's output is in {self.log}")
+                kept = self.root / "build" / "kept" / str(len(self.kept))
+                shutil.copy2(self.build_folder / name, kept)
+                self.kept[name] = kept
         self.linked.update(linked)
         return self.make(targets)
 
