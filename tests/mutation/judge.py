@@ -76,8 +76,9 @@ class Judge:
         try:
             return self.verdict_in(tree, mutant)
         finally:
-            undo()
+            # In this order: a source that is still changed when all of this is interrupted is found so by the next run.
             tree.come_back()
+            undo()
             self.trees.put(tree)
 
     def verdict_in(self, tree, mutant):
@@ -106,8 +107,9 @@ class Judge:
         return True
 
 
-def judge_sample(judge, candidates, count, jobs):
-    """The verdicts of the first `count` candidates that compile."""
+def judge_sample(judge, candidates, count, jobs, verdicts, known):
+    """[(mutant, verdict)] of the first `count` candidates that compile. known: gives verdicts that are not asked for
+    again. The others are written into `verdicts` as they come."""
     results = []
     lock = threading.Lock()
     waiting = iter(candidates)
@@ -120,18 +122,26 @@ def judge_sample(judge, candidates, count, jobs):
             asked += mutant is not None
             return mutant
 
-    def work():
+    def note(mutant, verdict, is_new, seconds):
         nonlocal asked
+        with lock:
+            if is_new:
+                verdicts.add(mutant, verdict)
+            if verdict == "not compiled":
+                asked -= 1
+                return
+            results.append((mutant, verdict))
+            if is_new:
+                print(f"{len(results):4} {seconds:4.0f} s {verdict:28} {mutant.kind:10} {mutant.name()}", flush=True)
+
+    def work():
         while (mutant := take()) is not None:
             start = time.monotonic()
-            verdict = judge.verdict(mutant)
-            with lock:
-                if verdict == "not compiled":
-                    asked -= 1
-                    continue
-                results.append((mutant, verdict))
-                took = time.monotonic() - start
-                print(f"{len(results):4} {took:4.0f} s {verdict:28} {mutant.kind:10} {mutant.name()}", flush=True)
+            verdict = known(mutant)
+            is_new = verdict is None
+            if is_new:
+                verdict = judge.verdict(mutant)
+            note(mutant, verdict, is_new, time.monotonic() - start)
 
     workers = [threading.Thread(target=work) for _ in range(jobs)]
     for worker in workers:

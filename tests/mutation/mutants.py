@@ -10,6 +10,7 @@ parsing: what does not compile is drawn again. Kinds:
   check      a condition that is taken for false, or for true
 """
 
+import collections
 import dataclasses
 import os
 import re
@@ -34,10 +35,14 @@ class Mutant:
     kind: str
     before: str  # the line, without its indentation
     after: str
+    copy: int = 1  # which of the changes of this name, from 1
 
     def name(self):
         """What does not change when lines are added above: the key in lists of survivors."""
         return f"{self.file}: {self.before} -> {self.after or '(nothing)'}"
+
+    def key(self):
+        return f"{self.name()} #{self.copy}"
 
 
 def code_lines(text):
@@ -78,7 +83,7 @@ def replacements(code):
 
 def all_mutants(root):
     """Every mutant of the library's sources, in a fixed order."""
-    mutants = []
+    mutants, copies = [], collections.Counter()
     for folder in FOLDERS:
         for path in sorted((root / folder).rglob("*")):
             if path.suffix not in (".cpp", ".h"):
@@ -90,7 +95,9 @@ def all_mutants(root):
                 for kind, after in replacements(code):
                     if '"' in line and after:
                         continue  # a text would have been changed with the code
-                    mutants.append(Mutant(file, number, kind, line.strip(), after.strip()))
+                    mutant = Mutant(file, number, kind, line.strip(), after.strip())
+                    copies[mutant.name()] += 1
+                    mutants.append(dataclasses.replace(mutant, copy=copies[mutant.name()]))
     return mutants
 
 

@@ -3,17 +3,17 @@
 A seeded sample of small changes is built and tested, several at a time; only what a change can reach is built and
 run, the quick tests first, and the first failure ends it. A mutant is killed when a test fails, crashes or hangs.
 Survivors are listed, with the reason that tests/mutation/survivors.txt has for them; those that only change speed
-are listed apart and not counted.
+are listed apart and not counted. Verdicts are kept as they come: what was interrupted goes on when it is called
+again, as long as neither the sources nor the tests change.
 
 Examples:
   scripts/mutate                          300 mutants
   scripts/mutate --count 20 --seed 7
   scripts/mutate --files text/Numbers     mutants of these files only
-  scripts/mutate --survivors              those alone that survived the last time with this seed
+  scripts/mutate --survivors              the last sample of this seed, of which the survivors alone are judged anew
 """
 
 import argparse
-import json
 import os
 import pathlib
 import random
@@ -23,6 +23,7 @@ import time
 import mutants
 import reach
 from judge import Judge, judge_sample
+from verdicts import Verdicts
 
 
 def read_reasons(path):
@@ -56,13 +57,14 @@ def report(results, reasons):
     return unexplained
 
 
-def candidates_of(checkout, folder, options):
+def candidates_of(checkout, options, verdicts):
     # Files for other processors are not compiled here.
     found = [m for m in mutants.all_mutants(checkout) if m.file.startswith(options.files) and ".neon." not in m.file]
     if options.survivors:
-        rows = json.loads((folder / f"results-{options.seed}.json").read_text())
-        survived = {row["name"] for row in rows if row["verdict"].startswith("survived")}
-        found = [mutant for mutant in found if mutant.name() in survived]
+        judged = verdicts.judged()
+        found = [mutant for mutant in found if mutant.key() in judged]
+        if len(found) < len(judged):
+            print(f"{len(judged) - len(found)} mutants of that sample are of lines that are no longer there", flush=True)
     random.Random(options.seed).shuffle(found)
     return found
 
@@ -73,13 +75,14 @@ def main():
     parser.add_argument("--count", type=int, default=300, help="how many mutants (default: 300)")
     parser.add_argument("--seed", type=int, default=1, help="another number draws another sample (default: 1)")
     parser.add_argument("--files", default="", help="only of files whose path begins so")
-    parser.add_argument("--survivors", action="store_true", help="only those that survived the last time with this seed")
+    parser.add_argument("--survivors", action="store_true", help="of the last sample of this seed, judge the survivors anew, after tests were added")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), help="how many at a time (default: as many as processors)")
     options = parser.parse_args()
 
     folder = checkout / "build" / "mutation"
     folder.mkdir(parents=True, exist_ok=True)
-    candidates = candidates_of(checkout, folder, options)
+    verdicts = Verdicts(folder / f"verdicts-{options.seed}.jsonl", reach.version_of(checkout))
+    candidates = candidates_of(checkout, options, verdicts)
     if not candidates:
         print("There is nothing to change", file=sys.stderr)
         return 2
@@ -88,13 +91,15 @@ def main():
     judge = Judge(checkout, folder, options.jobs, reach.load(checkout, folder, options.jobs))
     prepared = time.monotonic()
     print(f"Prepared in {prepared - start:.0f} s.", flush=True)
-    results = judge_sample(judge, candidates, options.count, options.jobs)
-    print(f"Judged in {time.monotonic() - prepared:.0f} s.")
+    known = verdicts.if_noticed if options.survivors else verdicts.of_this_version
+    before = sum(known(mutant) is not None for mutant in candidates)
+    count = len(candidates) if options.survivors else options.count
+    results = judge_sample(judge, candidates, count, options.jobs, verdicts, known)
+    print(f"Judged in {time.monotonic() - prepared:.0f} s; {before} verdicts are of earlier runs.")
     if not judge.unchanged_passes():
-        print("Without any change the tests fail now: what stands above is worth nothing", file=sys.stderr)
+        verdicts.forget()
+        print("Without any change the tests fail now: what stands above is worth nothing, and forgotten", file=sys.stderr)
         return 1
-    rows = [{"name": m.name(), "line": m.line, "kind": m.kind, "verdict": verdict} for m, verdict in results]
-    (folder / f"results-{options.seed}.json").write_text(json.dumps(rows, indent=1))
     reasons = read_reasons(checkout / "tests" / "mutation" / "survivors.txt")
     return 1 if report(results, reasons) > 0 else 0
 

@@ -57,9 +57,9 @@ def measure(checkout, jobs):
 
 
 def version_of(checkout):
-    """Of everything that decides what the tests reach."""
+    """Of everything that decides what the tests reach and notice."""
     digest = hashlib.sha256()
-    names = subprocess.run(["git", "ls-files", "-z", "--", *FOLDERS, "include", "cmake", "tests", "CMakeLists.txt"],
+    names = subprocess.run(["git", "ls-files", "-z", "--", *FOLDERS, "include", "cmake", "tests", "CMakeLists.txt", ":!tests/mutation"],
                            cwd=checkout, check=True, capture_output=True, text=True).stdout  # fmt: skip
     for name in filter(None, names.split("\0")):
         path = checkout / name

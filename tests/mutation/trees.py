@@ -72,7 +72,7 @@ class Build:
             resource.setrlimit(resource.RLIMIT_CPU, (int(seconds), int(seconds)))
 
         try:
-            result = log_of([*self.isolation, *run], self.log, timeout=4 * seconds, cwd=self.root, preexec_fn=limit,
+            result = log_of([*self.isolation, *run], self.log, timeout=10 * seconds, cwd=self.root, preexec_fn=limit,
                             stdin=subprocess.DEVNULL, env={**os.environ, **(environment or {})})  # fmt: skip
         except subprocess.TimeoutExpired:
             return "hung"
