@@ -25,6 +25,8 @@ RELATION = re.compile("|".join(map(re.escape, RELATIONS)))
 CONSTANT = re.compile(r"(?<![\w.\"'])(0[xX][0-9A-Fa-f]+|\d+)(?=[uUlLzZ]*\b)(?![.\w']*[.'])")
 STATEMENT = re.compile(r"\s+(?:[\w.>\[\]*():-]+ (?:[-+*/|&^]|<<|>>)?= |[\w.>:-]+\(|\+\+|--|break;|continue;|\*).*;$")
 ARGUMENTS = re.compile(r"(?<=\w\()([\w.:]+), ([\w.:]+)(?=[,)])")
+# Of two that may stand in any order, as in XOR, the exchange is no change.
+COMMUTATIVE = re.compile(r"(?:_mm\d*_(?:xor|and|or|add|cmpeq|adds|avg)_\w+|__builtin_(?:add|mul)_overflow|std::m(?:in|ax))\($")
 CHECK = re.compile(r"(?<=\bif \()(?!constexpr)([^;{}]+)(?=\) (?:return|break|continue|\{$|\w))")
 
 
@@ -72,7 +74,7 @@ def replacements(code):
     if STATEMENT.fullmatch(code) and not code.strip().startswith("return"):
         yield "statement", ""
     for found in ARGUMENTS.finditer(code):
-        if found[1] != found[2]:
+        if found[1] != found[2] and not COMMUTATIVE.search(code[: found.start()]):
             yield "arguments", code[: found.start()] + f"{found[2]}, {found[1]}" + code[found.end() :]
     for found in CHECK.finditer(code):
         for truth in ("false", "true"):
