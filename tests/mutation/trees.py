@@ -28,8 +28,8 @@ def log_of(command, log, **options):
 
 def isolation():
     """What goes before a command for a process namespace of its own, where there is one: a mutant may kill what
-    it should not."""
-    words = ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc"]
+    it should not. The shell is its first process, which takes in what loses its parent; tests ask what is left."""
+    words = ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc", "sh", "-c", '"$@"; exit "$?"', "sh"]
     if shutil.which("unshare") and subprocess.run([*words, "true"], capture_output=True, check=False).returncode == 0:
         return words
     return []
