@@ -17,11 +17,13 @@ import argparse
 import os
 import pathlib
 import random
+import signal
 import sys
 import time
 
 import mutants
 import reach
+import trees
 from judge import Judge, judge_sample
 from verdicts import Verdicts
 
@@ -104,5 +106,13 @@ def main():
     return 1 if report(results, reasons) > 0 else 0
 
 
+def interrupted(number, _):
+    trees.end_all()
+    print("Interrupted; the verdicts so far are kept, and the same command goes on.", file=sys.stderr, flush=True)
+    os._exit(128 + number)
+
+
 if __name__ == "__main__":
+    signal.signal(signal.SIGINT, interrupted)
+    signal.signal(signal.SIGTERM, interrupted)
     sys.exit(main())

@@ -1,11 +1,14 @@
 """Copies of the checkout that are changed, built and tested."""
 
+import contextlib
 import os
 import pathlib
 import re
 import resource
 import shutil
+import signal
 import subprocess
+import threading
 
 # The programs whose tests a mutant of the library can fail; the last one, which has a copy of the library of its
 # own, is run where the others have not noticed it.
@@ -21,9 +24,33 @@ COMPILED = re.compile(r"Building \w+ object (\S+)")
 LINKED = re.compile(r"Linking \w+ (?:static library|shared library|executable) (\S+)")
 
 
-def log_of(command, log, **options):
+running = set()  # the groups of processes that this one has started
+running_lock = threading.RLock()  # a signal may come while it is held
+
+
+def end_all():
+    """Ends everything that is built and tested; from then on nothing more is started, and no verdict given."""
+    running_lock.acquire()  # for ever: whoever waits for it ends with this process
+    for group in running:
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(group, signal.SIGKILL)
+
+
+def log_of(command, log, timeout=None, **options):
+    """The exit code of a command. It runs in a session of its own: what is judged may signal its whole group, and an
+    interrupt from the keyboard would otherwise end what is judged, and be taken for a verdict on it."""
     with open(log, "ab") as output:
-        return subprocess.run(command, stdout=output, stderr=output, check=False, **options).returncode
+        with running_lock:
+            process = subprocess.Popen(command, stdout=output, stderr=output, start_new_session=True, **options)
+            running.add(process.pid)
+        try:
+            return process.wait(timeout)
+        finally:
+            with running_lock:
+                running.remove(process.pid)
+                if process.returncode is None:
+                    os.killpg(process.pid, signal.SIGKILL)
+                    process.wait()
 
 
 def isolation():
