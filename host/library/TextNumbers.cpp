@@ -14,9 +14,8 @@ std::uint32_t HighestBits(std::uint64_t hash) noexcept {
 
 }  // namespace
 
-TextNumbers::Found TextNumbers::Of(std::string_view text) {
+TextNumbers::Found TextNumbers::Of(std::string_view text, std::uint64_t hash) {
   if (2 * (entries_.size() + 1) > slots_.size()) Grow();
-  const std::uint64_t hash = hash_(text);
   Slot& slot = slots_[SlotOf(text, hash)];
   if (slot.next != 0) return {slot.next - std::size_t{1}, false};
   const std::size_t number = entries_.size();

@@ -22,7 +22,15 @@ class TextNumbers {
   };
 
   // The number that the text has, or has now. Cost: linear in the text.
-  Found Of(std::string_view text);
+  Found Of(std::string_view text) { return Of(text, HashOf(text)); }
+
+  // The same in two steps, for many texts at a time: each step takes less time when others stand between the two.
+  [[nodiscard]] std::uint64_t HashOf(std::string_view text) const { return hash_(text); }
+  // Has the processor fetch what Of() will need for a text of that hash.
+  void Expect(std::uint64_t hash) const noexcept {
+    if (!slots_.empty()) __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
+  }
+  Found Of(std::string_view text, std::uint64_t hash);
 
   // The number that the text has; none for a text that has not come. Cost: linear in the text.
   [[nodiscard]] std::optional<std::size_t> Find(std::string_view text) const;

@@ -58,11 +58,10 @@ std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
   return whole / unit + (whole % unit >= unit / 2 ? 1 : 0);
 }
 
-std::int64_t NumberOf(const SongTexts& song, Field field, ColumnKind kind) {
-  if (kind == ColumnKind::Day) return IsDate(song.Of(field)) ? DayOf(song.Of(field)) : kNone;
-  if (kind == ColumnKind::Flag) return song.Is(field) ? 1 : kNone;
-  if (kind == ColumnKind::Rating && song.Is(Field::RatingComputed)) return kNone;
-  const std::optional<std::int64_t> number = song.NumberOf(field);
+std::int64_t NumberOf(std::string_view text, ColumnKind kind) {
+  if (kind == ColumnKind::Day) return IsDate(text) ? DayOf(text) : kNone;
+  if (kind == ColumnKind::Flag) return text == "true" ? 1 : kNone;
+  const std::optional<std::int64_t> number = NumberIn(text);
   if (!number) return kNone;
   if (kind == ColumnKind::Seconds) return Rounded(*number, 1000);
   return kind == ColumnKind::Kilobytes ? Rounded(*number, 1024) : *number;
@@ -72,6 +71,21 @@ std::int64_t NumberOf(const SongTexts& song, Field field, ColumnKind kind) {
 std::int64_t Stored(std::int64_t number) noexcept {
   constexpr std::int64_t kLargestExact = (std::int64_t{1} << 53) - 2;
   return std::clamp(number, kNone, kLargestExact) + 1;
+}
+
+// first: the number of the block's first song.
+void AddNumbers(const SongBlock& songs, std::size_t first, PageColumn& column) {
+  column.numbers.resize(first + songs.Songs());
+  std::int64_t* const numbers = column.numbers.data() + first;
+  songs.ForEachText(IndexOf(column.field),
+                    [numbers, kind = column.kind](std::size_t song, std::string_view text) {
+                      numbers[song] = Stored(NumberOf(text, kind));
+                    });
+  if (column.kind != ColumnKind::Rating) return;
+  songs.ForEachText(IndexOf(Field::RatingComputed),
+                    [numbers](std::size_t song, std::string_view text) {
+                      if (text == "true") numbers[song] = Stored(kNone);
+                    });
 }
 
 }  // namespace
@@ -108,17 +122,23 @@ FieldSet ColumnMaker::Fields() const {
   return fields;
 }
 
-void ColumnMaker::Add(const SongTexts& song) {
+void ColumnMaker::Add(const SongBlock& songs) {
   for (PageColumn& column : columns_) {
-    if (!song.Has(column.field)) continue;
     if (column.kind == ColumnKind::Text) {
-      column.texts.Set(songs_, song.Of(column.field));
+      AddTexts(songs, column);
     } else {
-      column.numbers.resize(songs_);
-      column.numbers.push_back(Stored(NumberOf(song, column.field, column.kind)));
+      AddNumbers(songs, songs_, column);
     }
   }
-  ++songs_;
+  songs_ += songs.Songs();
+}
+
+void ColumnMaker::AddTexts(const SongBlock& songs, PageColumn& column) {
+  texts_.clear();
+  songs.ForEachText(IndexOf(column.field), [this](std::size_t song, std::string_view text) {
+    texts_.push_back({songs_ + song, text});
+  });
+  column.texts.Add(texts_);
 }
 
 std::vector<PageColumn> ColumnMaker::Take() {

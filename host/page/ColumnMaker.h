@@ -8,7 +8,7 @@
 
 #include "host/library/Fields.h"
 #include "host/page/Columns.h"
-#include "host/page/SongTexts.h"
+#include "host/page/SongBlock.h"
 
 namespace tavrel::host {
 
@@ -41,15 +41,18 @@ class ColumnMaker {
   // What it reads of a song.
   [[nodiscard]] FieldSet Fields() const;
 
-  // The next song.
-  void Add(const SongTexts& song);
+  // The next songs.
+  void Add(const SongBlock& songs);
 
   // In the order in which the page offers them.
   [[nodiscard]] std::vector<PageColumn> Take();
 
  private:
+  void AddTexts(const SongBlock& songs, PageColumn& column);
+
   std::vector<PageColumn> columns_;
   std::size_t songs_ = 0;
+  std::vector<SongText> texts_;  // of one column
 };
 
 }  // namespace tavrel::host

@@ -16,8 +16,15 @@ std::uint64_t Zigzag(std::int64_t number) noexcept {
   return (bits << 1) ^ (0 - (bits >> 63));
 }
 
-// Result: the end of what was written.
+// Result: the end of what was written; one byte behind it may be written, too.
 char* Write(char* bytes, std::uint64_t number) noexcept {
+  // Nearly all take one byte or two, and no processor would foresee which.
+  if (number < kGroup * kGroup) {
+    const std::uint64_t isLonger = number >= kGroup ? 1 : 0;
+    bytes[0] = static_cast<char>(number | isLonger * kGroup);
+    bytes[1] = static_cast<char>(number / kGroup);
+    return bytes + 1 + isLonger;
+  }
   for (; number >= kGroup; number >>= 7) *bytes++ = static_cast<char>(number % kGroup + kGroup);
   *bytes++ = static_cast<char>(number);
   return bytes;
@@ -37,15 +44,35 @@ std::int64_t Difference(std::int64_t number, std::int64_t before) noexcept {
 
 void TextColumn::Set(std::size_t song, std::string_view text) {
   if (text != last_) {
-    lastNumber_ = NumberOf(text);
+    lastNumber_ = NumberOf(text, known_.HashOf(text));
     last_ = text;
   }
   numbers_.resize(song);
   numbers_.push_back(lastNumber_);
 }
 
-std::int64_t TextColumn::NumberOf(std::string_view text) {
-  const auto [written, isNewlyWritten] = known_.Of(text);
+void TextColumn::Add(const std::vector<SongText>& songs) {
+  if (songs.empty()) return;
+  const auto isNext = [&songs](std::size_t i) {
+    return i > 0 && songs[i].text == songs[i - 1].text;
+  };
+  hashes_.clear();
+  for (std::size_t i = 0; i < songs.size(); ++i) {
+    if (isNext(i)) continue;
+    hashes_.push_back(known_.HashOf(songs[i].text));
+    known_.Expect(hashes_.back());
+  }
+  numbers_.resize(songs.back().song + 1);
+  auto hash = hashes_.begin();
+  std::int64_t number = 0;
+  for (std::size_t i = 0; i < songs.size(); ++i) {
+    if (!isNext(i)) number = NumberOf(songs[i].text, *hash++);
+    numbers_[songs[i].song] = number;
+  }
+}
+
+std::int64_t TextColumn::NumberOf(std::string_view text, std::uint64_t hash) {
+  const auto [written, isNewlyWritten] = known_.Of(text, hash);
   if (!isNewlyWritten) return shown_[written];
   shown_.push_back(0);
   const std::string shown = Compose(text);
@@ -71,13 +98,14 @@ PackedNumbers Pack(const std::vector<std::int64_t>& numbers) {
   }
   PackedNumbers packed;
   packed.areDifferences = different < plain;
-  packed.bytes.resize(std::min(plain, different));
+  packed.bytes.resize(std::min(plain, different) + 1);
   char* next = packed.bytes.data();
   before = 0;
   for (const std::int64_t number : numbers) {
     next = Write(next, Zigzag(packed.areDifferences ? Difference(number, before) : number));
     before = number;
   }
+  packed.bytes.pop_back();
   return packed;
 }
 

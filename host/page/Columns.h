@@ -11,6 +11,11 @@
 
 namespace tavrel::host {
 
+struct SongText {
+  std::size_t song;
+  std::string_view text;
+};
+
 // The texts of one field. Texts that differ only in how their accents are composed, or in what nobody sees,
 // are the same.
 class TextColumn {
@@ -20,6 +25,8 @@ class TextColumn {
   // A song's text; one of which nothing is seen is number 0, as is that of a song that is left out. Songs come in
   // their order.
   void Set(std::size_t song, std::string_view text);
+  // The same for many songs, with less time a song.
+  void Add(const std::vector<SongText>& songs);
   // So many songs will come.
   void Reserve(std::size_t songs) { numbers_.reserve(songs); }
   // There are so many songs.
@@ -34,13 +41,14 @@ class TextColumn {
   [[nodiscard]] const std::vector<std::int64_t>& Numbers() const noexcept { return numbers_; }
 
  private:
-  std::int64_t NumberOf(std::string_view text);
+  std::int64_t NumberOf(std::string_view text, std::uint64_t hash);
 
   TextNumbers known_;                      // as the file writes them, and as they are shown
   std::vector<std::int64_t> shown_ = {0};  // for each of these the number of its text
   std::vector<std::size_t> texts_ = {
       0};  // the numbers that the texts have among those that are known
   std::vector<std::int64_t> numbers_;
+  std::vector<std::uint64_t> hashes_;
   std::string last_;
   std::int64_t lastNumber_ = 0;
 };

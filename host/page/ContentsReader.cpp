@@ -6,6 +6,7 @@
 #include <optional>
 #include <utility>
 
+#include "host/library/FieldTexts.h"
 #include "host/library/PlaylistTree.h"
 #include "host/library/SongPlaces.h"
 #include "host/output/Text.h"
@@ -13,7 +14,6 @@
 #include "host/page/InBackground.h"
 #include "host/page/SongBlock.h"
 #include "host/page/SongPlaceMaker.h"
-#include "host/page/SongTexts.h"
 
 namespace tavrel::host {
 namespace {
@@ -101,15 +101,15 @@ class ContentsMaker {
 
  private:
   void AddFields(const SongBlock& block) {
-    SongTexts song;
-    for (std::size_t i = 0; i < block.Songs(); ++i) {
-      song.Read(block, i);
-      columns_.Add(song);
-      const std::int64_t time = song.NumberOf(Field::Seconds).value_or(0);
-      contents_.time += std::clamp<std::int64_t>(time, 0, INT32_MAX);
-      const auto position = static_cast<std::int32_t>(contents_.songs++);
-      if (const auto id = TrackIdOf(song.TrackId())) ids_.emplace_back(*id, position);
-    }
+    columns_.Add(block);
+    block.ForEachText(IndexOf(Field::Seconds), [this](std::size_t, std::string_view text) {
+      contents_.time += std::clamp<std::int64_t>(NumberIn(text).value_or(0), 0, INT32_MAX);
+    });
+    block.ForEachText(SongBlock::kTrackId, [this](std::size_t song, std::string_view text) {
+      const auto position = static_cast<std::int32_t>(contents_.songs + song);
+      if (const auto id = TrackIdOf(text)) ids_.emplace_back(*id, position);
+    });
+    contents_.songs += block.Songs();
   }
 
   const LibraryFunctions& library_;

@@ -14,13 +14,16 @@ constexpr std::size_t kMostKnown = 256;
 
 void SongBlock::Clear() noexcept {
   texts_.clear();
-  pairs_.clear();
-  ends_.clear();
+  for (std::vector<Value>& values : values_) values.clear();
+  songs_ = 0;
 }
 
 void SongBlock::Add(std::size_t key, const char* text) {
+  std::vector<Value>& values = values_[key];
+  const auto song = static_cast<std::uint32_t>(songs_);
+  if (!values.empty() && values.back().song == song) return;
   const std::size_t size = text == nullptr ? 0 : std::strlen(text);
-  pairs_.push_back({texts_.size(), size, static_cast<std::uint32_t>(key), text != nullptr});
+  values.push_back({texts_.size(), size, song, text != nullptr});
   if (text != nullptr) texts_.append(text, size + 1);
 }
 
@@ -51,7 +54,7 @@ void SongWalk::Take(const char* key, const char* text, SongBlock& block) {
   const std::size_t number = keys_.Find(key);
   if (number == SongKeys::kUnknown) {
     if (others_.All().size() < kMostKnown) others_.Add(key);
-  } else if (number < kFieldCount ? wanted_[number] : number == kTrackId) {
+  } else if (number < kFieldCount ? wanted_[number] : number == SongBlock::kTrackId) {
     block.Add(number, text);
   }
 }

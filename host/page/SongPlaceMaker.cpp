@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/library/FieldTexts.h"
 #include "host/library/SongRecord.h"
 
 namespace tavrel::host {
@@ -18,35 +19,36 @@ FieldSet SongPlaceMaker::Fields() {
 }
 
 void SongPlaceMaker::Add(const SongBlock& songs) {
-  SongTexts song;
+  FieldReader locations(songs, Field::Location);
+  FieldReader types(songs, Field::Type);
+  FieldReader artists(songs, Field::Artist);
+  FieldReader albumArtists(songs, Field::AlbumArtist);
+  FieldReader albums(songs, Field::Album);
+  FieldReader compilations(songs, Field::Compilation);
+  FieldReader plays(songs, Field::Plays);
   for (std::size_t i = 0; i < songs.Songs(); ++i) {
-    song.Read(songs, i);
-    FindFile(song);
-    AddToAlbum(song);
+    FindFile(locations.Of(i), types.Of(i).value_or(""));
+    Song song;
+    song.location = location_.WrittenPath();
+    song.artist = artists.Of(i);
+    song.albumArtist = albumArtists.Of(i);
+    song.album = albums.Of(i);
+    song.isCompilation = compilations.Of(i) == "true";
+    parts_.push_back(grouping_.Add(song));
+    const std::int64_t count = NumberIn(plays.Of(i).value_or("")).value_or(0);
+    plays_.push_back(static_cast<std::int32_t>(std::clamp<std::int64_t>(count, 0, INT32_MAX)));
   }
 }
 
-void SongPlaceMaker::FindFile(const SongTexts& song) {
-  location_.Read(song.IfAny(Field::Location), song.Of(Field::Type), true);
+void SongPlaceMaker::FindFile(std::optional<std::string_view> location, std::string_view type) {
+  location_.Read(location, type, true);
   const SongFile& file = location_.File();
   tally_.Add(file);
   if (file.status) states_.Set(parts_.size(), StatusName(*file.status));
   if (!paths_) return;
   // Where the file is; where it should be when it is missing.
-  const bool isMissing = file.path.empty() && song.Has(Field::Location);
+  const bool isMissing = file.path.empty() && location;
   paths_->Set(parts_.size(), isMissing ? file.sought : file.path);
-}
-
-void SongPlaceMaker::AddToAlbum(const SongTexts& song) {
-  Song facts;
-  facts.location = location_.WrittenPath();
-  facts.artist = song.IfAny(Field::Artist);
-  facts.albumArtist = song.IfAny(Field::AlbumArtist);
-  facts.album = song.IfAny(Field::Album);
-  facts.isCompilation = song.Is(Field::Compilation);
-  parts_.push_back(grouping_.Add(facts));
-  const std::int64_t plays = song.NumberOf(Field::Plays).value_or(0);
-  plays_.push_back(static_cast<std::int32_t>(std::clamp<std::int64_t>(plays, 0, INT32_MAX)));
 }
 
 void SongPlaceMaker::MoveTo(PageContents& contents) {

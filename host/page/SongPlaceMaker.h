@@ -13,7 +13,6 @@
 #include "host/page/Columns.h"
 #include "host/page/Contents.h"
 #include "host/page/SongBlock.h"
-#include "host/page/SongTexts.h"
 
 namespace tavrel::host {
 
@@ -33,8 +32,7 @@ class SongPlaceMaker {
   void MoveTo(PageContents& contents);
 
  private:
-  void FindFile(const SongTexts& song);
-  void AddToAlbum(const SongTexts& song);
+  void FindFile(std::optional<std::string_view> location, std::string_view type);
   void MoveAlbumsTo(PageContents& contents) const;
 
   LocationReader location_;

@@ -18,7 +18,6 @@
 #include "host/output/Nearest.h"
 #include "host/page/ColumnMaker.h"
 #include "host/page/SongBlock.h"
-#include "host/page/SongTexts.h"
 #include "tests/work/WorkCount.h"
 
 namespace tavrel::test {
@@ -165,12 +164,10 @@ TEST(WorkOnLists, OfColumnsOfThePageDoubles) {
     ColumnMaker columns(static_cast<std::size_t>(songCount));
     SongWalk walk(library, columns.Fields());
     SongBlock block;
-    SongTexts texts;
     for (std::int32_t song = 0; song < songCount; ++song) {
       block.Clear();
       walk.Show(library.openAllSongs(), song, block);
-      texts.Read(block, 0);
-      columns.Add(texts);
+      columns.Add(block);
     }
     const std::vector<PageColumn> made = columns.Take();
     EXPECT_EQ(made.front().texts.TextCount(), static_cast<std::size_t>(songCount) + 1);
