@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "host/library/FieldTexts.h"
+#include "host/page/PayloadJson.h"
 
 namespace tavrel::host {
 namespace {
@@ -88,6 +89,24 @@ void AddNumbers(const SongBlock& songs, std::size_t first, PageColumn& column) {
                     });
 }
 
+// As JSON.
+std::string Described(const PageColumn& column) {
+  const TextColumn& texts = column.texts;
+  std::size_t room = 200;
+  for (std::size_t i = 0; i < texts.TextCount(); ++i) room += texts.Text(i).size() + 3;
+  std::string json;
+  json.reserve(room);
+  json.append("{\"field\":\"").append(FactsOf(column.field).name);
+  json.append("\",\"kind\":\"").append(KindName(column.kind)).append(1, '"');
+  if (column.kind == ColumnKind::Text) {
+    AppendTexts(json, "texts", texts.TextCount(),
+                [&texts](std::size_t i) { return texts.Text(i); });
+  }
+  AppendNumbers(json, column.packed);
+  json += '}';
+  return json;
+}
+
 }  // namespace
 
 std::string_view KindName(ColumnKind kind) {
@@ -99,7 +118,9 @@ std::string_view KindName(ColumnKind kind) {
 void PageColumn::End(std::size_t songs) {
   const bool isText = kind == ColumnKind::Text;
   isText ? texts.End(songs) : numbers.resize(songs);
+  if (!IsUsed()) return;
   packed = Pack(isText ? texts.Numbers() : numbers);
+  json = Described(*this);
 }
 
 bool PageColumn::IsUsed() const noexcept {

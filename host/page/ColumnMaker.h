@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -25,8 +26,9 @@ struct PageColumn {
   TextColumn texts = {};
   std::vector<std::int64_t> numbers = {};
   PackedNumbers packed = {};  // these, or those of the texts
+  std::string json = {};      // what the payload says of it
 
-  // There are so many songs.
+  // There are so many songs. What no song has is neither packed nor told.
   void End(std::size_t songs);
   // Whether any song has it.
   [[nodiscard]] bool IsUsed() const noexcept;

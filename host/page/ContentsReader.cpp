@@ -87,14 +87,16 @@ class ContentsMaker {
     await(looks[before]);
   }
 
-  // The playlists take the library, what is packed takes none: both go on at a time.
+  // The playlists take the library, what is packed takes none: all goes on at a time.
   PageContents Take() {
-    auto packed = InBackground([this] {
-      contents_.columns = columns_.Take();
+    auto fields = InBackground([this] { return columns_.Take(); });
+    auto places = InBackground([this] {
       places_.MoveTo(contents_);
+      return places_.TakeColumns();
     });
     std::vector<PagePlaylist> playlists = ReadPagePlaylists(library_, std::move(ids_));
-    packed.get();
+    contents_.columns = fields.get();
+    for (PageColumn& column : places.get()) contents_.columns.push_back(std::move(column));
     contents_.playlists = std::move(playlists);
     return std::move(contents_);
   }

@@ -9,6 +9,7 @@
 
 #include "host/page/FirstScreen.h"
 #include "host/page/Html.h"
+#include "host/page/InBackground.h"
 #include "host/page/PageSources.h"
 #include "host/page/Words.h"
 
@@ -39,25 +40,32 @@ std::string Fill(std::string_view markup, const Parts& parts, const Words& words
 }
 
 // What no script engine runs: the type says that these are data.
-std::string DataBlock(const std::string& id, std::string_view form, std::string_view text) {
-  std::string block;
-  block.reserve(text.size() + 100);
-  block += "<script type=\"application/octet-stream\" id=\"" + id + "\" data-form=\"";
-  return block.append(form).append("\">").append(text).append("</script>\n");
+std::string StartOfData(std::string_view id, std::string_view form) {
+  std::string start = "<script type=\"application/octet-stream\" id=\"";
+  return start.append(id).append("\" data-form=\"").append(form).append("\">");
 }
+
+constexpr std::string_view kEndOfData = "</script>\n";
 
 std::string SongsBlock(const PageContents& contents, const CoverPlaces& places) {
   const std::string payload = MakePayload(contents, places);
-  return contents.songs < kFewSongs ? DataBlock("songs-data", "plain", Base64Text(payload))
-                                    : DataBlock("songs-data", "gzip", CompressedText(payload));
+  const bool isShort = contents.songs < kFewSongs;
+  std::string block = StartOfData("songs-data", isShort ? "plain" : "gzip");
+  block.reserve(payload.size());
+  if (isShort) {
+    block += Base64Text(payload);
+  } else {
+    AppendCompressed(block, payload);
+  }
+  return block.append(kEndOfData);
 }
 
-std::string CoverBlocks(const std::vector<std::string>& pictures) {
-  std::string blocks;
+void AppendCovers(std::string& blocks, const std::vector<std::string>& pictures) {
   for (std::size_t i = 0; i < pictures.size(); ++i) {
-    blocks += DataBlock("covers-" + std::to_string(i), "jpeg", Base64Text(pictures[i]));
+    blocks += StartOfData("covers-" + std::to_string(i), "jpeg");
+    blocks += Base64Text(pictures[i]);
+    blocks += kEndOfData;
   }
-  return blocks;
 }
 
 }  // namespace
@@ -66,6 +74,8 @@ std::string MakePage(const PageContents& contents, const PageCovers& covers,
                      const std::string& title) {
   const PageSources sources = SourcesOfPage();
   const Words words(sources.words);
+  // What takes longest, beside the rest.
+  auto songs = InBackground([&] { return SongsBlock(contents, covers.places); });
   Parts parts;
   parts["opening"] = kOpening;
   parts["version"] = TAVREL_VERSION;
@@ -78,7 +88,8 @@ std::string MakePage(const PageContents& contents, const PageCovers& covers,
   parts["figures"] = Figures(contents, words);
   parts["albums"] = AlbumList(contents, TopAlbums(contents), covers.top);
   parts["allPlots"] = AllPlots(contents, covers.albumsWithout, words);
-  parts["data"] = SongsBlock(contents, covers.places) + CoverBlocks(covers.pictures);
+  parts["data"] = songs.get();
+  AppendCovers(parts["data"], covers.pictures);
   return Fill(sources.markup, parts, words);
 }
 

@@ -11,6 +11,7 @@
 #include "host/output/Json.h"
 #include "host/page/Html.h"
 #include "host/page/InBackground.h"
+#include "host/page/PayloadJson.h"
 
 namespace tavrel::host {
 namespace {
@@ -21,17 +22,6 @@ void AppendNumber(std::string& bytes, std::uint32_t number) {
   for (unsigned shift = 0; shift < 32; shift += 8) {
     bytes += static_cast<char>(number >> shift & 0xFF);
   }
-}
-
-// About the bytes that the texts of the columns take as JSON.
-std::size_t SizeOfTexts(const std::vector<PageColumn>& columns) {
-  std::size_t size = 0;
-  for (const PageColumn& column : columns) {
-    for (std::size_t i = 0; i < column.texts.TextCount(); ++i) {
-      size += column.texts.Text(i).size() + 3;
-    }
-  }
-  return size;
 }
 
 // Room for the length of what the JSON text says, that text, and the bytes behind it.
@@ -46,18 +36,11 @@ class Writer {
     json_ += ",\"columns\":[";
     bool isFirst = true;
     for (const PageColumn& column : columns) {
-      if (!column.IsUsed()) continue;
+      if (column.json.empty()) continue;
       if (!isFirst) json_ += ",\n";
       isFirst = false;
-      const bool isText = column.kind == ColumnKind::Text;
-      json_ += "{\"field\":\"" + std::string(FactsOf(column.field).name) + "\",\"kind\":\"" +
-               std::string(KindName(column.kind)) + '"';
-      if (isText) {
-        Texts("texts", column.texts.TextCount(),
-              [&column](std::size_t number) { return column.texts.Text(number); });
-      }
-      Numbers(column.packed);
-      json_ += '}';
+      json_ += column.json;
+      bytes_.push_back(column.packed.bytes);
     }
     json_ += ']';
   }
@@ -65,10 +48,10 @@ class Writer {
   void Albums(const PageContents& contents, const CoverPlaces& covers) {
     const std::vector<PageAlbum>& albums = contents.albums;
     json_ += ",\n\"albums\":{\"count\":" + std::to_string(albums.size());
-    Texts("titles", albums.size(),
-          [&albums](std::size_t i) -> std::string_view { return albums[i].title; });
-    Texts("artists", albums.size(),
-          [&albums](std::size_t i) -> std::string_view { return albums[i].artist; });
+    AppendTexts(json_, "titles", albums.size(),
+                [&albums](std::size_t i) -> std::string_view { return albums[i].title; });
+    AppendTexts(json_, "artists", albums.size(),
+                [&albums](std::size_t i) -> std::string_view { return albums[i].artist; });
     Numbers(contents.packedAlbums);
     json_ += "},\n\"covers\":{\"side\":" + std::to_string(covers.side) +
              ",\"columns\":" + std::to_string(covers.columns) +
@@ -104,21 +87,9 @@ class Writer {
   }
 
  private:
-  // textAt(number): one of so many texts.
-  template <typename TextAt>
-  void Texts(std::string_view name, std::size_t count, TextAt textAt) {
-    json_.append(",\"").append(name).append("\":[");
-    for (std::size_t i = 0; i < count; ++i) {
-      if (i > 0) json_ += ',';
-      AppendJsonText(json_, textAt(i));
-    }
-    json_ += ']';
-  }
-
   // packed: borrowed.
   void Numbers(const PackedNumbers& packed) {
-    json_ += ",\"bytes\":" + std::to_string(packed.bytes.size()) +
-             ",\"differences\":" + (packed.areDifferences ? "true" : "false");
+    AppendNumbers(json_, packed);
     bytes_.push_back(packed.bytes);
   }
   // What is packed here is kept.
@@ -136,7 +107,7 @@ class Writer {
 constexpr std::size_t kParts = 4;
 
 // Level 6 takes more than twice as long for a twenty-fifth less.
-constexpr int kLevel = 2;
+constexpr int kLevel = 1;
 
 std::string Deflated(std::string_view bytes) {
   const std::unique_ptr<libdeflate_compressor, decltype(&libdeflate_free_compressor)> compressor(
@@ -151,8 +122,10 @@ std::string Deflated(std::string_view bytes) {
 }  // namespace
 
 std::string MakePayload(const PageContents& contents, const CoverPlaces& covers) {
-  std::size_t room = SizeOfTexts(contents.columns) + contents.packedAlbums.bytes.size();
-  for (const PageColumn& column : contents.columns) room += column.packed.bytes.size();
+  std::size_t room = contents.packedAlbums.bytes.size();
+  for (const PageColumn& column : contents.columns) {
+    room += column.json.size() + column.packed.bytes.size();
+  }
   Writer writer(contents.songs, room + room / 8);
   writer.Columns(contents.columns);
   writer.Albums(contents, covers);
@@ -160,19 +133,18 @@ std::string MakePayload(const PageContents& contents, const CoverPlaces& covers)
   return writer.Finish();
 }
 
-std::string CompressedText(std::string_view bytes) {
+void AppendCompressed(std::string& text, std::string_view bytes) {
   const std::size_t part = bytes.size() / kParts + 1;
   std::vector<std::future<std::string>> made;
   for (; !bytes.empty(); bytes.remove_prefix(std::min(part, bytes.size()))) {
     made.push_back(
         InBackground([piece = bytes.substr(0, part)] { return Base64Text(Deflated(piece)); }));
   }
-  std::string text;
   for (std::future<std::string>& one : made) {
-    if (!text.empty()) text += ' ';
     text += one.get();
+    text += ' ';
   }
-  return text;
+  if (!made.empty()) text.pop_back();
 }
 
 }  // namespace tavrel::host

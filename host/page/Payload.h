@@ -26,7 +26,7 @@ struct CoverPlaces {
 //   | length | {"songs":…,"columns":… | name │ artist │ … │ albums │ covers │ playlists |
 [[nodiscard]] std::string MakePayload(const PageContents& contents, const CoverPlaces& covers);
 
-// As gzip files, which hold a part each and are made at the same time, in Base64 with blanks between them.
-[[nodiscard]] std::string CompressedText(std::string_view bytes);
+// Appends them as gzip files, which hold a part each and are made at the same time, in Base64 with blanks between them.
+void AppendCompressed(std::string& text, std::string_view bytes);
 
 }  // namespace tavrel::host

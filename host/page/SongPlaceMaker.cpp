@@ -51,14 +51,16 @@ void SongPlaceMaker::FindFile(std::optional<std::string_view> location, std::str
   paths_->Set(parts_.size(), isMissing ? file.sought : file.path);
 }
 
+std::vector<PageColumn> SongPlaceMaker::TakeColumns() {
+  std::vector<PageColumn> columns;
+  columns.push_back({Field::Status, ColumnKind::Text, std::move(states_)});
+  if (paths_) columns.push_back({Field::Path, ColumnKind::Text, std::move(*paths_)});
+  for (PageColumn& column : columns) column.End(parts_.size());
+  return columns;
+}
+
 void SongPlaceMaker::MoveTo(PageContents& contents) {
   contents.tally = std::move(tally_);
-  contents.columns.push_back({Field::Status, ColumnKind::Text, std::move(states_)});
-  contents.columns.back().End(parts_.size());
-  if (paths_) {
-    contents.columns.push_back({Field::Path, ColumnKind::Text, std::move(*paths_)});
-    contents.columns.back().End(parts_.size());
-  }
   MoveAlbumsTo(contents);
 }
 

@@ -28,7 +28,9 @@ class SongPlaceMaker {
   // The next songs.
   void Add(const SongBlock& songs);
 
-  // The albums, what became of the files and, behind the columns that are there, the columns of that.
+  // What became of the files.
+  [[nodiscard]] std::vector<PageColumn> TakeColumns();
+  // That as figures, and the albums.
   void MoveTo(PageContents& contents);
 
  private:
