@@ -35,28 +35,36 @@ std::optional<std::size_t> AlbumGrouping::Add(const Song& song) {
   lastPart_ = part;
   if (!folder.empty()) {
     SetKey(key_, parts_[part].title, folder);
-    Join(part, byFolder_.try_emplace(key_, part).first->second);
+    const auto [number, isNew] = byFolder_.Of(key_);
+    if (isNew) partsByFolder_.push_back(part);
+    Join(part, partsByFolder_[number]);
   }
   return part;
 }
 
 // The part of the song whose key that is.
 std::size_t AlbumGrouping::PartOf(std::string_view title, std::string_view artist) {
-  const auto known = byArtist_.find(key_);
-  if (known != byArtist_.end()) return known->second;
+  const auto [written, isNew] = byArtist_.Of(key_);
+  if (!isNew) return partsByArtist_[written];
+  partsByArtist_.push_back(parts_.size());
   Part part{Compose(title), Compose(artist), parts_.size()};
-  std::string composed;
-  SetKey(composed, part.title, part.artist);
-  const auto [entry, isNew] = byArtist_.try_emplace(std::move(composed), parts_.size());
-  if (isNew) parts_.push_back(std::move(part));
-  return byArtist_.try_emplace(key_, entry->second).first->second;
+  std::string key;
+  SetKey(key, part.title, part.artist);
+  const auto [composed, isFirst] = byArtist_.Of(key);
+  if (isFirst) {
+    partsByArtist_.push_back(parts_.size());
+  } else if (composed != written) {
+    return partsByArtist_[written] = partsByArtist_[composed];
+  }
+  parts_.push_back(std::move(part));
+  return partsByArtist_[written];
 }
 
 std::optional<std::size_t> AlbumGrouping::Find(const Song& song) const {
   std::string key;
   SetKey(key, Compose(song.album.value_or("")), Compose(host::ArtistOf(song)));
-  const auto known = byArtist_.find(key);
-  return known == byArtist_.end() ? std::nullopt : std::optional(known->second);
+  const auto known = byArtist_.Find(key);
+  return known ? std::optional(partsByArtist_[*known]) : std::nullopt;
 }
 
 std::vector<std::size_t> AlbumGrouping::Albums() const {

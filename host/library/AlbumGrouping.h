@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "host/library/SongReader.h"
-#include "host/library/TextHash.h"
+#include "host/library/TextNumbers.h"
 
 namespace tavrel::host {
 
@@ -47,14 +47,14 @@ class AlbumGrouping {
     std::string artist;
     std::size_t earlier;  // a part of the same album, or this one when it is the album's first
   };
-  using Numbers = TextMap<std::size_t>;
-
   [[nodiscard]] std::size_t PartOf(std::string_view title, std::string_view artist);
   void Join(std::size_t part, std::size_t other);
 
   std::vector<Part> parts_;
-  Numbers byArtist_;  // parts by title and artist, as the file writes them and composed
-  Numbers byFolder_;  // the first part by title and folder
+  TextNumbers byArtist_;  // titles and artists, as the file writes them and composed
+  std::vector<std::size_t> partsByArtist_;  // of each of these
+  TextNumbers byFolder_;                    // titles and folders
+  std::vector<std::size_t> partsByFolder_;  // the first of each of these
   std::string key_;
   // Of the song before, if it has an album: nearly always the next one is of the same album and folder.
   std::string lastKey_;

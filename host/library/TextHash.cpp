@@ -46,12 +46,22 @@ class SipState {
   std::array<std::uint64_t, 4> v_;
 };
 
-// Up to 8 bytes, the first one lowest.
-std::uint64_t LittleEndian(std::string_view bytes) noexcept {
+// The 8 bytes from there, the first one lowest.
+std::uint64_t WordAt(const char* at) noexcept {
+  const auto byte = [at](unsigned i) {
+    return std::uint64_t{static_cast<unsigned char>(at[i])} << 8 * i;
+  };
+  return byte(0) | byte(1) | byte(2) | byte(3) | byte(4) | byte(5) | byte(6) | byte(7);
+}
+
+// The bytes behind the last whole word, as the lowest ones.
+std::uint64_t RestOf(std::string_view text) noexcept {
+  const std::size_t rest = text.size() % kWord;
+  if (rest == 0) return 0;
+  const char* const end = text.data() + text.size();
+  if (text.size() > kWord) return WordAt(end - kWord) >> 8 * (kWord - rest);
   std::uint64_t word = 0;
-  for (std::size_t i = bytes.size(); i > 0; --i) {
-    word = word << 8 | static_cast<unsigned char>(bytes[i - 1]);
-  }
+  for (std::size_t i = rest; i > 0; --i) word = word << 8 | static_cast<unsigned char>(text[i - 1]);
   return word;
 }
 
@@ -59,11 +69,9 @@ std::uint64_t LittleEndian(std::string_view bytes) noexcept {
 
 std::uint64_t SeededHash(std::string_view text, const HashSeed& seed) noexcept {
   SipState state(seed);
+  for (std::size_t i = 0; i + kWord <= text.size(); i += kWord) state.Add(WordAt(text.data() + i));
   const std::uint64_t length = text.size();
-  for (; text.size() >= kWord; text.remove_prefix(kWord)) {
-    state.Add(LittleEndian(text.substr(0, kWord)));
-  }
-  state.Add(LittleEndian(text) | length << 56);
+  state.Add(RestOf(text) | length << 56);
   return state.Finish();
 }
 

@@ -14,9 +14,17 @@ constexpr HashSeed kSeed{0x0706050403020100u, 0x0F0E0D0C0B0A0908u};
 
 TEST(SeededHash, IsSipHash24) {
   std::string text;
-  for (char byte = 0; byte < 15; ++byte) text += byte;
-  EXPECT_EQ(SeededHash(text, kSeed), 0xA129CA6149BE45E5u);
-  EXPECT_EQ(SeededHash("", kSeed), 0x726FDB47DD0E0E31u);
+  for (char byte = 0; byte < 17; ++byte) text += byte;
+  const auto ofFirst = [&text](std::size_t bytes) {
+    return SeededHash(std::string_view(text).substr(0, bytes), kSeed);
+  };
+  EXPECT_EQ(ofFirst(0), 0x726FDB47DD0E0E31u);
+  EXPECT_EQ(ofFirst(1), 0x74F839C593DC67FDu);
+  EXPECT_EQ(ofFirst(7), 0xAB0200F58B01D137u);
+  EXPECT_EQ(ofFirst(8), 0x93F5F5799A932462u);
+  EXPECT_EQ(ofFirst(9), 0x9E0082DF0BA9E4B0u);
+  EXPECT_EQ(ofFirst(15), 0xA129CA6149BE45E5u);
+  EXPECT_EQ(ofFirst(16), 0x3F2ACC7F57C29BDBu);
 }
 
 TEST(SeededHash, DependsOnEveryByteAndOnTheSeed) {
