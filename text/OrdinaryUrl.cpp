@@ -54,9 +54,17 @@ unsigned ValueOfEscape(const char* escape) noexcept {
 }  // namespace
 
 std::optional<std::size_t> PathOfOrdinaryUrl(const char* url, char* path) noexcept {
-  const char* next = StartOfPath(url);
-  if (next == nullptr) return std::nullopt;
-  char* out = path;
+  const char* const start = StartOfPath(url);
+  if (start == nullptr) return std::nullopt;
+  *path = '/';
+  return PathOfOrdinaryName(start + 1, path, 1);
+}
+
+std::optional<std::size_t> PathOfOrdinaryName(const char* name, char* path,
+                                              std::size_t folder) noexcept {
+  const char* next = name;
+  char* const start = path + folder;
+  char* out = start;
   unsigned allEscaped = 0;
   for (;;) {
     while (Of(*next).isPlain) *out++ = *next++;
@@ -67,8 +75,11 @@ std::optional<std::size_t> PathOfOrdinaryUrl(const char* url, char* path) noexce
     *out++ = static_cast<char>(static_cast<unsigned char>(value));
     next += 3;
   }
+  // What is behind a '/' is UTF-8 by itself when the whole is.
+  if (allEscaped > 0x7F && !IsValidUtf8({start, static_cast<std::size_t>(out - start)})) {
+    return std::nullopt;
+  }
   const auto length = static_cast<std::size_t>(out - path);
-  if (allEscaped > 0x7F && !IsValidUtf8({path, length})) return std::nullopt;
   return path[length - 1] == '/' ? length - 1 : length;
 }
 

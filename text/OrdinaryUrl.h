@@ -16,4 +16,12 @@ namespace tavrel::text {
 //         holds anything but what may stand in one and escapes of non-zero bytes that are UTF-8.
 [[nodiscard]] std::optional<std::size_t> PathOfOrdinaryUrl(const char* url, char* path) noexcept;
 
+// The same for a URL whose folder is known: writes what is behind it.
+// name:   the end of the URL, behind a '/' of its path.
+// path:   begins with the path up to there, '/' included, as PathOfOrdinaryUrl() writes it, and has room for the rest.
+// folder: the length of that beginning.
+// Result: as that of PathOfOrdinaryUrl() for the whole URL.
+[[nodiscard]] std::optional<std::size_t> PathOfOrdinaryName(const char* name, char* path,
+                                                            std::size_t folder) noexcept;
+
 }  // namespace tavrel::text

@@ -1,6 +1,7 @@
 // What the location of a song is on this machine.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,10 +25,16 @@ class LocationReader {
   [[nodiscard]] const SongFile& File() const noexcept { return file_; }
 
  private:
+  void ReadOrdinary(std::string_view url);
+
   FileFinder* files_;
   std::optional<std::string_view> fileUrl_;
   std::optional<std::string_view> ordinary_;  // the path of an ordinary URL
   std::string ordinaryRoom_;
+  // Of the file URL before: nearly always the next one leads to the same folder.
+  std::string folderUrl_;  // up to its last '/'
+  std::size_t folderLength_ =
+      0;  // of the path up to there, '/' included; 0: the URL is not ordinary
   std::optional<std::string> other_;  // of any other file URL
   SongFile file_;
 };

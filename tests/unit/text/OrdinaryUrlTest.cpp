@@ -13,6 +13,7 @@
 #include "text/OrdinaryUrl.h"
 
 using tavrel::test::Random;
+using tavrel::text::PathOfOrdinaryName;
 using tavrel::text::PathOfOrdinaryUrl;
 using tavrel::text::PathOfUrl;
 
@@ -26,9 +27,20 @@ std::optional<std::string> Quick(const std::string& url) {
   return path.substr(0, *length);
 }
 
+// The same in two steps, the folder first.
+std::optional<std::string> QuickByFolder(const std::string& url) {
+  const std::size_t name = url.rfind('/') + 1;
+  std::string path(url.size() + 1, '?');
+  const auto folder = PathOfOrdinaryUrl(url.substr(0, name).c_str(), path.data());
+  if (!folder) return std::nullopt;
+  const auto length = PathOfOrdinaryName(url.c_str() + name, path.data(), *folder + 1);
+  return length ? std::optional(path.substr(0, *length)) : std::nullopt;
+}
+
 // Whether the quick decoder took it; the same path then.
 bool IsTakenAsThePlainOneTakesIt(const std::string& url) {
   const std::optional<std::string> path = Quick(url);
+  EXPECT_EQ(QuickByFolder(url), path) << url;
   if (path) {
     EXPECT_EQ(path, PathOfUrl(url)) << url;
   }
