@@ -50,14 +50,20 @@ NewFile::~NewFile() {
 }
 
 void NewFile::Write(std::string_view bytes) {
-  waiting_ += bytes;
-  if (waiting_.size() < kWriteSize) return;
+  // What is large already is not copied once more.
+  const bool isLarge = waiting_.empty() && bytes.size() >= kWriteSize;
+  if (!isLarge) waiting_ += bytes;
+  if (!isLarge && waiting_.size() < kWriteSize) return;
   RequireNoEndingSignal();
-  Flush();
+  isLarge ? WriteOut(bytes) : Flush();
+}
+
+void NewFile::WriteOut(std::string_view bytes) {
+  if (!system::WriteFully(descriptor_, bytes)) Fail(path_, errno);
 }
 
 void NewFile::Flush() {
-  if (!system::WriteFully(descriptor_, waiting_)) Fail(path_, errno);
+  WriteOut(waiting_);
   waiting_.clear();
 }
 

@@ -51,6 +51,7 @@ class NewFile : public Sink {
   [[nodiscard]] int Descriptor() const noexcept { return descriptor_; }
 
  private:
+  void WriteOut(std::string_view bytes);
   void Flush();
   void Replace();
   [[nodiscard]] bool TakeFreeName();

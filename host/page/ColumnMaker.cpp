@@ -76,8 +76,7 @@ std::int64_t Stored(std::int64_t number) noexcept {
 
 // first: the number of the block's first song.
 void AddNumbers(const SongBlock& songs, std::size_t first, PageColumn& column) {
-  column.numbers.resize(first + songs.Songs());
-  std::int64_t* const numbers = column.numbers.data() + first;
+  const std::span<std::int64_t> numbers = column.numbers.subspan(first);
   songs.ForEachText(IndexOf(column.field),
                     [numbers, kind = column.kind](std::size_t song, std::string_view text) {
                       numbers[song] = Stored(NumberOf(text, kind));
@@ -115,11 +114,9 @@ std::string_view KindName(ColumnKind kind) {
   return kNames.at(static_cast<std::size_t>(kind));
 }
 
-void PageColumn::End(std::size_t songs) {
-  const bool isText = kind == ColumnKind::Text;
-  isText ? texts.End(songs) : numbers.resize(songs);
+void PageColumn::End() {
   if (!IsUsed()) return;
-  packed = Pack(isText ? texts.Numbers() : numbers);
+  packed = Pack(numbers);
   json = Described(*this);
 }
 
@@ -129,11 +126,15 @@ bool PageColumn::IsUsed() const noexcept {
                      [](std::int64_t number) { return number != 0; });
 }
 
-ColumnMaker::ColumnMaker(std::size_t songs) {
+ColumnMaker::ColumnMaker(std::size_t songs, NumberRoom& room) {
   for (const Kept& kept : kKept) {
-    PageColumn& column = columns_.emplace_back(PageColumn{kept.field, kept.kind});
-    kept.kind == ColumnKind::Text ? column.texts.Reserve(songs) : column.numbers.reserve(songs);
+    const std::span<std::int64_t> numbers = room.Take(songs);
+    columns_.push_back({kept.field, kept.kind, TextColumn(numbers), numbers});
   }
+}
+
+std::size_t ColumnMaker::NumbersOf(std::size_t songs) noexcept {
+  return kKept.size() * songs;
 }
 
 FieldSet ColumnMaker::Fields() const {
@@ -163,7 +164,7 @@ void ColumnMaker::AddTexts(const SongBlock& songs, PageColumn& column) {
 }
 
 std::vector<PageColumn> ColumnMaker::Take() {
-  for (PageColumn& column : columns_) column.End(songs_);
+  for (PageColumn& column : columns_) column.End();
   return std::move(columns_);
 }
 

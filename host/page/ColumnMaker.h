@@ -3,12 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/library/Fields.h"
 #include "host/page/Columns.h"
+#include "host/page/NumberRoom.h"
 #include "host/page/SongBlock.h"
 
 namespace tavrel::host {
@@ -24,12 +26,12 @@ struct PageColumn {
   Field field;
   ColumnKind kind;
   TextColumn texts = {};
-  std::vector<std::int64_t> numbers = {};
-  PackedNumbers packed = {};  // these, or those of the texts
-  std::string json = {};      // what the payload says of it
+  std::span<std::int64_t> numbers = {};  // of the texts, too
+  PackedNumbers packed = {};
+  std::string json = {};  // what the payload says of it
 
-  // There are so many songs. What no song has is neither packed nor told.
-  void End(std::size_t songs);
+  // All songs have come. What none of them has is neither packed nor told.
+  void End();
   // Whether any song has it.
   [[nodiscard]] bool IsUsed() const noexcept;
 };
@@ -37,8 +39,10 @@ struct PageColumn {
 // The columns of what the library file says of songs.
 class ColumnMaker {
  public:
-  // songs: how many will come.
-  explicit ColumnMaker(std::size_t songs);
+  // songs: how many will come. Room is taken for numbers that last as long.
+  ColumnMaker(std::size_t songs, NumberRoom& room);
+  // How many numbers it takes room for.
+  [[nodiscard]] static std::size_t NumbersOf(std::size_t songs) noexcept;
 
   // What it reads of a song.
   [[nodiscard]] FieldSet Fields() const;

@@ -47,12 +47,10 @@ void TextColumn::Set(std::size_t song, std::string_view text) {
     lastNumber_ = NumberOf(text, known_.HashOf(text));
     last_ = text;
   }
-  numbers_.resize(song);
-  numbers_.push_back(lastNumber_);
+  numbers_[song] = lastNumber_;
 }
 
 void TextColumn::Add(const std::vector<SongText>& songs) {
-  if (songs.empty()) return;
   const auto isNext = [&songs](std::size_t i) {
     return i > 0 && songs[i].text == songs[i - 1].text;
   };
@@ -62,7 +60,6 @@ void TextColumn::Add(const std::vector<SongText>& songs) {
     hashes_.push_back(known_.HashOf(songs[i].text));
     known_.Expect(hashes_.back());
   }
-  numbers_.resize(songs.back().song + 1);
   auto hash = hashes_.begin();
   std::int64_t number = 0;
   for (std::size_t i = 0; i < songs.size(); ++i) {
@@ -87,7 +84,7 @@ std::int64_t TextColumn::NumberOf(std::string_view text, std::uint64_t hash) {
   return shown_[written] = shown_[composed];
 }
 
-PackedNumbers Pack(const std::vector<std::int64_t>& numbers) {
+PackedNumbers Pack(std::span<const std::int64_t> numbers) {
   std::size_t plain = 0;
   std::size_t different = 0;
   std::int64_t before = 0;

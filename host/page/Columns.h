@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -20,17 +21,15 @@ struct SongText {
 // are the same.
 class TextColumn {
  public:
-  TextColumn() { known_.Of(""); }
+  TextColumn() : TextColumn(std::span<std::int64_t>()) {}
+  // numbers: a zero for each song that will come; borrowed.
+  explicit TextColumn(std::span<std::int64_t> numbers) : numbers_(numbers) { known_.Of(""); }
 
   // A song's text; one of which nothing is seen is number 0, as is that of a song that is left out. Songs come in
   // their order.
   void Set(std::size_t song, std::string_view text);
   // The same for many songs, with less time a song.
   void Add(const std::vector<SongText>& songs);
-  // So many songs will come.
-  void Reserve(std::size_t songs) { numbers_.reserve(songs); }
-  // There are so many songs.
-  void End(std::size_t songs) { numbers_.resize(songs); }
 
   // By number, from 0: the empty text, then the others in the order in which they came.
   [[nodiscard]] std::size_t TextCount() const noexcept { return texts_.size(); }
@@ -38,7 +37,7 @@ class TextColumn {
     return known_.Text(texts_[number]);
   }
   // The number of each song's text.
-  [[nodiscard]] const std::vector<std::int64_t>& Numbers() const noexcept { return numbers_; }
+  [[nodiscard]] std::span<const std::int64_t> Numbers() const noexcept { return numbers_; }
 
  private:
   std::int64_t NumberOf(std::string_view text, std::uint64_t hash);
@@ -47,7 +46,7 @@ class TextColumn {
   std::vector<std::int64_t> shown_ = {0};  // for each of these the number of its text
   std::vector<std::size_t> texts_ = {
       0};  // the numbers that the texts have among those that are known
-  std::vector<std::int64_t> numbers_;
+  std::span<std::int64_t> numbers_;
   std::vector<std::uint64_t> hashes_;
   std::string last_;
   std::int64_t lastNumber_ = 0;
@@ -60,6 +59,6 @@ struct PackedNumbers {
   std::string bytes;
   bool areDifferences = false;
 };
-[[nodiscard]] PackedNumbers Pack(const std::vector<std::int64_t>& numbers);
+[[nodiscard]] PackedNumbers Pack(std::span<const std::int64_t> numbers);
 
 }  // namespace tavrel::host

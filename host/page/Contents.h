@@ -10,6 +10,7 @@
 #include "host/library/Fields.h"
 #include "host/library/FileTally.h"
 #include "host/page/ColumnMaker.h"
+#include "host/page/NumberRoom.h"
 
 namespace tavrel::host {
 
@@ -30,6 +31,7 @@ struct PagePlaylist {
 };
 
 struct PageContents {
+  NumberRoom room = {};  // of the columns
   std::size_t songs = 0;
   std::int64_t time = 0;  // in milliseconds
   std::vector<PageColumn> columns = {};

@@ -50,6 +50,13 @@ Look LookAfter(Look before, Function look) {
   });
 }
 
+PageContents RoomFor(std::size_t songs) {
+  constexpr std::size_t kOfPlaces = 2;  // columns
+  PageContents contents;
+  contents.room.Reserve(ColumnMaker::NumbersOf(songs) + kOfPlaces * songs);
+  return contents;
+}
+
 // While the library shows some songs, other threads look at those before them: one puts their fields into columns, one
 // finds where they belong.
 class ContentsMaker {
@@ -58,8 +65,11 @@ class ContentsMaker {
       : library_(library),
         songs_(library.openAllSongs()),
         count_(library.getSongCount(songs_)),
-        columns_(static_cast<std::size_t>(std::max(count_, 0))),
-        places_(library, withPaths) {}
+        contents_(RoomFor(Songs())),
+        columns_(Songs(), contents_.room),
+        places_(library, withPaths, Songs(), contents_.room) {
+    ids_.reserve(Songs());
+  }
 
   void ReadSongs() {
     SongWalk walk(library_, columns_.Fields() | SongPlaceMaker::Fields());
@@ -102,6 +112,10 @@ class ContentsMaker {
   }
 
  private:
+  [[nodiscard]] std::size_t Songs() const noexcept {
+    return static_cast<std::size_t>(std::max(count_, 0));
+  }
+
   void AddFields(const SongBlock& block) {
     columns_.Add(block);
     block.ForEachText(IndexOf(Field::Seconds), [this](std::size_t, std::string_view text) {
@@ -117,10 +131,10 @@ class ContentsMaker {
   const LibraryFunctions& library_;
   PlaylistRecord* songs_;
   std::int32_t count_;
+  PageContents contents_;
   ColumnMaker columns_;
   SongPlaceMaker places_;
   std::vector<NumberedId> ids_;
-  PageContents contents_;
 };
 
 }  // namespace

@@ -8,9 +8,21 @@
 
 namespace tavrel::host {
 
-SongPlaceMaker::SongPlaceMaker(const LibraryFunctions& library, bool withPaths)
-    : location_(library.files) {
-  if (withPaths) paths_.emplace();
+namespace {
+
+PageColumn ColumnOf(Field field, std::size_t songs, NumberRoom& room) {
+  const std::span<std::int64_t> numbers = room.Take(songs);
+  return {field, ColumnKind::Text, TextColumn(numbers), numbers};
+}
+
+}  // namespace
+
+SongPlaceMaker::SongPlaceMaker(const LibraryFunctions& library, bool withPaths, std::size_t songs,
+                               NumberRoom& room)
+    : location_(library.files), states_(ColumnOf(Field::Status, songs, room)) {
+  if (withPaths) paths_ = ColumnOf(Field::Path, songs, room);
+  parts_.reserve(songs);
+  plays_.reserve(songs);
 }
 
 FieldSet SongPlaceMaker::Fields() {
@@ -44,18 +56,18 @@ void SongPlaceMaker::FindFile(std::optional<std::string_view> location, std::str
   location_.Read(location, type, true);
   const SongFile& file = location_.File();
   tally_.Add(file);
-  if (file.status) states_.Set(parts_.size(), StatusName(*file.status));
+  if (file.status) states_.texts.Set(parts_.size(), StatusName(*file.status));
   if (!paths_) return;
   // Where the file is; where it should be when it is missing.
   const bool isMissing = file.path.empty() && location;
-  paths_->Set(parts_.size(), isMissing ? file.sought : file.path);
+  paths_->texts.Set(parts_.size(), isMissing ? file.sought : file.path);
 }
 
 std::vector<PageColumn> SongPlaceMaker::TakeColumns() {
   std::vector<PageColumn> columns;
-  columns.push_back({Field::Status, ColumnKind::Text, std::move(states_)});
-  if (paths_) columns.push_back({Field::Path, ColumnKind::Text, std::move(*paths_)});
-  for (PageColumn& column : columns) column.End(parts_.size());
+  columns.push_back(std::move(states_));
+  if (paths_) columns.push_back(std::move(*paths_));
+  for (PageColumn& column : columns) column.End();
   return columns;
 }
 

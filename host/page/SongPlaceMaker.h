@@ -19,8 +19,10 @@ namespace tavrel::host {
 class SongPlaceMaker {
  public:
   // Looks for the files as the library's finder does. Asks the library itself nothing.
-  // withPaths: also the column of where they lie.
-  SongPlaceMaker(const LibraryFunctions& library, bool withPaths);
+  // withPaths: also the column of where they lie. songs: how many will come. Room is taken for numbers that last as
+  // long.
+  SongPlaceMaker(const LibraryFunctions& library, bool withPaths, std::size_t songs,
+                 NumberRoom& room);
 
   // What it reads of a song.
   [[nodiscard]] static FieldSet Fields();
@@ -38,8 +40,8 @@ class SongPlaceMaker {
   void MoveAlbumsTo(PageContents& contents) const;
 
   LocationReader location_;
-  TextColumn states_;
-  std::optional<TextColumn> paths_;
+  PageColumn states_;
+  std::optional<PageColumn> paths_;
   FileTally tally_;
   AlbumGrouping grouping_;
   std::vector<std::optional<std::size_t>> parts_;  // of albums, of each song

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <map>
 #include <numeric>
+#include <span>
 
 #include "host/output/Format.h"
 #include "host/page/Html.h"
@@ -58,12 +59,8 @@ std::vector<PlotEntry> Tallied(std::string_view name, const TextColumn& column,
   return entries;
 }
 
-std::int64_t CountOf(const std::vector<std::int64_t>& numbers, std::int64_t wanted) {
-  return std::count(numbers.begin(), numbers.end(), wanted);
-}
-
 std::int64_t CountWithout(const PageColumn& column) {
-  return CountOf(column.kind == ColumnKind::Text ? column.texts.Numbers() : column.numbers, 0);
+  return std::count(column.numbers.begin(), column.numbers.end(), 0);
 }
 
 }  // namespace
@@ -75,7 +72,7 @@ std::vector<PlotEntry> SongsPerGenre(const PageContents& contents) {
 
 std::vector<PlotEntry> HoursPerArtist(const PageContents& contents, const Words& words) {
   const TextColumn& artists = contents.Of(Field::Artist).texts;
-  const std::vector<std::int64_t>& seconds = contents.Of(Field::Seconds).numbers;
+  const std::span<const std::int64_t> seconds = contents.Of(Field::Seconds).numbers;
   std::vector<PlotEntry> entries =
       Tallied("artist", artists, Sums(artists, [&seconds](std::size_t song) {
                 return std::clamp<std::int64_t>(seconds[song] - 1, 0, kLongest);

@@ -161,7 +161,8 @@ TEST(WorkOnLists, OfEveryFieldDoubles) {
 
 TEST(WorkOnLists, OfColumnsOfThePageDoubles) {
   ExpectDoubledWithTheSongs("page", [](const LibraryFunctions& library) {
-    ColumnMaker columns(static_cast<std::size_t>(songCount));
+    NumberRoom room;
+    ColumnMaker columns(static_cast<std::size_t>(songCount), room);
     SongWalk walk(library, columns.Fields());
     SongBlock block;
     for (std::int32_t song = 0; song < songCount; ++song) {
