@@ -2,6 +2,9 @@
 #include <charconv>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "host/commands/Commands.h"
 #include "host/output/Failure.h"
@@ -51,6 +54,13 @@ void Check(PageArguments& arguments) {
   arguments.mostCovers = MostCovers(arguments.covers);
 }
 
+// Not given back piece by piece: the program ends with the command, and the system takes all of it back at once.
+const PageContents& UntilTheEnd(PageContents contents) {
+  static const PageContents* kept = nullptr;
+  kept = new PageContents(std::move(contents));
+  return *kept;
+}
+
 std::int64_t CountCovers(const PageCovers& covers) {
   std::int64_t count = 0;
   for (const std::int64_t number : covers.places.numbers) count += number != 0 ? 1 : 0;
@@ -73,26 +83,40 @@ void Tell(const std::string& path, std::size_t bytes, const PageContents& conten
   }
 }
 
+std::size_t SizeOf(const std::vector<std::string>& pieces) {
+  std::size_t size = 0;
+  for (const std::string& piece : pieces) size += piece.size();
+  return size;
+}
+
+// False when there is something of that name that is to be kept.
+bool WritePieces(const std::string& path, const std::vector<std::string>& pieces, IfThere ifThere) {
+  if (ifThere == IfThere::Keep && IsTaken(path)) return false;  // saves the work
+  NewFile file(path);
+  for (const std::string& piece : pieces) file.Write(piece);
+  return file.Finish(ifThere);
+}
+
 ExitCode WritePage(const PageArguments& arguments, Session& session) {
   const std::string& path = *arguments.target;
   const bool isOutput = path == "-";
   // A page takes the place of the one before, and of nothing else.
   const IfThere ifThere = !isOutput && IsPage(path) ? IfThere::Replace : IfThere::Keep;
-  const PageContents contents = ReadContents(session.library, arguments.withPaths);
+  const PageContents& contents = UntilTheEnd(ReadContents(session.library, arguments.withPaths));
   TellWhatWasFound(contents.tally, session);
   const PageCovers covers = MakeCovers(contents, arguments.mostCovers, session);
-  const std::string page = MakePage(contents, covers, arguments.title.value_or(""));
+  const std::vector<std::string> page = MakePage(contents, covers, arguments.title.value_or(""));
   if (isOutput) {
-    session.output.Write(page);
+    for (const std::string& piece : page) session.output.Write(piece);
     return ExitCode::Done;
   }
-  if (!WriteNewFile(path, page, ifThere)) {
+  if (!WritePieces(path, page, ifThere)) {
     throw Failure(ExitCode::Failed,
                   Clean(path) +
                       " is there already, and is no page that tavrel has written; take "
                       "another name, or remove it");
   }
-  Tell(path, page.size(), contents, covers, session);
+  Tell(path, SizeOf(page), contents, covers, session);
   if (!arguments.open || OpenForUser(path)) return ExitCode::Done;
   Complain("no program of the desktop opens the page; open " + Clean(path) + " with a browser");
   return ExitCode::Failed;

@@ -1,5 +1,7 @@
 #include "host/library/SongKeys.h"
 
+#include <utility>
+
 #include "host/library/KeptFailure.h"
 
 namespace tavrel::host {
@@ -42,10 +44,13 @@ void CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist,
 // ---- The keys of songs --------------------------------------------------------------------------
 
 SongKeys::SongKeys(const OtherKeys* others) : others_(others) {
-  for (const FieldFacts& field : kFields) known_.push_back({field.key.data(), 0});
+  for (const FieldFacts& field : kFields) known_.push_back({field.key.data(), 0, 0});
 }
 
 std::size_t SongKeys::LookUp(const char* key) {
+  std::swap(known_[last_].next, known_[last_].before);
+  const std::size_t guess = known_[last_].next;
+  if (std::strcmp(known_[guess].key, key) == 0) return last_ = guess;
   std::size_t number = kUnknown;
   if (const auto field = fields_.Find(key)) {
     number = IndexOf(*field);
@@ -54,7 +59,7 @@ std::size_t SongKeys::LookUp(const char* key) {
   }
   if (number == kUnknown) return kUnknown;
   while (number >= known_.size()) {
-    known_.push_back({others_->All()[known_.size() - kFieldCount].c_str(), 0});
+    known_.push_back({others_->All()[known_.size() - kFieldCount].c_str(), 0, 0});
   }
   last_ = known_[last_].next = number;
   return number;

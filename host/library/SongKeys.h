@@ -33,8 +33,8 @@ class OtherKeys {
 void CollectOtherKeys(const LibraryFunctions& library, PlaylistRecord* playlist, std::int32_t from,
                       OtherKeys& keys);
 
-// Numbers for the keys of songs, which come in the same order in nearly all of them: what came behind a key the
-// last time is compared first, and only what is another is looked up.
+// Numbers for the keys of songs, which come in the same order in nearly all of them: the two that came behind a key the
+// last times are compared first, and only what is another is looked up.
 class SongKeys {
  public:
   // others: borrowed; they may grow. Null for none.
@@ -54,7 +54,8 @@ class SongKeys {
  private:
   struct Known {
     const char* key;
-    std::size_t next;  // the number of the key that came behind it
+    std::size_t next;    // the number of the key that came behind it
+    std::size_t before;  // of another that did so before
   };
 
   [[nodiscard]] std::size_t LookUp(const char* key);

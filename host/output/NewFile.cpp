@@ -51,11 +51,12 @@ NewFile::~NewFile() {
 
 void NewFile::Write(std::string_view bytes) {
   // What is large already is not copied once more.
-  const bool isLarge = waiting_.empty() && bytes.size() >= kWriteSize;
+  const bool isLarge = bytes.size() >= kWriteSize;
   if (!isLarge) waiting_ += bytes;
   if (!isLarge && waiting_.size() < kWriteSize) return;
   RequireNoEndingSignal();
-  isLarge ? WriteOut(bytes) : Flush();
+  Flush();
+  if (isLarge) WriteOut(bytes);
 }
 
 void NewFile::WriteOut(std::string_view bytes) {

@@ -1,6 +1,7 @@
 #include "host/page/Columns.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "host/output/Text.h"
@@ -30,8 +31,17 @@ char* Write(char* bytes, std::uint64_t number) noexcept {
   return bytes;
 }
 
+// By how many bits it has.
+constexpr std::array<std::uint8_t, 65> kLengths = [] {
+  std::array<std::uint8_t, 65> lengths{};
+  for (std::size_t bits = 0; bits < lengths.size(); ++bits) {
+    lengths[bits] = static_cast<std::uint8_t>(bits == 0 ? 1 : (bits + 6) / 7);
+  }
+  return lengths;
+}();
+
 std::size_t LengthOf(std::uint64_t number) noexcept {
-  return static_cast<std::size_t>(std::bit_width(number | 1) + 6) / 7;
+  return kLengths[static_cast<std::size_t>(std::bit_width(number))];
 }
 
 // Without overflow: what goes round comes round.
@@ -51,20 +61,17 @@ void TextColumn::Set(std::size_t song, std::string_view text) {
 }
 
 void TextColumn::Add(const std::vector<SongText>& songs) {
-  const auto isNext = [&songs](std::size_t i) {
-    return i > 0 && songs[i].text == songs[i - 1].text;
-  };
-  hashes_.clear();
+  runs_.clear();
   for (std::size_t i = 0; i < songs.size(); ++i) {
-    if (isNext(i)) continue;
-    hashes_.push_back(known_.HashOf(songs[i].text));
-    known_.Expect(hashes_.back());
+    if (i > 0 && songs[i].text == songs[i - 1].text) continue;
+    runs_.push_back({i, known_.HashOf(songs[i].text)});
+    known_.Expect(runs_.back().hash);
   }
-  auto hash = hashes_.begin();
-  std::int64_t number = 0;
-  for (std::size_t i = 0; i < songs.size(); ++i) {
-    if (!isNext(i)) number = NumberOf(songs[i].text, *hash++);
-    numbers_[songs[i].song] = number;
+  for (std::size_t run = 0; run < runs_.size(); ++run) {
+    const std::size_t first = runs_[run].first;
+    const std::size_t end = run + 1 < runs_.size() ? runs_[run + 1].first : songs.size();
+    const std::int64_t number = NumberOf(songs[first].text, runs_[run].hash);
+    for (std::size_t i = first; i < end; ++i) numbers_[songs[i].song] = number;
   }
 }
 

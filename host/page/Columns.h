@@ -47,7 +47,11 @@ class TextColumn {
   std::vector<std::size_t> texts_ = {
       0};  // the numbers that the texts have among those that are known
   std::span<std::int64_t> numbers_;
-  std::vector<std::uint64_t> hashes_;
+  struct Run {
+    std::size_t first;  // of some equal texts
+    std::uint64_t hash;
+  };
+  std::vector<Run> runs_;
   std::string last_;
   std::int64_t lastNumber_ = 0;
 };

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 #include <string_view>
+#include <utility>
 
 #include "host/page/FirstScreen.h"
 #include "host/page/Html.h"
@@ -20,23 +21,27 @@ constexpr std::string_view kOpening = "<!doctype html>\n<!-- a page of tavrel's 
 
 using Parts = std::map<std::string_view, std::string>;
 
-// The markup with each "{{name}}" replaced by the part of that name, or by the word of the interface.
-std::string Fill(std::string_view markup, const Parts& parts, const Words& words) {
-  std::size_t size = markup.size();
-  for (const auto& [name, part] : parts) size += part.size();
-  std::string filled;
-  filled.reserve(size);
+// The markup with each "{{name}}" replaced by the part of that name, or by the word of the interface. The data, which
+// are nearly all of it, are a piece of their own.
+std::vector<std::string> Fill(std::string_view markup, Parts parts, const Words& words) {
+  std::vector<std::string> pieces(1);
   while (true) {
     const std::size_t open = markup.find("{{");
     const std::size_t close = markup.find("}}", open);
     if (open == std::string_view::npos || close == std::string_view::npos) break;
-    filled += markup.substr(0, open);
+    pieces.back() += markup.substr(0, open);
     const std::string_view name = markup.substr(open + 2, close - open - 2);
     const auto part = parts.find(name);
-    filled += part != parts.end() ? part->second : Escaped(words.Of(name));
+    if (name == "data") {
+      pieces.push_back(std::move(part->second));
+      pieces.emplace_back();
+    } else {
+      pieces.back() += part != parts.end() ? part->second : Escaped(words.Of(name));
+    }
     markup.remove_prefix(close + 2);
   }
-  return filled.append(markup);
+  pieces.back() += markup;
+  return pieces;
 }
 
 // What no script engine runs: the type says that these are data.
@@ -48,12 +53,12 @@ std::string StartOfData(std::string_view id, std::string_view form) {
 constexpr std::string_view kEndOfData = "</script>\n";
 
 std::string SongsBlock(const PageContents& contents, const CoverPlaces& places) {
-  const std::string payload = MakePayload(contents, places);
+  const Payload payload = MakePayload(contents, places);
   const bool isShort = contents.songs < kFewSongs;
   std::string block = StartOfData("songs-data", isShort ? "plain" : "gzip");
-  block.reserve(payload.size());
+  block.reserve(payload.Size());
   if (isShort) {
-    block += Base64Text(payload);
+    block += Base64Text(payload.Part(0, payload.Size()));
   } else {
     AppendCompressed(block, payload);
   }
@@ -70,8 +75,8 @@ void AppendCovers(std::string& blocks, const std::vector<std::string>& pictures)
 
 }  // namespace
 
-std::string MakePage(const PageContents& contents, const PageCovers& covers,
-                     const std::string& title) {
+std::vector<std::string> MakePage(const PageContents& contents, const PageCovers& covers,
+                                  const std::string& title) {
   const PageSources sources = SourcesOfPage();
   const Words words(sources.words);
   // What takes longest, beside the rest.
@@ -90,7 +95,7 @@ std::string MakePage(const PageContents& contents, const PageCovers& covers,
   parts["allPlots"] = AllPlots(contents, covers.albumsWithout, words);
   parts["data"] = songs.get();
   AppendCovers(parts["data"], covers.pictures);
-  return Fill(sources.markup, parts, words);
+  return Fill(sources.markup, std::move(parts), words);
 }
 
 bool IsPage(const std::string& path) {

@@ -21,9 +21,9 @@ struct PageCovers {
 // them.
 inline constexpr std::size_t kFewSongs = 5000;
 
-// A whole HTML file that fetches nothing.
-[[nodiscard]] std::string MakePage(const PageContents& contents, const PageCovers& covers,
-                                   const std::string& title);
+// A whole HTML file that fetches nothing, in pieces that stand one behind the other.
+[[nodiscard]] std::vector<std::string> MakePage(const PageContents& contents,
+                                                const PageCovers& covers, const std::string& title);
 
 // Whether the file begins as every page does that this program has written.
 [[nodiscard]] bool IsPage(const std::string& path);
