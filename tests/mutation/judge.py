@@ -1,6 +1,9 @@
 """Whether the tests notice a mutant."""
 
+import bisect
 import concurrent.futures
+import json
+import pathlib
 import queue
 import threading
 import time
@@ -8,43 +11,59 @@ import time
 import mutants
 from trees import LAST_PROGRAM, PROGRAMS, Tree
 
-QUICK_SECONDS = 1.0  # of tests, which are run before all others of their program
+# What suites take together that are run in one go, before all slower ones of their program, in seconds. Those are run
+# by themselves, so that one that goes on for ever is known by what that suite takes.
+QUICK_SECONDS = (1, 4)
 
 
 def limit(suites):
     """How many seconds of the processor the suites, [(name, seconds)], may take."""
-    return 20 + 4 * sum(seconds for _, seconds in suites)
+    return 10 + 4 * sum(seconds for _, seconds in suites)
 
 
-def batches(suites):
-    """The same as lists that are run one after the other: most mutants are killed by a quick test."""
-    quick, slow, total = [], [], 0.0
-    for suite in sorted(suites, key=lambda suite: suite[1]):
+def batches(suites, stem):
+    """The same as lists that are run one after the other: most mutants are killed by a quick test, first of all by one
+    that is named for their file, which has this stem."""
+    first = {name for name, seconds in suites if stem in name and seconds < QUICK_SECONDS[0]}
+    quick, slow, total = ([], []), [], 0.0
+    for suite in sorted(suites, key=lambda suite: (suite[0] not in first, suite[1])):
         total += suite[1]
-        (quick if total <= QUICK_SECONDS else slow).append(suite)
-    return [batch for batch in (quick, slow) if batch]
+        grade = bisect.bisect_left(QUICK_SECONDS, total)
+        quick[grade].append(suite) if grade < len(quick) else slow.append([suite])
+    return [batch for batch in quick if batch] + slow
 
 
 class Judge:
     """Builds and tests mutants, each worker in a tree of its own.
 
-    reached: what reach.load() gives."""
+    reached: what reach.load() gives. version: what reach.version_of() gives."""
 
-    def __init__(self, checkout, folder, jobs, reached):
+    def __init__(self, checkout, folder, jobs, reached, version):
         self.trees = queue.Queue()
         with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
             trees = list(pool.map(lambda n: Tree(checkout, folder / f"tree{n}"), range(jobs)))
             if not all(pool.map(lambda tree: tree.prepare([*PROGRAMS, LAST_PROGRAM, "Tavrel"]), trees)):
                 raise SystemExit(f"The build failed; its output is in {trees[0].log}")
-        failing = self.failing(trees[0], reached)
+        failing, self.last_seconds = self.unchanged(trees[0], reached, folder / "unchanged.json", version)
         self.reached = [suite for suite in reached if suite[:2] not in failing]
-        start = time.monotonic()
-        if trees[0].test(LAST_PROGRAM, [("*", 0)], 600) != "passed":
-            raise SystemExit(f"{LAST_PROGRAM} fails without any change; its output is in {trees[0].log}")
-        self.last_seconds = time.monotonic() - start
+        for program, suite in sorted(failing):
+            print(f"left out: {suite} of {program}, which fails without any change", flush=True)
         self.all_trees = trees
         for tree in trees:
             self.trees.put(tree)
+
+    @classmethod
+    def unchanged(cls, tree, reached, path, version):
+        """What failing() gives, and the seconds of the last program; kept in a file for this version of the sources."""
+        kept = json.loads(path.read_text()) if path.exists() else {"version": None}
+        if kept["version"] != version:
+            failing = cls.failing(tree, reached)
+            start = time.monotonic()
+            if tree.test(LAST_PROGRAM, [("*", 0)], 600) != "passed":
+                raise SystemExit(f"{LAST_PROGRAM} fails without any change; its output is in {tree.log}")
+            kept = {"version": version, "failing": sorted(failing), "last_seconds": time.monotonic() - start}
+            path.write_text(json.dumps(kept))
+        return {tuple(suite) for suite in kept["failing"]}, kept["last_seconds"]
 
     @staticmethod
     def failing(tree, reached):
@@ -55,8 +74,6 @@ class Judge:
             if tree.test(program, suites, limit(suites)) == "passed":
                 continue
             failing |= {(program, suite[0]) for suite in suites if tree.test(program, [suite], limit([suite])) != "passed"}
-        for program, suite in sorted(failing):
-            print(f"left out: {suite} of {program}, which fails without any change", flush=True)
         return failing
 
     def suites_for(self, mutant):
@@ -89,13 +106,13 @@ class Judge:
         for program in sorted(suites, key=lambda program: (effort[program], PROGRAMS.index(program))):
             if not tree.build([program, "Tavrel"]):
                 return "not compiled"
-            for batch in batches(suites[program]):
+            for batch in batches(suites[program], pathlib.PurePath(mutant.file).stem.split(".")[0]):
                 verdict = tree.test(program, batch, limit(batch))
                 if verdict != "passed":
                     return f"killed ({program} {verdict})"
         if not tree.build([LAST_PROGRAM]):
             return "not compiled"
-        verdict = tree.test(LAST_PROGRAM, [("*", 0)], 20 + 4 * self.last_seconds)
+        verdict = tree.test(LAST_PROGRAM, [("*", 0)], limit([("*", self.last_seconds)]))
         return "survived" if verdict == "passed" else f"killed ({LAST_PROGRAM} {verdict})"
 
     def unchanged_passes(self):

@@ -27,6 +27,7 @@ STATEMENT = re.compile(r"\s+(?:[\w.>\[\]*():-]+ (?:[-+*/|&^]|<<|>>)?= |[\w.>:-]+
 ARGUMENTS = re.compile(r"(?<=\w\()([\w.:]+), ([\w.:]+)(?=[,)])")
 # Of two that may stand in any order, as in XOR, the exchange is no change.
 COMMUTATIVE = re.compile(r"(?:_mm\d*_(?:xor|and|or|add|cmpeq|adds|avg)_\w+|__builtin_(?:add|mul)_overflow|std::m(?:in|ax))\($")
+OTHER_SYSTEMS = ("__APPLE__", "__aarch64__")
 CHECK = re.compile(r"(?<=\bif \()(?!constexpr)([^;{}]+)(?=\) (?:return|break|continue|\{$|\w))")
 
 
@@ -38,6 +39,7 @@ class Mutant:
     before: str  # the line, without its indentation
     after: str
     copy: int = 1  # which of the changes of this name, from 1
+    is_compiled: bool = True  # and not for another system
 
     def name(self):
         """What does not change when lines are added above: the key in lists of survivors."""
@@ -45,6 +47,21 @@ class Mutant:
 
     def key(self):
         return f"{self.name()} #{self.copy}"
+
+
+def for_others(text):
+    """The numbers of the lines that are compiled for other systems only."""
+    numbers, nested = set(), []
+    for number, line in enumerate(text.split("\n"), 1):
+        if line.startswith("#if"):
+            nested.append(any(f"defined({name})" in line for name in OTHER_SYSTEMS))
+        elif line.startswith("#else"):
+            nested[-1] = not nested[-1]
+        elif line.startswith("#endif"):
+            nested.pop()
+        if any(nested):
+            numbers.add(number)
+    return numbers
 
 
 def code_lines(text):
@@ -91,15 +108,16 @@ def all_mutants(root):
             if path.suffix not in (".cpp", ".h"):
                 continue
             file = str(path.relative_to(root))
-            lines = path.read_text().split("\n")
-            for number, code in code_lines("\n".join(lines)):
+            text = path.read_text()
+            lines, others = text.split("\n"), for_others(text)
+            for number, code in code_lines(text):
                 line = lines[number - 1]
                 for kind, after in replacements(code):
                     if '"' in line and after:
                         continue  # a text would have been changed with the code
                     mutant = Mutant(file, number, kind, line.strip(), after.strip())
                     copies[mutant.name()] += 1
-                    mutants.append(dataclasses.replace(mutant, copy=copies[mutant.name()]))
+                    mutants.append(dataclasses.replace(mutant, copy=copies[mutant.name()], is_compiled=number not in others))
     return mutants
 
 

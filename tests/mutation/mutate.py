@@ -60,7 +60,6 @@ def report(results, reasons):
 
 
 def candidates_of(checkout, options, verdicts):
-    # Files for other processors are not compiled here.
     found = [m for m in mutants.all_mutants(checkout) if m.file.startswith(options.files) and ".neon." not in m.file]
     if options.survivors:
         judged = verdicts.judged()
@@ -68,7 +67,7 @@ def candidates_of(checkout, options, verdicts):
         if len(found) < len(judged):
             print(f"{len(judged) - len(found)} mutants of that sample are of lines that are no longer there", flush=True)
     random.Random(options.seed).shuffle(found)
-    return found
+    return [mutant for mutant in found if mutant.is_compiled]
 
 
 def main():
@@ -90,7 +89,7 @@ def main():
         return 2
     start = time.monotonic()
     print(f"{len(candidates)} possible mutants; measuring what the tests reach, and building.", flush=True)
-    judge = Judge(checkout, folder, options.jobs, reach.load(checkout, folder, options.jobs))
+    judge = Judge(checkout, folder, options.jobs, reach.load(checkout, folder, options.jobs), verdicts.version)
     prepared = time.monotonic()
     print(f"Prepared in {prepared - start:.0f} s.", flush=True)
     known = verdicts.if_noticed if options.survivors else verdicts.of_this_version
