@@ -6,6 +6,17 @@ if(TAVREL_BUILD_HOST OR TAVREL_BUILD_TESTS OR TAVREL_BUILD_BENCH OR TAVREL_BUILD
   find_package(ZLIB REQUIRED)
 endif()
 
+# Tests, benchmarks and a fuzz target read and write JSON through a compiled library: a template of JSON in a header takes
+# longer to compile than the source that uses it.
+find_path(JANSSON_INCLUDE_DIR jansson.h)
+find_library(JANSSON_LIBRARY jansson)
+if(JANSSON_INCLUDE_DIR AND JANSSON_LIBRARY AND NOT TARGET jansson::jansson)
+  add_library(jansson::jansson UNKNOWN IMPORTED)
+  set_target_properties(jansson::jansson PROPERTIES
+    IMPORTED_LOCATION ${JANSSON_LIBRARY}
+    INTERFACE_INCLUDE_DIRECTORIES ${JANSSON_INCLUDE_DIR})
+endif()
+
 find_package(uriparser QUIET CONFIG)
 if(NOT TARGET uriparser::uriparser)
   find_path(URIPARSER_INCLUDE_DIR uriparser/Uri.h REQUIRED)

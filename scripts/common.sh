@@ -36,6 +36,7 @@ clang-format clang-format
 libgtest-dev gtest/gtest.h
 libjpeg-dev jpeglib.h
 libgmock-dev gmock/gmock.h
+libjansson-dev jansson.h
 unicode-data /usr/share/unicode/CaseFolding.txt
 locales /usr/share/i18n/locales/tr_TR
 libc-bin localedef
@@ -65,6 +66,7 @@ LIST
 bench_needs() {
   run_needs
   cat <<'LIST'
+libjansson-dev jansson.h
 libpugixml-dev pugixml.hpp
 librapidxml-dev rapidxml/rapidxml.hpp
 libexpat1-dev expat.h

@@ -30,19 +30,20 @@ apt_for() {
 # The libraries of that machine, unpacked into FOLDER/usr as they would lie in its root.
 unpack_libraries() {
   local machine=$1 folder=$2 multiarch=$3 package
-  [ ! -e "$folder/whole" ] || return 0
+  local packages=(zlib1g zlib1g-dev liburiparser1 liburiparser-dev libutf8proc2 libutf8proc-dev libgtest-dev libgmock-dev
+    libjansson4 libjansson-dev)
+  [ "$(cat "$folder/whole" 2>/dev/null)" != "${packages[*]}" ] || return 0
   rm -rf "$folder"
   mkdir -p "$folder/apt/lists/partial" "$folder/apt/cache/archives/partial" "$folder/packages"
   touch "$folder/apt/status"
   apt_for "$machine" "$folder/apt" update || true  # some sources do not have that machine
-  (cd "$folder/packages" && apt_for "$machine" "$folder/apt" download zlib1g zlib1g-dev liburiparser1 \
-    liburiparser-dev libutf8proc2 libutf8proc-dev libgtest-dev libgmock-dev nlohmann-json3-dev) || return 1
+  (cd "$folder/packages" && apt_for "$machine" "$folder/apt" download "${packages[@]}") || return 1
   for package in "$folder"/packages/*.deb; do
     dpkg-deb -x "$package" "$folder"
   done
   cp -a "$folder/lib/." "$folder/usr/lib/"
   ln -sf libz.so.1 "$folder/usr/lib/$multiarch/libz.so"  # the package's link leads to the real root
-  touch "$folder/whole"
+  echo "${packages[*]}" > "$folder/whole"
 }
 
 # Tests that start programs, have signals cut calls short, or look at the memory of their process: the

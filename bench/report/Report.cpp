@@ -2,49 +2,54 @@
 
 #include <fmt/format.h>
 
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
 namespace tavrel::bench {
 namespace {
 
-using Json = nlohmann::ordered_json;
+json_t* NewText(const std::string& text) {
+  return json_stringn(text.data(), text.size());
+}
 
-Json JsonOf(const Target& target) {
-  return {
-      {"number", target.number},
-      {"name", target.name},
-      {"ratios", target.ratio.values()},
-      {"median", target.ratio.Median()},
-      {"bound", target.bound == Bound::kAtLeast ? "at least" : "at most"},
-      {"pass", target.pass},
-      {"moonshot", target.moonshot},
-      {"verdict", NameOf(target.Judge())},
-      {"isMoonshot", target.IsMoonshot()},
-  };
+json_t* NewTarget(const Target& target) {
+  json_t* const json = json_object();
+  json_object_set_new(json, "number", json_integer(target.number));
+  json_object_set_new(json, "name", NewText(target.name));
+  json_object_set_new(json, "ratios", NewArray(target.ratio.values()));
+  json_object_set_new(json, "median", NewNumber(target.ratio.Median()));
+  json_object_set_new(json, "bound",
+                      json_string(target.bound == Bound::kAtLeast ? "at least" : "at most"));
+  json_object_set_new(json, "pass", NewNumber(target.pass));
+  json_object_set_new(json, "moonshot", NewNumber(target.moonshot));
+  json_object_set_new(json, "verdict", NewText(std::string(NameOf(target.Judge()))));
+  json_object_set_new(json, "isMoonshot", json_boolean(target.IsMoonshot()));
+  return json;
+}
+
+json_t* LastOf(const json_t* array) {
+  return json_array_get(array, json_array_size(array) - 1);
 }
 
 }  // namespace
 
-Report::Report(std::string program) : json_(std::make_unique<Json>()) {
-  *json_ = {{"program", std::move(program)},
-            {"facts", Json::object()},
-            {"sections", Json::array()},
-            {"targets", Json::array()}};
+Report::Report(const std::string& program) : json_(json_object()) {
+  json_object_set_new(json_.get(), "program", NewText(program));
+  json_object_set_new(json_.get(), "facts", json_object());
+  json_object_set_new(json_.get(), "sections", json_array());
+  json_object_set_new(json_.get(), "targets", json_array());
 }
-
-Report::~Report() = default;
 
 void Report::Fact(const std::string& name, const std::string& value) {
   fmt::print("{}: {}\n", name, value);
-  (*json_)["facts"][name] = value;
+  json_object_set_new(json_object_get(json_.get(), "facts"), name.c_str(), NewText(value));
 }
 
 void Report::Section(const std::string& name) {
   fmt::print("\n{:<48}{:>11}{:>11}{:>11}\n", name, "min", "median", "max");
-  (*json_)["sections"].push_back({{"name", name}, {"figures", Json::array()}});
+  json_t* const section = json_object();
+  json_object_set_new(section, "name", NewText(name));
+  json_object_set_new(section, "figures", json_array());
+  json_array_append_new(json_object_get(json_.get(), "sections"), section);
 }
 
 void Report::Figure(const std::string& label, const std::string& unit, const Series& values) {
@@ -53,12 +58,15 @@ void Report::Figure(const std::string& label, const std::string& unit, const Ser
   };
   fmt::print("  {:<46}{:>11}{:>11}{:>11} {}\n", label, number(values.Least()),
              number(values.Median()), number(values.Most()), unit);
-  (*json_)["sections"].back()["figures"].push_back({{"label", label},
-                                                    {"unit", unit},
-                                                    {"min", values.Least()},
-                                                    {"median", values.Median()},
-                                                    {"max", values.Most()},
-                                                    {"values", values.values()}});
+  json_t* const figure = json_object();
+  json_object_set_new(figure, "label", NewText(label));
+  json_object_set_new(figure, "unit", NewText(unit));
+  json_object_set_new(figure, "min", NewNumber(values.Least()));
+  json_object_set_new(figure, "median", NewNumber(values.Median()));
+  json_object_set_new(figure, "max", NewNumber(values.Most()));
+  json_object_set_new(figure, "values", NewArray(values.values()));
+  json_t* const section = LastOf(json_object_get(json_.get(), "sections"));
+  json_array_append_new(json_object_get(section, "figures"), figure);
 }
 
 void Report::Seconds(const std::string& label, const Series& seconds) {
@@ -70,18 +78,14 @@ void Report::Seconds(const std::string& label, const Series& seconds) {
 }
 
 void Report::Add(Target target) {
-  (*json_)["targets"].push_back(JsonOf(target));
+  json_array_append_new(json_object_get(json_.get(), "targets"), NewTarget(target));
   targets_.push_back(std::move(target));
 }
 
 void Report::Finish(const std::string& jsonFile) const {
   fmt::print("\n");
   for (const Target& target : targets_) Print(target);
-  if (jsonFile.empty()) return;
-  std::ofstream file(jsonFile);
-  file << json_->dump(1) << '\n';
-  file.close();
-  if (!file) throw std::runtime_error("cannot write \"" + jsonFile + "\"");
+  if (!jsonFile.empty()) WriteJson(json_.get(), jsonFile);
 }
 
 }  // namespace tavrel::bench

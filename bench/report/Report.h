@@ -1,12 +1,11 @@
 // What a benchmark found: printed as it comes, and written as JSON at the end.
 #pragma once
 
-#include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "bench/report/Json.h"
 #include "bench/report/Series.h"
 #include "bench/report/Target.h"
 
@@ -14,10 +13,7 @@ namespace tavrel::bench {
 
 class Report {
  public:
-  explicit Report(std::string program);
-  ~Report();
-  Report(const Report&) = delete;
-  Report& operator=(const Report&) = delete;
+  explicit Report(const std::string& program);
 
   // What the figures depend on: the input, a peer's version, a choice that was made.
   void Fact(const std::string& name, const std::string& value);
@@ -34,7 +30,7 @@ class Report {
   void Finish(const std::string& jsonFile) const;
 
  private:
-  std::unique_ptr<nlohmann::ordered_json> json_;
+  JsonOwner json_;
   std::vector<Target> targets_;
 };
 

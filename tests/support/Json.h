@@ -1,5 +1,4 @@
-// A JSON text as tests look at it: read by an independent library, which stands in one file only, since
-// its header costs each file that includes it seven seconds.
+// A JSON text as tests look at it, read by an independent library.
 #pragma once
 
 #include <concepts>

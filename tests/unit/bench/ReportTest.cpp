@@ -79,7 +79,7 @@ TEST(Report, AFileHoldsEverything) {
   EXPECT_EQ(json["program"], "a program");
   EXPECT_EQ(json["facts"]["input"], "a file");
   EXPECT_EQ(json["sections"][0]["figures"][0]["unit"], "ms");
-  EXPECT_EQ(json["sections"][0]["figures"][0]["values"], tavrel::test::Json::Parse("[2,4]"));
+  EXPECT_EQ(json["sections"][0]["figures"][0]["values"], tavrel::test::Json::Parse("[2.0,4.0]"));
   EXPECT_EQ(json["targets"][0]["median"], 3);
   EXPECT_EQ(json["targets"][0]["verdict"], "PASS");
   EXPECT_EQ(json["targets"][0]["isMoonshot"], true);
