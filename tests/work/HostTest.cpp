@@ -172,7 +172,7 @@ void PlanToCopy(const Texts& texts) {
     return 4;
   };
   const auto count = static_cast<std::int32_t>(texts.size());
-  const Playlist list{2, 0, "Everything", 0, count, library.openAllSongs()};
+  const host::Playlist list{2, 0, "Everything", 0, count, library.openAllSongs()};
   const CopyPlan plan = PlanCopies(library, {&list}, NamePattern(kUsualPattern));
   EXPECT_EQ(plan.files.size(), texts.size());
 }
@@ -198,7 +198,7 @@ TEST(WorkOfTheHost, OnSongsThatAreThereTwiceDoubles) {
 }
 
 std::string HintFor(const Texts& texts, const std::string& wanted) {
-  std::vector<Playlist> playlists;
+  std::vector<host::Playlist> playlists;
   for (const std::string& name : texts) {
     playlists.push_back({2, static_cast<std::int32_t>(playlists.size()), name, 0, 0, nullptr});
   }
@@ -282,9 +282,9 @@ void WriteCells(const Texts& texts) {
 
 // Half of them are folders, each within the one before it.
 void Plan(const Texts& texts) {
-  std::vector<Playlist> playlists;
+  std::vector<host::Playlist> playlists;
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    Playlist playlist{2, static_cast<std::int32_t>(i), texts[i], 0, 0, nullptr};
+    host::Playlist playlist{2, static_cast<std::int32_t>(i), texts[i], 0, 0, nullptr};
     playlist.id = std::to_string(i);
     if (i > 1) playlist.parent = std::to_string(i / 2 * 2 - 2);
     if (i % 2 == 0) playlist.type = PlaylistType::Folder;

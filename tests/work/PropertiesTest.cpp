@@ -30,14 +30,14 @@ class Loaded {
   const ScopedVariable variable_;
 };
 
-std::int32_t GoOn(const char*, const char*, const char*, void*) {
+std::int32_t GoOnAsking(const char*, const char*, const char*, void*) {
   return 1;
 }
 
 WorkCount WorkOfAVisit(const std::string& pairs, std::int32_t count) {
   const Loaded library({Track(1, pairs), {}});
   return WorkOf(
-      [&] { EXPECT_EQ(VisitSongProperties(OpenAllSongs(), 0, GoOn, nullptr), count + 1); });
+      [&] { EXPECT_EQ(VisitSongProperties(OpenAllSongs(), 0, GoOnAsking, nullptr), count + 1); });
 }
 
 WorkCount WorkOfAQuestion(const std::string& pairs, std::int32_t size) {
@@ -45,18 +45,18 @@ WorkCount WorkOfAQuestion(const std::string& pairs, std::int32_t size) {
   return WorkOf([&] { EXPECT_EQ(GetSongProperty(OpenAllSongs(), 0, "Last", nullptr, 0), size); });
 }
 
-constexpr int kSmall = 2000;
-constexpr int kGrowth = 8;
+constexpr int kFew = 2000;
+constexpr int kTimesAsMany = 8;
 
 TEST(PropertyWork, OfAVisitAndOfAQuestionIsLinearInTheNumberOfPairs) {
   for (const std::string& pair :
        {TextPair("Key", "text"), TextPair("Key", "A&amp;B"), TextPair("La&#115;&#116;s", "&lt;")}) {
     const auto pairs = [&](int count) { return Repeated(pair, static_cast<std::size_t>(count)); };
-    ExpectLinear(WorkOfAVisit(pairs(kSmall), kSmall),
-                 WorkOfAVisit(pairs(kGrowth * kSmall), kGrowth * kSmall), kGrowth, kSmall);
+    ExpectLinear(WorkOfAVisit(pairs(kFew), kFew),
+                 WorkOfAVisit(pairs(kTimesAsMany * kFew), kTimesAsMany * kFew), kTimesAsMany, kFew);
     const std::string last = TextPair("Last", "x");
-    ExpectLinear(WorkOfAQuestion(pairs(kSmall) + last, 2),
-                 WorkOfAQuestion(pairs(kGrowth * kSmall) + last, 2), kGrowth, kSmall);
+    ExpectLinear(WorkOfAQuestion(pairs(kFew) + last, 2),
+                 WorkOfAQuestion(pairs(kTimesAsMany * kFew) + last, 2), kTimesAsMany, kFew);
   }
 }
 
@@ -83,9 +83,9 @@ TEST(PropertyWork, OfAVisitIsLinearInTheLengthOfItsTexts) {
   const auto references = [](std::size_t count) {
     return TextPair("Last", Repeated("&#65;", count));
   };
-  ExpectLinear(WorkOfAQuestion(references(kSmall), kSmall + 1),
-               WorkOfAQuestion(references(kGrowth * kSmall), kGrowth * kSmall + 1), kGrowth,
-               kSmall);
+  ExpectLinear(WorkOfAQuestion(references(kFew), kFew + 1),
+               WorkOfAQuestion(references(kTimesAsMany * kFew), kTimesAsMany * kFew + 1),
+               kTimesAsMany, kFew);
 }
 
 TEST(PropertyWork, IsTheSameHoweverManySongsAndPlaylistsThereAre) {
@@ -99,7 +99,7 @@ TEST(PropertyWork, IsTheSameHoweverManySongsAndPlaylistsThereAre) {
     const Loaded library({tracks, playlists});
     return WorkOf([] {
       EXPECT_EQ(GetSongProperty(OpenPlaylist(2, 0), 0, "Name", nullptr, 0), 6);
-      EXPECT_EQ(VisitSongProperties(OpenPlaylist(2, 0), 0, GoOn, nullptr), 2);
+      EXPECT_EQ(VisitSongProperties(OpenPlaylist(2, 0), 0, GoOnAsking, nullptr), 2);
       EXPECT_EQ(GetPlaylistProperty(OpenPlaylist(2, 0), "Name", nullptr, 0), 2);
     });
   };

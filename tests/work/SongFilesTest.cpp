@@ -15,7 +15,7 @@ namespace {
 
 using namespace tavrel::host;
 
-constexpr int kSongs = 1000;
+constexpr int kSongsInTheTree = 1000;
 
 // files: whether the songs have some, in folders of ten or all in one, spelled as the library spells them or not.
 struct Tree {
@@ -55,7 +55,8 @@ TEST(WorkOfTheHost, OnFindingFilesDoubles) {
                                 {"respelled files in one folder", true, true, true},
                                 {"missing files", false, false, false}};
   for (const Tree& tree : trees) {
-    ExpectDoubled(WorkOfFinding(tree, kSongs), WorkOfFinding(tree, 2 * kSongs), tree.what);
+    ExpectDoubled(WorkOfFinding(tree, kSongsInTheTree), WorkOfFinding(tree, 2 * kSongsInTheTree),
+                  tree.what);
   }
 }
 

@@ -70,7 +70,7 @@ std::int32_t TrackId(const PlaylistRecord* playlist, std::int32_t index, const c
   return static_cast<std::int32_t>(end - buffer + 1);
 }
 
-LibraryFunctions LibraryOf(std::int32_t songs) {
+LibraryFunctions FunctionsOfLibrary(std::int32_t songs) {
   songCount = songs;
   firstSongs.clear();
   for (std::int32_t first = 0; first < songs; first += kListSize) firstSongs.push_back(first);
@@ -84,11 +84,11 @@ LibraryFunctions LibraryOf(std::int32_t songs) {
   return functions;
 }
 
-std::vector<Playlist> Playlists() {
-  std::vector<Playlist> playlists;
+std::vector<host::Playlist> Playlists() {
+  std::vector<host::Playlist> playlists;
   for (std::int32_t& first : firstSongs) {
     const auto number = static_cast<std::int32_t>(playlists.size());
-    Playlist playlist{2, number, "List", 0, kListSize, HandleOf(&first)};
+    host::Playlist playlist{2, number, "List", 0, kListSize, HandleOf(&first)};
     playlist.id = std::to_string(number);
     playlist.parent = std::to_string(number / 2);  // deep folders
     playlists.push_back(playlist);
@@ -109,7 +109,7 @@ void ExpectDoubledWithTheSongs(const std::string& what, Use use) {
   constexpr std::int32_t kSongs = 2000;
   WorkCount work[2];
   for (const std::int32_t factor : {1, 2}) {
-    const LibraryFunctions library = LibraryOf(factor * kSongs);
+    const LibraryFunctions library = FunctionsOfLibrary(factor * kSongs);
     work[factor - 1] = WorkOf([&] { use(library); });
   }
   ExpectDoubled(work[0], work[1], what);
@@ -196,13 +196,13 @@ TEST(WorkOnLists, OfSumsDoubles) {
 
 TEST(WorkOnLists, OfListsThatHoldASongDoubles) {
   ExpectDoubledWithTheSongs("playlists --with", [](const LibraryFunctions& library) {
-    const std::vector<Playlist> playlists = Playlists();
+    const std::vector<host::Playlist> playlists = Playlists();
     EXPECT_EQ(MakeTree(playlists).size(), playlists.size());
     SongQuery query;
     query.words = {"etude"};
     EXPECT_EQ(MatchSongs(library, query, 0).size(), static_cast<std::size_t>(songCount));
     const SongNumbers numbers(library);
-    for (const Playlist& playlist : playlists) EXPECT_GE(numbers.Of(playlist.handle, 1), 0);
+    for (const host::Playlist& playlist : playlists) EXPECT_GE(numbers.Of(playlist.handle, 1), 0);
   });
 }
 
