@@ -60,6 +60,12 @@ if(TAVREL_SANITIZE)
     -fsanitize=${TAVREL_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer
     # These two need a C++ runtime, which hosts in C do not have.
     $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function,vptr>)
+  # Clang's before 15 prepares every function to look for what is used after its return, and then does not look unless
+  # it is asked to when the program starts.
+  if(TAVREL_SANITIZE MATCHES address)
+    target_compile_options(tavrel_options INTERFACE
+      $<$<AND:$<CXX_COMPILER_ID:Clang>,$<VERSION_LESS:$<CXX_COMPILER_VERSION>,15>>:-fsanitize-address-use-after-return=never>)
+  endif()
   target_link_options(tavrel_options INTERFACE -fsanitize=${TAVREL_SANITIZE})
 endif()
 if(TAVREL_COVERAGE)  # the library's sources ask for it themselves

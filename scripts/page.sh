@@ -28,7 +28,7 @@ prepare_page() {
   CHROMIUM=$(command -v chromium)
 }
 build_page_host() {
-  (cd "$root" && cmake --preset release -DTAVREL_BUILD_BENCH=ON &&
+  (cd "$root" && cmake --preset release -DTAVREL_BUILD_BENCH=ON -DTAVREL_OPTIMIZE_BENCH=ON &&
     cmake --build --preset release --target tavrel_host generate_library)
 }
 
