@@ -39,7 +39,8 @@ void AddMachineFacts(Report& report) {
   report.Fact("compiler", "GCC " __VERSION__);
 #endif
 #if defined(TAVREL_BENCH_IS_NOT_OPTIMIZED)
-  report.Fact("figures", "of no worth: this build is not optimised (scripts/bench makes one that is)");
+  report.Fact("figures",
+              "of no worth: this build is not optimised (scripts/bench makes one that is)");
 #endif
   report.Fact("load average", LoadAverage());
 }

@@ -218,7 +218,7 @@ class Objects(unittest.TestCase):
             code, built = Path(folder) / "Planted.cpp", Path(folder) / "Planted.o"
             code.write_text(text)
             subprocess.run([COMPILER, "-std=c++20", "-O1", "-fPIC", "-c", str(code), "-o", str(built)], check=True)
-            return check_objects.read_object(NM, READELF, str(built), source)
+            return check_objects.read_objects(NM, READELF, {str(built): source})[0]
 
     def heard(self, text, rule, source="xml/Planted.cpp"):
         found = check_objects.symbol_faults(self.read(text, source))

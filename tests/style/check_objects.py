@@ -64,17 +64,27 @@ def output_of(*command):
     return subprocess.run(command, check=True, stdout=subprocess.PIPE).stdout.decode()
 
 
-def read_object(nm, readelf, path, source):
-    read = ObjectFile(source)
-    for line in output_of(nm, "-P", path).splitlines():
-        name, letter = line.split()[:2]
+def read_objects(nm, readelf, source_by_path):
+    """All of the object files at once, since starting a tool takes longer than what it does for one."""
+    objects = {path: ObjectFile(source) for path, source in source_by_path.items()}
+    if not objects:
+        return []
+    # Said of each symbol: the file, a colon, the name, its letter.
+    for line in output_of(nm, "-A", "-P", *objects).splitlines():
+        path, symbol = line.split(": ", 1)
+        name, letter = symbol.split()[:2]
         if letter in "Uwv":
-            read.needed.add(name)
+            objects[path].needed.add(name)
         else:
-            read.defined[name] = letter
-    read.sections = set(re.findall(r"\s(\.(?:preinit_array|init_array|fini_array|ctors|dtors)\S*)\s",
-                                   output_of(readelf, "-SW", path)))
-    return read
+            objects[path].defined[name] = letter
+    # "File: PATH" stands above what is said of a file, unless there is only one.
+    path = next(iter(objects))
+    for line in output_of(readelf, "-SW", *objects).splitlines():
+        if line.startswith("File: "):
+            path = line[len("File: "):]
+        objects[path].sections |= set(re.findall(
+            r"\s(\.(?:preinit_array|init_array|fini_array|ctors|dtors)\S*)\s", line))
+    return list(objects.values())
 
 
 def symbol_faults(read):
@@ -131,7 +141,7 @@ def arrow_faults(objects, table):
 def main():
     what, nm, readelf, root, build, listed = sys.argv[1:]
     paths = [path for path in Path(listed).read_text().splitlines() if path]
-    objects = [read_object(nm, readelf, path, source_of(path, build)) for path in paths]
+    objects = read_objects(nm, readelf, {path: source_of(path, build) for path in paths})
     if what == "needs":
         found = [fault for read in objects for fault in symbol_faults(read)]
     else:

@@ -2,6 +2,8 @@
 // tested under them.
 #pragma once
 
+#include "tests/support/Soak.h"
+
 #if defined(__SANITIZE_ADDRESS__)
 #define TAVREL_SANITIZED 1
 #elif defined(__has_feature)
@@ -25,9 +27,12 @@ inline constexpr bool kSlow = true;
 inline constexpr bool kSlow = kSanitized;
 #endif
 
-// How much of a randomised test to run: all of it where steps take their usual time.
-[[nodiscard]] constexpr int Rounds(int count) {
-  return kSlow ? (count + 31) / 32 : count;
+// How much of a randomised test to run: all of it in scripts/soak, a fourth with every other test, less where steps
+// take many times longer.
+[[nodiscard]] inline int Rounds(int count) {
+  if (IsSoaking()) return count;
+  constexpr int kShare = kSlow ? 32 : 4;
+  return (count + kShare - 1) / kShare;
 }
 
 }  // namespace tavrel::test
