@@ -86,6 +86,17 @@ TEST(Load, FillsTheTablesAndLogsNothing) {
   EXPECT_EQ(log.Text(), "");
 }
 
+TEST(Load, WhatTheHostHasDestroyedIsNotReleasedAgain) {
+  const TemporaryHome home;
+  home.WriteLibrary(SmallLibraryText());
+  LoadedLibrary library(home.path());
+  for (const char* name : {"DestroyArtworkArray", "DestroyRingtoneArray", "DestroyTrackArray",
+                           "DestroyPlaylistArray"}) {
+    for (int i = 0; i < 2; ++i) EXPECT_EQ(library.Get<Entry*>(name)(), 0) << name;
+  }
+  EXPECT_EQ(library.Unload(), 0);
+}
+
 TEST(Load, NullHandlesAnswerNothingWhateverTheLibrary) {
   const TemporaryHome home;
   home.WriteLibrary(SmallLibraryText());
