@@ -7,7 +7,7 @@
  * @property {() => HTMLElement} make
  */
 
-const BEYOND = 6; // rows above and below what is seen
+const BEYOND = 3; // rows above and below what is seen: each one is filled anew when somebody scrolls fast
 
 export class Drawn {
   /**
