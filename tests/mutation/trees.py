@@ -36,15 +36,41 @@ def end_all():
             os.killpg(group, signal.SIGKILL)
 
 
-def log_of(command, log, timeout=None, **options):
-    """The exit code of a command. It runs in a session of its own: what is judged may signal its whole group, and an
-    interrupt from the keyboard would otherwise end what is judged, and be taken for a verdict on it."""
-    with open(log, "ab") as output:
-        with running_lock:
-            process = subprocess.Popen(command, stdout=output, stderr=output, start_new_session=True, **options)
-            running.add(process.pid)
+def is_working(group):
+    """Whether one of these processes has a processor or waits for one, which may take long on a busy machine."""
+    for stat in pathlib.Path("/proc").glob("[0-9]*/stat"):
+        with contextlib.suppress(OSError):  # it has just ended
+            state, _, its_group = stat.read_text().rpartition(")")[2].split()[:3]
+            if state == "R" and int(its_group) == group:
+                return True
+    return False
+
+
+def wait_for(process, timeout):
+    while True:
         try:
             return process.wait(timeout)
+        except subprocess.TimeoutExpired:
+            if not is_working(process.pid):
+                raise
+
+
+def log_of(command, log, timeout=None, limit=lambda: None, **options):
+    """The exit code of a command. It runs in a group of its own: what is judged may signal its whole group, and an
+    interrupt from the keyboard would otherwise end what is judged, and be taken for a verdict on it. No session of its
+    own: Linux would give that the usual priority, also where this is to run behind everything else. limit: called in
+    the new process."""
+
+    def prepare():
+        os.setpgid(0, 0)
+        limit()
+
+    with open(log, "ab") as output:
+        with running_lock:
+            process = subprocess.Popen(command, stdout=output, stderr=output, preexec_fn=prepare, **options)
+            running.add(process.pid)
+        try:
+            return wait_for(process, timeout)
         finally:
             with running_lock:
                 running.remove(process.pid)
@@ -99,7 +125,7 @@ class Build:
             resource.setrlimit(resource.RLIMIT_CPU, (int(seconds), int(seconds)))
 
         try:
-            result = log_of([*self.isolation, *run], self.log, timeout=10 * seconds, cwd=self.root, preexec_fn=limit,
+            result = log_of([*self.isolation, *run], self.log, timeout=10 * seconds, cwd=self.root, limit=limit,
                             stdin=subprocess.DEVNULL, env={**os.environ, **(environment or {})})  # fmt: skip
         except subprocess.TimeoutExpired:
             return "hung"
