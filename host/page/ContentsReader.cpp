@@ -12,6 +12,7 @@
 #include "host/output/Text.h"
 #include "host/page/ColumnMaker.h"
 #include "host/page/InBackground.h"
+#include "host/page/LargeHeap.h"
 #include "host/page/SongBlock.h"
 #include "host/page/SongPlaceMaker.h"
 
@@ -140,6 +141,8 @@ class ContentsMaker {
 }  // namespace
 
 PageContents ReadContents(const LibraryFunctions& library, bool withPaths) {
+  constexpr std::int32_t kManySongs = 10'000;
+  if (library.getSongCount(library.openAllSongs()) >= kManySongs) PreferHugePages();
   ContentsMaker maker(library, withPaths);
   maker.ReadSongs();
   return maker.Take();
