@@ -28,7 +28,7 @@ M3uText::M3uText(std::string_view name, M3uEncoding encoding) : encoding_(encodi
 
 void M3uText::Add(const PlaylistEntry& entry) {
   const std::int64_t time = entry.milliseconds;
-  text_ += "#EXTINF:" + (time > 0 ? std::to_string(WholeSeconds(time)) : "-1") + ',';
+  text_ += "#EXTINF:" + (time > 0 ? std::to_string(Rounded(time, 1000)) : "-1") + ',';
   if (entry.artist) text_ += Compose(*entry.artist) + " - ";
   text_ += Compose(entry.name.value_or("")) + '\n';
   if (!entry.url.empty()) {

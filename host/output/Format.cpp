@@ -41,13 +41,9 @@ std::string SizeText(std::uint64_t bytes) {
   return fmt::format("{:.{}f} {}", size, size < 9.95 ? 1 : 0, kUnits[unit]);
 }
 
-std::int64_t WholeSeconds(std::int64_t milliseconds) noexcept {
-  return milliseconds / kSecond + (milliseconds % kSecond >= kSecond / 2 ? 1 : 0);
-}
-
 std::string Clock(std::int64_t milliseconds) {
   if (milliseconds <= 0) return {};
-  const std::int64_t seconds = WholeSeconds(milliseconds);
+  const std::int64_t seconds = Rounded(milliseconds, kSecond);
   const std::int64_t hours = seconds / 3600;
   const std::int64_t minutes = seconds / 60 % 60;
   if (hours == 0) return fmt::format("{}:{:02}", minutes, seconds % 60);

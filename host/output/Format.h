@@ -16,8 +16,10 @@ namespace tavrel::host {
 // "0 bytes", "999 bytes", "1.2 kB", "345 MB", "4.5 GB": thousands, with a decimal below ten.
 [[nodiscard]] std::string SizeText(std::uint64_t bytes);
 
-// Rounded; of a time that is not negative.
-[[nodiscard]] std::int64_t WholeSeconds(std::int64_t milliseconds) noexcept;
+// How many units a number is that is not negative, halves counting up.
+[[nodiscard]] constexpr std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
+  return number / unit + (number % unit >= unit / 2 ? 1 : 0);
+}
 
 // "4:05" or "1:02:03", rounded to seconds; empty for a time that is not positive.
 [[nodiscard]] std::string Clock(std::int64_t milliseconds);

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "host/library/FieldTexts.h"
+#include "host/output/Format.h"
 #include "host/page/PayloadJson.h"
 
 namespace tavrel::host {
@@ -53,19 +54,14 @@ std::int64_t DayOf(std::string_view date) noexcept {
   return std::chrono::sys_days(day).time_since_epoch().count();
 }
 
-// How many units it is, none below 0.
-std::int64_t Rounded(std::int64_t number, std::int64_t unit) noexcept {
-  const std::int64_t whole = std::max<std::int64_t>(number, 0);
-  return whole / unit + (whole % unit >= unit / 2 ? 1 : 0);
-}
-
 std::int64_t NumberOf(std::string_view text, ColumnKind kind) {
   if (kind == ColumnKind::Day) return IsDate(text) ? DayOf(text) : kNone;
   if (kind == ColumnKind::Flag) return text == "true" ? 1 : kNone;
   const std::optional<std::int64_t> number = NumberIn(text);
   if (!number) return kNone;
-  if (kind == ColumnKind::Seconds) return Rounded(*number, 1000);
-  return kind == ColumnKind::Kilobytes ? Rounded(*number, 1024) : *number;
+  const std::int64_t notNegative = std::max<std::int64_t>(*number, 0);
+  if (kind == ColumnKind::Seconds) return Rounded(notNegative, 1000);
+  return kind == ColumnKind::Kilobytes ? Rounded(notNegative, 1024) : *number;
 }
 
 // As the columns have it: one higher, never below none, and exact as a number of a script.
