@@ -3,8 +3,9 @@
 
 namespace tavrel::host {
 
-// Has what is allocated from now on, by all threads, come from huge pages, where the system has them: without, asking the
-// system for one small page after the other is a tenth of what a large page takes. Only a wish, on systems with the C library of GNU.
+// Has what is allocated from now on, by all threads, come from huge pages, where the system has them and the C library
+// is GNU's: without, asking for one small page after the other is a tenth of what the page of a large library takes.
+// Only a wish.
 void PreferHugePages() noexcept;
 
 }  // namespace tavrel::host
