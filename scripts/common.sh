@@ -3,6 +3,7 @@
 set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+jobs=$(getconf _NPROCESSORS_ONLN)
 
 say() { printf '%s\n' "$*" >&2; }
 die() { say "$*"; exit 1; }
@@ -138,8 +139,9 @@ logged() {
   }
 }
 configure_preset() { logged "$1" cmake --preset "$@"; }
-build_targets() { logged "$1" cmake --build --preset "$1" --target "${@:2}"; }
+# As many compilers as processors: each wants the cache for itself, and one more, as Ninja would have it, slows all.
+build_targets() { logged "$1" cmake --build --preset "$1" --parallel "$jobs" --target "${@:2}"; }
 build() {
   configure_preset "$@"
-  logged "$1" cmake --build --preset "$1"
+  logged "$1" cmake --build --preset "$1" --parallel "$jobs"
 }
