@@ -15,7 +15,7 @@ namespace {
 
 std::string LongText() {
   std::string text;
-  for (unsigned i = 0; text.size() < 3000000; ++i) text += std::to_string(i * 7919) + " ";
+  for (unsigned i = 0; text.size() < 1000000; ++i) text += std::to_string(i * 7919) + " ";
   return text;
 }
 

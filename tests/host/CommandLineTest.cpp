@@ -3,6 +3,7 @@
 
 #include "tests/host/Fixture.h"
 #include "tests/support/Sanitizers.h"
+#include "tests/support/Soak.h"
 
 namespace tavrel::test {
 namespace {
@@ -89,7 +90,8 @@ TEST_F(CommandLine, OutOfMemoryIsAMessage) {
     tracks.push_back({id, Property("Name", std::string(500, 'x'))});
   const std::string file = Write("library.xml", LibraryText(tracks));
   int failures = 0;
-  for (rlim_t megabytes = 16; megabytes <= 128; megabytes += 2) {
+  // Finer in scripts/soak.
+  for (rlim_t megabytes = 16; megabytes <= 128; megabytes += IsSoaking() ? 2u : 8u) {
     Command command;
     command.addressSpace = megabytes << 20;
     const Outcome outcome = Run({"--library", file, "songs", "--all"}, command);

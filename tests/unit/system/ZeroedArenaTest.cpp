@@ -15,7 +15,7 @@ namespace {
 
 bool IsZero(const void* piece, std::size_t bytes) {
   const char* at = static_cast<const char*>(piece);
-  return std::all_of(at, at + bytes, [](char byte) { return byte == 0; });
+  return bytes == 0 || (*at == 0 && std::memcmp(at, at + 1, bytes - 1) == 0);
 }
 
 }  // namespace
