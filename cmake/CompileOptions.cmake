@@ -43,16 +43,32 @@ add_library(tavrel_joined_options INTERFACE)
 target_compile_options(tavrel_joined_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:--param=ggc-min-heapsize=524288>)
 
 # tavrel_join_sources(TARGET) does so with the library's, but for the kernels of one job (X.avx2.cpp): those give
-# like helpers like names.
+# like helpers like names, and are compiled for other processors.
 function(tavrel_join_sources target)
+  tavrel_set_kernels(${target} SKIP_UNITY_BUILD_INCLUSION)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
+endfunction()
+
+# tavrel_share_headers(TARGET) has the standard library's headers that most of the library's sources name read once.
+function(tavrel_share_headers target)
+  tavrel_set_kernels(${target} SKIP_PRECOMPILE_HEADERS)
+  if(NOT target STREQUAL tavrel_system)
+    target_precompile_headers(${target} REUSE_FROM tavrel_system)
+    return()
+  endif()
+  target_precompile_headers(${target} PRIVATE
+    <algorithm> <array> <atomic> <bit> <cstddef> <cstdint> <cstring> <limits> <memory> <new> <optional> <span> <string>
+    <string_view> <utility> <vector>)
+endfunction()
+
+function(tavrel_set_kernels target property)
   get_target_property(kernels ${target} SOURCES)
   list(FILTER kernels INCLUDE REGEX "\\.[a-z0-9]+\\.cpp$")
   if(kernels)
     get_target_property(folder ${target} SOURCE_DIR)
     list(TRANSFORM kernels PREPEND ${folder}/ REGEX "^[^/].*")
-    set_source_files_properties(${kernels} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    set_source_files_properties(${kernels} TARGET_DIRECTORY ${target} PROPERTIES ${property} ON)
   endif()
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ON)
 endfunction()
 
 if(TAVREL_SANITIZE)
