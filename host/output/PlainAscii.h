@@ -12,29 +12,29 @@ namespace tavrel::host {
 // Whether every byte is from 0x20 to 0x7E and neither of the two. Cost: a step for eight bytes.
 template <char kOne, char kOther>
 [[nodiscard]] bool IsPlainAsciiWithout(std::string_view text) noexcept {
-  using Word = std::uint64_t;
-  constexpr auto each = [](unsigned char byte) { return Word{0x0101010101010101u} * byte; };
+  using Block = std::uint64_t;
+  constexpr auto each = [](unsigned char byte) { return Block{0x0101010101010101u} * byte; };
   // The highest bit of some byte is set where one is not plain, and only there: what a byte hands on to the next
   // one, as a carry, it hands on only when its own is set.
-  constexpr auto isPlain = [=](Word word) {
-    const Word one = (word ^ each(static_cast<unsigned char>(kOne))) - each(1);
-    const Word other = (word ^ each(static_cast<unsigned char>(kOther))) - each(1);
-    const Word found = word | (word + each(1)) | (word - each(0x20)) | one | other;
+  constexpr auto isPlain = [=](Block word) {
+    const Block one = (word ^ each(static_cast<unsigned char>(kOne))) - each(1);
+    const Block other = (word ^ each(static_cast<unsigned char>(kOther))) - each(1);
+    const Block found = word | (word + each(1)) | (word - each(0x20)) | one | other;
     return (found & each(0x80)) == 0;
   };
   const char* const start = text.data();
-  if (text.size() < sizeof(Word)) {
-    Word word = each(' ');
+  if (text.size() < sizeof(Block)) {
+    Block word = each(' ');
     if (!text.empty()) std::memcpy(&word, start, text.size());  // an empty text may stand nowhere
     return isPlain(word);
   }
   const auto load = [](const char* at) {
-    Word word;
+    Block word;
     std::memcpy(&word, at, sizeof word);
     return word;
   };
-  const char* const last = start + text.size() - sizeof(Word);
-  for (const char* at = start; at < last; at += sizeof(Word)) {
+  const char* const last = start + text.size() - sizeof(Block);
+  for (const char* at = start; at < last; at += sizeof(Block)) {
     if (!isPlain(load(at))) return false;
   }
   return isPlain(load(last));
