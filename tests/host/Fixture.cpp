@@ -42,7 +42,7 @@ std::string LibraryWithName(std::string_view name) {
 }
 
 HostTest::HostTest() {
-  std::string pattern = testing::TempDir() + "tavrel-test-XXXXXX";
+  std::string pattern = std::filesystem::temp_directory_path() / "tavrel-test-XXXXXX";
   if (::mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary folder");
   folder_ = std::filesystem::canonical(pattern);
   std::filesystem::create_directories(Path("empty home"));
