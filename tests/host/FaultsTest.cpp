@@ -131,11 +131,21 @@ class HostFaults : public HostTest, public testing::WithParamInterface<const cha
   }
 };
 
-// A few of the calls of each command, spread over all of them; many in scripts/soak.
+const std::vector<const char*> kKinds {
+  "open", "stat", "list", "read", "write", "make",
+#if !TAVREL_SANITIZED  // which bring their own
+      "memory",
+#endif
+};
+
+// A few of the calls of each command, spread over all of them; many in scripts/soak. Under sanitizers each kind of call
+// fails in every other command, and in each command every other kind.
 TEST_P(HostFaults, EndWithAMessageAndLeaveNothingHalfDone) {
   const std::string kind = GetParam();
   std::int64_t met = 0;
+  auto turn = std::find(kKinds.begin(), kKinds.end(), GetParam()) - kKinds.begin();
   for (const std::vector<std::string>& arguments : Commands()) {
+    if (test::kSanitized && ++turn % 2 != 0) continue;
     const Outcome clean = RunWith(arguments, {.kind = kind});
     const long count = CountedCalls();
     ASSERT_GE(count, 0);
@@ -151,13 +161,6 @@ TEST_P(HostFaults, EndWithAMessageAndLeaveNothingHalfDone) {
   EXPECT_GT(met, 0);
   test::PrintFigure(met, "calls of the host to " + kind + " failed");
 }
-
-const std::vector<const char*> kKinds {
-  "open", "stat", "list", "read", "write", "make",
-#if !TAVREL_SANITIZED  // which bring their own
-      "memory",
-#endif
-};
 
 INSTANTIATE_TEST_SUITE_P(Of, HostFaults, testing::ValuesIn(kKinds),
                          [](const auto& kind) { return std::string(kind.param); });

@@ -7,6 +7,7 @@
 
 #include "host/naming/FileNames.h"
 #include "host/naming/FolderTree.h"
+#include "tests/support/Sanitizers.h"
 
 namespace tavrel::host {
 namespace {
@@ -89,6 +90,7 @@ std::size_t NamesTried(int count, const std::function<std::string(int)>& stem) {
 }
 
 TEST(FileNames, TakeLinearWorkHoweverManyAreEqual) {
+  constexpr int kFew = tavrel::test::kSlow ? 100 : 500;
   const std::vector<std::function<std::string(int)>> families{
       [](int) { return "cover"; },
       // Stems that look like the names that equal ones get.
@@ -98,10 +100,10 @@ TEST(FileNames, TakeLinearWorkHoweverManyAreEqual) {
       // Pairs of stems, each of which is cut to the same for its number.
       [](int i) { return std::string(247, 'x') + std::to_string(1000 + i / 2); }};
   for (std::size_t family = 0; family < families.size(); ++family) {
-    const std::size_t few = NamesTried(500, families[family]);
-    const std::size_t many = NamesTried(4000, families[family]);
+    const std::size_t few = NamesTried(kFew, families[family]);
+    const std::size_t many = NamesTried(8 * kFew, families[family]);
     EXPECT_LE(many, 9 * few) << family;
-    EXPECT_LE(many, 3 * 4000) << family;
+    EXPECT_LE(many, std::size_t{3 * 8 * kFew}) << family;
   }
 }
 
