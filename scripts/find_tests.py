@@ -59,8 +59,9 @@ def all_names(build):
 
     for source, programs in programs_by_source(build).items():
         for suite, test in TEST.findall(source.read_text()):
-            # A suite with parameters has something before it, and its tests something behind them.
-            whole = rf"^(\w+/)?{suite}(/\w+)?\."
+            # A suite with parameters has something before it, and its tests something behind them. CTest's expressions
+            # know no \w.
+            whole = rf"^([A-Za-z0-9_]+/)?{suite}(/[A-Za-z0-9_]+)?\."
             add(f"{suite}.{test}", programs, {rf"{whole}{test}(/|$)"})
             add(suite, programs, {whole})
             add(source.stem, programs, {whole})
