@@ -16,22 +16,22 @@ template <char kOne, char kOther>
   constexpr auto each = [](unsigned char byte) { return Block{0x0101010101010101u} * byte; };
   // The highest bit of some byte is set where one is not plain, and only there: what a byte hands on to the next
   // one, as a carry, it hands on only when its own is set.
-  constexpr auto isPlain = [=](Block word) {
-    const Block one = (word ^ each(static_cast<unsigned char>(kOne))) - each(1);
-    const Block other = (word ^ each(static_cast<unsigned char>(kOther))) - each(1);
-    const Block found = word | (word + each(1)) | (word - each(0x20)) | one | other;
+  constexpr auto isPlain = [=](Block block) {
+    const Block one = (block ^ each(static_cast<unsigned char>(kOne))) - each(1);
+    const Block other = (block ^ each(static_cast<unsigned char>(kOther))) - each(1);
+    const Block found = block | (block + each(1)) | (block - each(0x20)) | one | other;
     return (found & each(0x80)) == 0;
   };
   const char* const start = text.data();
   if (text.size() < sizeof(Block)) {
-    Block word = each(' ');
-    if (!text.empty()) std::memcpy(&word, start, text.size());  // an empty text may stand nowhere
-    return isPlain(word);
+    Block block = each(' ');
+    if (!text.empty()) std::memcpy(&block, start, text.size());  // an empty text may stand nowhere
+    return isPlain(block);
   }
   const auto load = [](const char* at) {
-    Block word;
-    std::memcpy(&word, at, sizeof word);
-    return word;
+    Block block;
+    std::memcpy(&block, at, sizeof block);
+    return block;
   };
   const char* const last = start + text.size() - sizeof(Block);
   for (const char* at = start; at < last; at += sizeof(Block)) {

@@ -90,7 +90,7 @@ TEST_F(CommandLine, OutOfMemoryIsAMessage) {
     tracks.push_back({id, Property("Name", std::string(500, 'x'))});
   const std::string file = Write("library.xml", LibraryText(tracks));
   int failures = 0;
-  // Finer in scripts/soak.
+  // In steps of 2 MB in scripts/soak.
   for (rlim_t megabytes = 16; megabytes <= 128; megabytes += IsSoaking() ? 2u : 8u) {
     Command command;
     command.addressSpace = megabytes << 20;
