@@ -54,7 +54,6 @@ python3-pip /usr/lib/python3/dist-packages/pip
 python3-setuptools /usr/lib/python3/dist-packages/setuptools
 python3-wheel /usr/lib/python3/dist-packages/wheel
 mypy mypy
-nodejs node
 npm npm
 binutils nm
 abigail-tools abidiff
