@@ -1,8 +1,10 @@
 #include "xml/TreeBuilder.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
+#include "system/Prefetch.h"
 #include "xml/AttributeScanner.h"
 #include "xml/ByteScan.h"
 #include "xml/CDataSections.h"
@@ -90,6 +92,7 @@ void TreeBuilder::TakeLeaves(StructuralIndex& index) noexcept {
   TBXMLElement* const first = chunk + fields.currentElement + 1;
   TBXMLElement* element = first;
 
+  constexpr std::ptrdiff_t kAhead = 16 * std::ptrdiff_t{sizeof(TBXMLElement)};
   char* const text = text_;
   const std::uint32_t* marks = index.Next();
   // As many as the index shows as a whole and the chunk has records for.
@@ -97,7 +100,7 @@ void TreeBuilder::TakeLeaves(StructuralIndex& index) noexcept {
   for (TBXMLElement* const end = first + most; element < end; ++element, marks += Leaf::kMarks) {
     const Leaf leaf(text, marks);
     if (!leaf.IsThere()) break;
-    __builtin_prefetch(element + 16, 1);  // a kilobyte ahead, to be written
+    system::FetchToWrite(element, kAhead);
     element->name = leaf.open + 1;
     element->text = leaf.nameEnd + 1;
     element->parentElement = parent;

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "library/file/XmlText.h"
+#include "system/Prefetch.h"
 
 namespace tavrel {
 namespace {
@@ -111,7 +112,7 @@ bool ColumnWriter::Write(std::span<const TextSource> sources, std::uint32_t trac
   constexpr std::size_t kAhead = 12;  // enough to hide that the texts lie far apart
   std::size_t faultyCount = 0;
   for (std::size_t i = 0; i < sources.size(); ++i) {
-    if (i + kAhead < sources.size()) __builtin_prefetch(sources[i + kAhead].text);
+    if (i + kAhead < sources.size()) system::FetchToRead(sources[i + kAhead].text);
     const TextSource& source = sources[i];
     column.runs[i] = {static_cast<std::uint32_t>(size_), source.firstTrack};
     bool isFaulty = false;

@@ -8,6 +8,7 @@
 #include <span>
 
 #include "library/file/PropertyList.h"
+#include "system/Prefetch.h"
 #include "xml/Records.h"
 
 namespace tavrel {
@@ -26,23 +27,19 @@ class TrackLookahead {
     if (next_ + Far < dictionaries_.size()) {
       const TBXMLElement* dict = dictionaries_[next_ + Far];
       // The key before the dictionary, the dictionary, and its first pairs.
-      for (int i = -1; i <= Elements; ++i) Fetch(dict, i * std::ptrdiff_t{sizeof(TBXMLElement)});
+      for (int i = -1; i <= Elements; ++i)
+        system::FetchToRead(dict, i * std::ptrdiff_t{sizeof(TBXMLElement)});
     }
     if (next_ + Near < dictionaries_.size()) {
       const TBXMLElement* value = FirstValue(dictionaries_[next_ + Near]);
       const char* text = value == nullptr ? nullptr : value->text;
-      for (int i = 0; text != nullptr && i < Lines; ++i) Fetch(text, i * std::ptrdiff_t{64});
+      for (int i = 0; text != nullptr && i < Lines; ++i)
+        system::FetchToRead(text, i * std::ptrdiff_t{64});
     }
     ++next_;
   }
 
  private:
-  // Through a number: what lies there need not belong to the same array.
-  static void Fetch(const void* from, std::ptrdiff_t bytes) noexcept {
-    const auto place = reinterpret_cast<std::uintptr_t>(from) + static_cast<std::uintptr_t>(bytes);
-    __builtin_prefetch(reinterpret_cast<const void*>(place));
-  }
-
   std::span<TBXMLElement* const> dictionaries_;
   std::size_t next_ = 0;
 };

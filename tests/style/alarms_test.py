@@ -188,6 +188,10 @@ class Words(unittest.TestCase):
         self.assertEqual(self.heard("xml/A.cpp", "thread_local int a;\n"), 1)
         self.assertEqual(self.heard("xml/A.cpp", "#include <cctype>\n"), 1)
 
+    def test_a_place_outside_an_array_to_be_fetched_is_heard(self):
+        self.assertEqual(self.heard("xml/A.cpp", "__builtin_prefetch(element + 16, 1);\n"), 1)
+        self.assertEqual(self.heard("system/Prefetch.h", "__builtin_prefetch(PlaceAt(from, bytes));\n"), 0)
+
     def test_words_that_no_text_may_say_are_heard(self):
         for words in ("as in the original " + "interface", "the original\n" + "layout", "see the sp" + "ec.",
                       "The Speci" + "fication says", "in /wo" + "rk/main", "two blanks  \nbehind"):

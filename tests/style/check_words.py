@@ -12,6 +12,8 @@ CODE_RULES = (
     (re.compile(r"\bcatch\b"), "exceptions are caught in one place", ("system/Guard.h",)),
     (re.compile(r"\bstd::(basic_)?w?regex\b|<regex>"), "std::regex leaves unique symbols behind", ()),
     (re.compile(r"\bmake_shared\b|\bshared_ptr\b"), "std::make_shared leaves unique symbols behind", ()),
+    (re.compile(r"\b__builtin_prefetch\b|\b_mm_prefetch\b"), "what is fetched ahead may lie outside an array: ask through numbers",
+     ("system/Prefetch.h",)),
     (re.compile(r"\bthread_local\b"), "a thread's storage would need destruction", ()),
     (re.compile(r"<(locale|iostream|sstream|fstream|iomanip|ctype\.h|cctype|clocale|locale\.h)>"),
      "what this header offers asks the locale", ()),
