@@ -90,6 +90,15 @@ TEST(TrailerHint, AStreamCutOffInItsTrailerGivesNone) {
   }
 }
 
+// The last bytes of a stored text, which say its length as the trailer would.
+TEST(TrailerHint, ARightOneInTheTextOfAStreamWithoutTrailerGivesNone) {
+  const std::string header("\x1F\x8B\x08\0\0\0\0\0\0\x03", kHeader);
+  const std::string stored("\x01\x20\0\xDF\xFF", 5);
+  const std::string text = std::string(28, 'x') + std::string("\x20\0\0\0", 4);
+  EXPECT_FALSE(tavrel::gzipInflate(ByteBuffer::Copy(header + stored + text)));
+  ExpectAsTheModel(header + stored + text, "no trailer");
+}
+
 TEST(TrailerHint, EveryKindOfHeaderIsRead) {
   const std::string text = HintText(2000);
   const std::string stream = Deflated(text);

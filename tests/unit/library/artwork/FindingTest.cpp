@@ -1,6 +1,7 @@
 // Finding a song's cache file, against what trying every name finds.
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 
 #include "agent/Exports.h"
 #include "agent/Lifecycle.h"
@@ -86,6 +87,19 @@ TEST_F(ArtworkFinding, WhatTheCatalogueGainsIsFound) {
     CreateArtworkArray();
     EXPECT_NE(FindArtworkFile(*CurrentLibrary(), ids), nullptr);
   }
+}
+
+// Each list of the folder is appended: these seven need no larger table than the first five.
+TEST_F(ArtworkFinding, WhatTheTableHasRoomForIsFound) {
+  const std::string zeros = "0000000000000000";
+  for (unsigned i = 1; i <= 5; ++i) home_.WriteCache(CacheName(TrackId(i), zeros) + ".itc", "");
+  CreateArtworkArray();
+  CompareWithTheModel();
+  std::filesystem::remove_all(home_.Artwork());
+  for (unsigned i = 6; i <= 7; ++i) home_.WriteCache(CacheName(TrackId(i), zeros) + ".itc", "");
+  CreateArtworkArray();
+  EXPECT_EQ(g_pGlobal->artworkFileCount, 7);
+  CompareWithTheModel();
 }
 
 }  // namespace
