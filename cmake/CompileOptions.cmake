@@ -36,7 +36,8 @@ endif()
 # headers: several sources at a time take a third of the time. The price is that no two of one target may
 # give different things one name, also inside their anonymous namespaces, and that what an edit compiles anew
 # is more. `scripts/soak sources` compiles each of them by itself.
-option(TAVREL_JOIN_SOURCES "Compile the sources of the host and of the tests several at a time" ON)
+option(TAVREL_JOIN_SOURCES "Compile sources several at a time, and the library's with precompiled headers"
+  ${PROJECT_IS_TOP_LEVEL})
 set(CMAKE_UNITY_BUILD_BATCH_SIZE 32)
 # GCC tidies its memory up less often where it may take half a gigabyte first: a seventh of the time of such a source.
 add_library(tavrel_joined_options INTERFACE)
