@@ -328,22 +328,23 @@ TEST_F(Copy, FullDiskIsAnErrorThatLosesNothing) {
 }
 
 #if defined(__linux__)
-// A real one, of a megabyte, that only this process sees; where the system lets nobody have one, the test above
-// holds the rule alone.
+// A real one, of a megabyte, that only this process sees; where the system lets nobody have one, the test above holds
+// the rule alone. Mounted by the call itself: the program for it would hand on owners that nobody is known by there.
 TEST_F(Copy, DiskOfAMegabyteTakesWhatItCanAndTheRestOnceThereIsRoom) {
   MakeUsualLibrary();
   const std::string library = Write("library.xml", LibraryText(tracks_, lists_));
   fs::create_directories(Path("out"));
   const std::string copy =
       "\"$0\" -l \"$1\" copy Other Road/trip -o \"$2\"; echo \"ends with $?\"; ";
-  const std::string script = "mount -t tmpfs -o size=1m none \"$2\" || exit 77; " + copy +
-                             "find \"$2\" -type f; mount -o remount,size=9m \"$2\"; " + copy +
-                             "cmp \"$2/Elgar/Enigma/10 Nimrod.m4a\" \"$3\" && echo same";
+  const std::string script =
+      "mount -t tmpfs -o size=1m none \"$2\" || exit 77; " + copy +
+      "find \"$2\" -type f; mount -i -t tmpfs -o remount,size=9m none \"$2\"; " + copy +
+      "cmp \"$2/Elgar/Enigma/10 Nimrod.m4a\" \"$3\" && echo same";
   Command command = CommandFor("/usr/bin/unshare",
                                {"--user", "--map-root-user", "--mount", "sh", "-c", script,
                                 TAVREL_HOST_PROGRAM, library, Path("out"), Path("music/b.m4a")});
   const Outcome outcome = RunProgram(command);
-  if (outcome.output.empty()) return;
+  if (outcome.output.empty()) GTEST_SKIP() << "this user may not have a disk of its own";
   EXPECT_EQ(outcome.output,
             "0 files copied (0 bytes)\nends with 1\n"
             "3 files copied (2.5 MB)\n2 playlists written to " +

@@ -28,7 +28,7 @@ Outcome RunAsCaller(const std::string& program, const TemporaryFolder& folder) {
 }  // namespace
 
 TEST(Environment, IsFollowedOnlyByProgramsWithTheirCallersRights) {
-  if (geteuid() != 0) GTEST_SKIP() << "needs root, to run a program as another user";
+  if (geteuid() != 0) GTEST_SKIP() << "this user may not run a program as another one";
   const TemporaryFolder folder;
   WriteProgram(folder.PathOf("bin/osascript"), "");
   for (const std::string& shared :
