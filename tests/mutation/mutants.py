@@ -28,6 +28,7 @@ ARGUMENTS = re.compile(r"(?<=\w\()([\w.:]+), ([\w.:]+)(?=[,)])")
 # Of two that may stand in any order, as in XOR, the exchange is no change.
 COMMUTATIVE = re.compile(r"(?:_mm\d*_(?:xor|and|or|add|cmpeq|adds|avg)_\w+|__builtin_(?:add|mul)_overflow|std::m(?:in|ax))\($")
 OTHER_SYSTEMS = ("__APPLE__", "__aarch64__")
+OTHER_BLOCKS = ("kForArm64",)  # of `if constexpr`
 CHECK = re.compile(r"(?<=\bif \()(?!constexpr)([^;{}]+)(?=\) (?:return|break|continue|\{$|\w))")
 
 
@@ -51,8 +52,15 @@ class Mutant:
 
 def for_others(text):
     """The numbers of the lines that are compiled for other systems only."""
-    numbers, nested = set(), []
+    numbers, nested, end = set(), [], None
     for number, line in enumerate(text.split("\n"), 1):
+        block = re.match(rf"( *)if constexpr \((?:system::)?(?:{'|'.join(OTHER_BLOCKS)})\) {{$", line)
+        if block:
+            end = block[1] + "}"
+        if end:
+            numbers.add(number)
+        if line == end:
+            end = None
         if line.startswith("#if"):
             nested.append(any(f"defined({name})" in line for name in OTHER_SYSTEMS))
         elif line.startswith("#else"):

@@ -6,6 +6,7 @@
 #include "text/FileUrl.h"
 
 using tavrel::text::FileUrlOfPath;
+using tavrel::text::IsFileUrl;
 using tavrel::text::PathOfFileUrl;
 
 TEST(FileUrl, OfAPlainPathIsTheBarePathBehindTheScheme) {
@@ -58,6 +59,15 @@ TEST(FileUrl, HasNoHostOrThatOfThisMachine) {
   EXPECT_EQ(PathOfFileUrl("file://localhost/a/b"), "/a/b");
   EXPECT_EQ(PathOfFileUrl("FILE://LocalHost/a/b"), "/a/b");
   EXPECT_EQ(PathOfFileUrl("file://elsewhere/a/b"), std::nullopt);
+}
+
+TEST(FileUrl, IsToldByItsSchemeInAnyCase) {
+  for (const char* url : {"file:///a", "file:", "FILE:/a", "File:a"})
+    EXPECT_TRUE(IsFileUrl(url)) << url;
+  for (const char* url :
+       {"", "file", "ile:/a", "files:/a", "file /a", "http://file:", " file:/a", "xfile:"}) {
+    EXPECT_FALSE(IsFileUrl(url)) << url;
+  }
 }
 
 TEST(FileUrl, OfAnotherSchemeNamesNoFile) {
