@@ -26,6 +26,10 @@ namespace tavrel::text {
   return static_cast<char>(c + (c >= 'A' && c <= 'Z' ? 'a' - 'A' : 0));
 }
 
+[[nodiscard]] constexpr char ToUpperCase(char c) noexcept {
+  return static_cast<char>(c - (c >= 'a' && c <= 'z' ? 'a' - 'A' : 0));
+}
+
 // Whether both are the same when the case of ASCII letters does not count.
 [[nodiscard]] constexpr bool EqualIgnoringCase(std::string_view left,
                                                std::string_view right) noexcept {

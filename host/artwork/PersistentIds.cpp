@@ -1,5 +1,9 @@
 #include "host/artwork/PersistentIds.h"
 
+#include <algorithm>
+
+#include "text/Ascii.h"
+
 namespace tavrel::host {
 namespace {
 
@@ -19,9 +23,7 @@ std::string IdFrom(Get get) {
 
 std::string UpperCase(std::string_view text) {
   std::string upper(text);
-  for (char& letter : upper) {
-    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
-  }
+  std::transform(upper.begin(), upper.end(), upper.begin(), text::ToUpperCase);
   return upper;
 }
 

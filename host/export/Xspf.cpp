@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "host/output/PercentEscaping.h"
 #include "host/output/Text.h"
 #include "text/FileUrl.h"
 
@@ -35,24 +36,6 @@ void AppendElement(std::string& xml, std::string_view name, std::string_view tex
   xml.append("</").append(name).append(">\n");
 }
 
-// Everything but letters, digits, '/' and the four marks that never mean anything.
-std::string PathEscaped(std::string_view path) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  std::string url;
-  for (const char letter : path) {
-    const auto byte = static_cast<unsigned char>(letter);
-    const bool isPlain = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
-                         (letter >= '0' && letter <= '9') ||
-                         std::string_view("/-._~").find(letter) != std::string_view::npos;
-    if (isPlain) {
-      url += letter;
-    } else {
-      url.append(1, '%').append(1, kDigits[byte >> 4]).append(1, kDigits[byte & 15]);
-    }
-  }
-  return url;
-}
-
 }  // namespace
 
 void AppendXmlText(std::string& xml, std::string_view text) {
@@ -73,7 +56,8 @@ void AppendXmlText(std::string& xml, std::string_view text) {
 }
 
 std::string UrlOfPath(std::string_view path) {
-  return path.starts_with('/') ? text::FileUrlOfPath(std::string(path)) : PathEscaped(path);
+  return path.starts_with('/') ? text::FileUrlOfPath(std::string(path))
+                               : PercentEscaped(path, "/-._~");
 }
 
 XspfText::XspfText(std::string_view name)

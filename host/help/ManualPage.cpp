@@ -1,6 +1,9 @@
 #include "host/help/ManualPage.h"
 
+#include <algorithm>
+
 #include "host/help/Guide.h"
+#include "text/Ascii.h"
 
 namespace tavrel::host {
 namespace {
@@ -23,9 +26,7 @@ std::string Text(std::string_view line) {
 
 std::string Upper(std::string_view title) {
   std::string upper(title);
-  for (char& letter : upper) {
-    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
-  }
+  std::transform(upper.begin(), upper.end(), upper.begin(), text::ToUpperCase);
   return upper;
 }
 

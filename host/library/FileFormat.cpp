@@ -8,6 +8,7 @@
 #include "host/library/Invocation.h"
 #include "host/library/Options.h"
 #include "system/Files.h"
+#include "text/Ascii.h"
 
 namespace tavrel::host {
 namespace {
@@ -46,9 +47,7 @@ std::string LowerStart(std::string_view start) {
   if (start.starts_with(kByteOrderMark)) start.remove_prefix(kByteOrderMark.size());
   start.remove_prefix(std::min(start.find_first_not_of(kBlanks), start.size()));
   std::string lower(start.substr(0, 16));
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  std::transform(lower.begin(), lower.end(), lower.begin(), text::ToLowerCase);
   return lower;
 }
 

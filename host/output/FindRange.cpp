@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "host/output/Text.h"
+#include "text/Ascii.h"
 #include "text/TextFolding.h"
 
 namespace tavrel::host {
@@ -34,9 +35,8 @@ void AppendWithoutAccents(std::string& target, std::string_view character) {
   constexpr std::size_t kMostParts = 32;  // a character has at most 18
   constexpr auto kFoldingOptions = static_cast<utf8proc_option_t>(
       UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK);
-  const auto byte = static_cast<unsigned char>(character[0]);
-  if (byte < 0x80) {
-    target += static_cast<char>(byte >= 'A' && byte <= 'Z' ? byte - 'A' + 'a' : byte);
+  if (static_cast<unsigned char>(character[0]) < 0x80) {
+    target += text::ToLowerCase(character[0]);
     return;
   }
   utf8proc_int32_t code = 0;

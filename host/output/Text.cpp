@@ -8,6 +8,8 @@
 #include <new>
 #include <vector>
 
+#include "text/Ascii.h"
+
 namespace tavrel::host {
 namespace {
 
@@ -81,9 +83,7 @@ std::size_t PlainAsciiPrefix(std::string_view text) noexcept {
 
 std::string LowerCase(std::string_view ascii) {
   std::string lower(ascii);
-  for (char& letter : lower) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  std::transform(lower.begin(), lower.end(), lower.begin(), text::ToLowerCase);
   return lower;
 }
 

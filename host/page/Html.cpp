@@ -2,7 +2,9 @@
 
 #include <utf8proc.h>
 
+#include "host/output/PercentEscaping.h"
 #include "host/output/Text.h"
+#include "text/Ascii.h"
 
 namespace tavrel::host {
 namespace {
@@ -64,23 +66,7 @@ std::string EscapedStart(std::string_view text, std::size_t characters) {
 }
 
 std::string InAddress(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  constexpr std::string_view kPlain = "-._~";
-  std::string address;
-  for (const char letter : text) {
-    const auto byte = static_cast<unsigned char>(letter);
-    const bool isPlain = (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
-                         (letter >= '0' && letter <= '9') ||
-                         kPlain.find(letter) != std::string_view::npos;
-    if (isPlain) {
-      address += letter;
-    } else {
-      address += '%';
-      address += kDigits[byte >> 4];
-      address += kDigits[byte & 0x0F];
-    }
-  }
-  return address;
+  return PercentEscaped(text, "-._~");
 }
 
 std::string Initial(std::string_view name) {
@@ -115,10 +101,10 @@ std::string Base64Text(std::string_view bytes) {
 }
 
 std::string Base64OfHex(std::string_view digits) {
-  const auto value = [](char digit) { return digit <= '9' ? digit - '0' : digit - 'a' + 10; };
   std::string bytes;
   for (std::size_t i = 0; i + 1 < digits.size(); i += 2) {
-    bytes += static_cast<char>(value(digits[i]) * 16 + value(digits[i + 1]));
+    bytes +=
+        static_cast<char>(text::HexDigitValue(digits[i]) * 16 + text::HexDigitValue(digits[i + 1]));
   }
   return Base64Text(bytes);
 }

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "host/output/PercentEscaping.h"
 #include "host/output/Text.h"
 
 namespace tavrel::host {
@@ -150,6 +151,12 @@ TEST(Text, ComposingJoinsAccents) {
   EXPECT_EQ(Compose("Dvor\u030Ca\u0301k"), "Dvořák");
   EXPECT_EQ(Compose("Nimrod"), "Nimrod");
   EXPECT_EQ(Compose("\xE9\x1b"), kReplacement);
+}
+
+TEST(Text, InAnAddressAllButLettersDigitsAndTheMarksThatAreNamedIsEscaped) {
+  EXPECT_EQ(PercentEscaped("AZaz09/-._~", "/-._~"), "AZaz09/-._~");
+  EXPECT_EQ(PercentEscaped("a/b-c", ""), "a%2Fb%2Dc");
+  EXPECT_EQ(PercentEscaped("@[`{:"s + '\0' + "\xFF\u00E9", ""), "%40%5B%60%7B%3A%00%FF%C3%A9");
 }
 
 }  // namespace
