@@ -11,6 +11,7 @@
 #include "tests/support/Random.h"
 #include "tests/support/Sanitizers.h"
 #include "text/Utf8.h"
+#include "text/Utf8Blocks.h"
 
 using namespace tavrel::text;
 using tavrel::system::InstructionSet;
@@ -164,6 +165,18 @@ TEST_P(Utf8Paths, EveryCodePointIsTextAndNoSurrogateIs) {
     text.append(kBlock, 'x');
     ASSERT_EQ(ValidTextPrefix(text.data(), text.size(), GetParam()).length, 2 * kBlock);
   }
+}
+
+// What they refuse is judged again, one character after the other: that would only take longer.
+TEST_P(Utf8Paths, BlocksOfValidTextReachItsEnd) {
+  using namespace tavrel::system;
+  if (!kForX86 && !kForArm64)
+    GTEST_SKIP() << "this processor lacks instructions that blocks are judged with";
+  const std::string text = WithEveryCodePoint("");
+  const Utf8Blocks blocks = ValidUtf8Blocks(text.data(), text.size(), GetParam());
+  EXPECT_LE(blocks.length, text.size());
+  EXPECT_GT(blocks.length + 2 * kBlock, text.size());
+  EXPECT_FALSE(blocks.hasZero);
 }
 
 TEST_P(Utf8Paths, TheFirstZeroByteIsFoundAtEveryPlace) {
