@@ -86,7 +86,8 @@ def code_lines(text):
         if in_comment:
             in_comment = "*/" not in code
             continue
-        if code.strip() and not re.match(r"\s*(static_assert|using|namespace|template|friend|extern)\b", code):
+        declares = code.endswith("= delete;") or re.match(r"\s*(static_assert|using|namespace|template|friend|extern)\b", code)
+        if code.strip() and not declares:
             yield number, code
 
 
