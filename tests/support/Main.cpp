@@ -18,7 +18,9 @@ class SkipWatch : public testing::EmptyTestEventListener {
       const bool isLack = reason.find("this processor lacks ") != std::string_view::npos;
       const bool isRight = reason.find("this user may not ") != std::string_view::npos;
       if (isLack || isRight) continue;
-      ADD_FAILURE() << "a test was skipped, though not for what this processor lacks: " << reason;
+      ADD_FAILURE()
+          << "a test was skipped, though not for what this processor lacks or this user may not: "
+          << reason;
       return;
     }
   }
